@@ -1,0 +1,385 @@
+#include "api/json.h"
+
+#include "api/datecoding.h"
+
+#include <QTimeZone>
+
+#include <simdjson.h>
+
+#include <cmath>
+#include <limits>
+#include <new>
+#include <type_traits>
+
+namespace ravelin::json {
+
+namespace {
+
+using Storage = std::array<std::byte, 16>;
+
+template<class T>
+void store(Storage &storage, const T &value)
+{
+    static_assert(sizeof(T) <= sizeof(Storage) && alignof(T) <= 8);
+    static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
+    new (storage.data()) T(value);
+}
+
+template<class T>
+const T &load(const Storage &storage)
+{
+    return *std::launder(reinterpret_cast<const T *>(storage.data()));
+}
+
+template<class T>
+T &load(Storage &storage)
+{
+    return *std::launder(reinterpret_cast<T *>(storage.data()));
+}
+
+const simdjson::dom::element &element(const Storage &s)
+{
+    return load<simdjson::dom::element>(s);
+}
+
+QString describe(simdjson::dom::element_type type)
+{
+    switch (type) {
+    case simdjson::dom::element_type::ARRAY: return QStringLiteral("an array");
+    case simdjson::dom::element_type::OBJECT: return QStringLiteral("a dictionary");
+    case simdjson::dom::element_type::INT64:
+    case simdjson::dom::element_type::UINT64:
+    case simdjson::dom::element_type::DOUBLE: return QStringLiteral("a number");
+    case simdjson::dom::element_type::STRING: return QStringLiteral("a string");
+    case simdjson::dom::element_type::BOOL: return QStringLiteral("a boolean");
+    case simdjson::dom::element_type::NULL_VALUE: return QStringLiteral("null");
+    }
+    return QStringLiteral("a value");
+}
+
+[[noreturn]] void mismatch(const simdjson::dom::element &e, const char *expected)
+{
+    if (e.is_null())
+        throw DecodingError(DecodingError::Kind::valueNotFound,
+                            QStringLiteral("Expected %1 value but found null instead.").arg(QLatin1String(expected)));
+    throw DecodingError(DecodingError::Kind::typeMismatch,
+                        QStringLiteral("Expected to decode %1 but found %2 instead.")
+                            .arg(QLatin1String(expected), describe(e.type())));
+}
+
+bool keyMatches(std::string_view fieldKey, std::string_view wanted, KeyDecoding strategy)
+{
+    if (fieldKey == wanted)
+        return true;
+    if (strategy != KeyDecoding::convertFromSnakeCase || fieldKey.size() <= wanted.size()
+        || fieldKey.find('_') == std::string_view::npos)
+        return false;
+    return convertFromSnakeCase(fieldKey) == wanted;
+}
+
+constexpr qint64 referenceDateSecondsSince1970 = 978307200; // 2001-01-01 00:00 UTC
+
+} // namespace
+
+DecodingError::DecodingError(Kind kind, QString debugDescription)
+    : m_kind(kind)
+    , m_debugDescription(std::move(debugDescription))
+    , m_what(m_debugDescription.toStdString())
+{
+}
+
+QString DecodingError::localizedDescription() const
+{
+    switch (m_kind) {
+    case Kind::keyNotFound:
+    case Kind::valueNotFound:
+        return QStringLiteral("The data couldn’t be read because it is missing.");
+    case Kind::typeMismatch:
+    case Kind::dataCorrupted:
+        break;
+    }
+    return QStringLiteral("The data couldn’t be read because it isn’t in the correct format.");
+}
+
+std::string convertFromSnakeCase(std::string_view key)
+{
+    const auto first = key.find_first_not_of('_');
+    if (first == std::string_view::npos)
+        return std::string(key);
+    const auto last = key.find_last_not_of('_');
+    const std::string_view core = key.substr(first, last - first + 1);
+    if (core.find('_') == std::string_view::npos)
+        return std::string(key);
+
+    std::string out(key.substr(0, first));
+    bool firstWord = true;
+    std::size_t pos = 0;
+    while (pos <= core.size()) {
+        const auto end = std::min(core.find('_', pos), core.size());
+        const std::string_view word = core.substr(pos, end - pos);
+        pos = end + 1;
+        if (word.empty())
+            continue;
+        for (std::size_t i = 0; i < word.size(); ++i) {
+            const char c = word[i];
+            const bool upper = !firstWord && i == 0;
+            out += static_cast<char>(upper ? std::toupper(static_cast<unsigned char>(c))
+                                           : std::tolower(static_cast<unsigned char>(c)));
+        }
+        firstWord = false;
+    }
+    out.append(key.substr(last + 1));
+    return out;
+}
+
+// --- Value ------------------------------------------------------------------
+
+bool Value::isNull() const
+{
+    return element(m_element).is_null();
+}
+
+qint64 Value::toInt64() const
+{
+    const auto &e = element(m_element);
+    switch (e.type()) {
+    case simdjson::dom::element_type::INT64:
+        return e.get_int64().value_unsafe();
+    case simdjson::dom::element_type::UINT64: {
+        const auto u = e.get_uint64().value_unsafe();
+        if (u <= std::uint64_t(std::numeric_limits<qint64>::max()))
+            return qint64(u);
+        break;
+    }
+    case simdjson::dom::element_type::DOUBLE: {
+        const double d = e.get_double().value_unsafe();
+        if (std::isfinite(d) && std::trunc(d) == d && d >= -9.2233720368547758e18 && d < 9.2233720368547758e18)
+            return qint64(d);
+        break;
+    }
+    default:
+        mismatch(e, "Int");
+    }
+    throw DecodingError(DecodingError::Kind::dataCorrupted, QStringLiteral("Parsed JSON number does not fit in Int."));
+}
+
+double Value::toDouble() const
+{
+    const auto &e = element(m_element);
+    switch (e.type()) {
+    case simdjson::dom::element_type::INT64: return double(e.get_int64().value_unsafe());
+    case simdjson::dom::element_type::UINT64: return double(e.get_uint64().value_unsafe());
+    case simdjson::dom::element_type::DOUBLE: return e.get_double().value_unsafe();
+    default: mismatch(e, "Double");
+    }
+}
+
+bool Value::toBool() const
+{
+    const auto &e = element(m_element);
+    if (!e.is_bool())
+        mismatch(e, "Bool");
+    return e.get_bool().value_unsafe();
+}
+
+std::string_view Value::toStringView() const
+{
+    const auto &e = element(m_element);
+    if (!e.is_string())
+        mismatch(e, "String");
+    return e.get_string().value_unsafe();
+}
+
+QString Value::toString() const
+{
+    const auto s = toStringView();
+    return QString::fromUtf8(s.data(), qsizetype(s.size()));
+}
+
+QDateTime Value::toDate() const
+{
+    if (m_options->dates == DateDecoding::secondsSinceReferenceDate) {
+        const double seconds = toDouble();
+        const double ms = (seconds + double(referenceDateSecondsSince1970)) * 1000.0;
+        if (!std::isfinite(ms) || std::fabs(ms) > 8.64e18)
+            throw DecodingError(DecodingError::Kind::dataCorrupted, QStringLiteral("Date is out of range."));
+        return QDateTime::fromMSecsSinceEpoch(std::llround(ms), QTimeZone::utc());
+    }
+    const auto ms = parseServerDateMSecs(toStringView());
+    if (!ms)
+        throw DecodingError(DecodingError::Kind::dataCorrupted,
+                            QStringLiteral("Date string does not match format expected by formatter."));
+    return QDateTime::fromMSecsSinceEpoch(*ms, QTimeZone::utc());
+}
+
+Object Value::toObject() const
+{
+    const auto &e = element(m_element);
+    if (!e.is_object())
+        mismatch(e, "Dictionary<String, Any>");
+    Object o;
+    store(o.m_object, e.get_object().value_unsafe());
+    o.m_options = m_options;
+    return o;
+}
+
+Array Value::toArray() const
+{
+    const auto &e = element(m_element);
+    if (!e.is_array())
+        mismatch(e, "Array<Any>");
+    Array a;
+    store(a.m_array, e.get_array().value_unsafe());
+    a.m_options = m_options;
+    return a;
+}
+
+// --- Object -----------------------------------------------------------------
+
+std::optional<Value> Object::find(std::string_view key) const
+{
+    using Iterator = simdjson::dom::object::iterator;
+    const auto &object = load<simdjson::dom::object>(m_object);
+    const Iterator begin = object.begin();
+    const Iterator end = object.end();
+    const Iterator start = m_hasCursor ? load<Iterator>(m_cursor) : begin;
+
+    auto hit = [&](Iterator it) {
+        Value v;
+        store(v.m_element, it.value());
+        v.m_options = m_options;
+        ++it;
+        store(m_cursor, it);
+        m_hasCursor = true;
+        return v;
+    };
+    for (Iterator it = start; it != end; ++it) {
+        if (keyMatches(it.key(), key, m_options->keys))
+            return hit(it);
+    }
+    for (Iterator it = begin; it != start; ++it) {
+        if (keyMatches(it.key(), key, m_options->keys))
+            return hit(it);
+    }
+    return std::nullopt;
+}
+
+Value Object::value(std::string_view key) const
+{
+    if (auto v = find(key))
+        return *v;
+    throw DecodingError(DecodingError::Kind::keyNotFound,
+                        QStringLiteral("No value associated with key \"%1\".")
+                            .arg(QString::fromUtf8(key.data(), qsizetype(key.size()))));
+}
+
+qint64 Object::int64(std::string_view key) const { return value(key).toInt64(); }
+double Object::number(std::string_view key) const { return value(key).toDouble(); }
+bool Object::boolean(std::string_view key) const { return value(key).toBool(); }
+QString Object::string(std::string_view key) const { return value(key).toString(); }
+QDateTime Object::date(std::string_view key) const { return value(key).toDate(); }
+
+std::optional<qint64> Object::nullableInt64(std::string_view key) const
+{
+    const Value v = value(key);
+    return v.isNull() ? std::nullopt : std::optional(v.toInt64());
+}
+
+std::optional<QDateTime> Object::nullableDate(std::string_view key) const
+{
+    const Value v = value(key);
+    return v.isNull() ? std::nullopt : std::optional(v.toDate());
+}
+
+std::optional<qint64> Object::int64IfPresent(std::string_view key) const
+{
+    const auto v = find(key);
+    return !v || v->isNull() ? std::nullopt : std::optional(v->toInt64());
+}
+
+std::optional<bool> Object::booleanIfPresent(std::string_view key) const
+{
+    const auto v = find(key);
+    return !v || v->isNull() ? std::nullopt : std::optional(v->toBool());
+}
+
+std::optional<QString> Object::stringIfPresent(std::string_view key) const
+{
+    const auto v = find(key);
+    return !v || v->isNull() ? std::nullopt : std::optional(v->toString());
+}
+
+std::optional<QDateTime> Object::dateIfPresent(std::string_view key) const
+{
+    const auto v = find(key);
+    return !v || v->isNull() ? std::nullopt : std::optional(v->toDate());
+}
+
+// --- Array ------------------------------------------------------------------
+
+Value Array::Iterator::operator*() const
+{
+    Value v;
+    store(v.m_element, *load<simdjson::dom::array::iterator>(m_iterator));
+    v.m_options = m_options;
+    return v;
+}
+
+Array::Iterator &Array::Iterator::operator++()
+{
+    ++load<simdjson::dom::array::iterator>(m_iterator);
+    return *this;
+}
+
+bool Array::Iterator::operator!=(const Iterator &other) const
+{
+    return load<simdjson::dom::array::iterator>(m_iterator) != load<simdjson::dom::array::iterator>(other.m_iterator);
+}
+
+Array::Iterator Array::begin() const
+{
+    Iterator it;
+    store(it.m_iterator, load<simdjson::dom::array>(m_array).begin());
+    it.m_options = m_options;
+    return it;
+}
+
+Array::Iterator Array::end() const
+{
+    Iterator it;
+    store(it.m_iterator, load<simdjson::dom::array>(m_array).end());
+    it.m_options = m_options;
+    return it;
+}
+
+qsizetype Array::size() const
+{
+    return qsizetype(load<simdjson::dom::array>(m_array).size());
+}
+
+// --- Document ---------------------------------------------------------------
+
+Document::Document(Options options)
+    : m_parser(std::make_unique<simdjson::dom::parser>())
+    , m_options(options)
+{
+}
+
+Document::~Document() = default;
+
+Value Document::parse(const QByteArray &bytes)
+{
+    simdjson::dom::element root;
+    const auto error = m_parser->parse(bytes.constData(), std::size_t(bytes.size())).get(root);
+    if (error) {
+        throw DecodingError(DecodingError::Kind::dataCorrupted,
+                            QStringLiteral("The given data was not valid JSON. (%1)")
+                                .arg(QString::fromUtf8(simdjson::error_message(error))));
+    }
+    Value v;
+    store(v.m_element, root);
+    v.m_options = &m_options;
+    return v;
+}
+
+} // namespace ravelin::json
