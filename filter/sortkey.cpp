@@ -1,0 +1,58 @@
+#include "filter/sortkey.h"
+
+namespace ravelin {
+
+namespace SortKeys {
+
+const QList<SortKey> &allCases()
+{
+    static const QList<SortKey> cases{SortKey::name, SortKey::priority, SortKey::date};
+    return cases;
+}
+
+QString rawValue(SortKey key)
+{
+    switch (key) {
+    case SortKey::name: return QStringLiteral("Name");
+    case SortKey::priority: return QStringLiteral("Priority");
+    case SortKey::date: return QStringLiteral("Date");
+    }
+    return {};
+}
+
+std::optional<SortKey> fromRawValue(const QString &text)
+{
+    for (SortKey k : allCases()) {
+        if (rawValue(k) == text)
+            return k;
+    }
+    return std::nullopt;
+}
+
+} // namespace SortKeys
+
+namespace SortOrders {
+
+const QList<SortOrder> &allCases()
+{
+    static const QList<SortOrder> cases{SortOrder::ascending, SortOrder::descending};
+    return cases;
+}
+
+QString rawValue(SortOrder order)
+{
+    return order == SortOrder::ascending ? QStringLiteral("Ascending") : QStringLiteral("Descending");
+}
+
+std::optional<SortOrder> fromRawValue(const QString &text)
+{
+    for (SortOrder o : allCases()) {
+        if (rawValue(o) == text)
+            return o;
+    }
+    return std::nullopt;
+}
+
+} // namespace SortOrders
+
+} // namespace ravelin
