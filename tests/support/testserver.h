@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QtGlobal>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+
+namespace ravelin::test {
+
+// One request as the test server received it.
+struct RecordedRequest
+{
+    QByteArray method;                         // "GET", "PUT", ...
+    QString path;                              // "/api/tasks/assigned-user/7" (without query)
+    QList<std::pair<QString, QString>> query;  // decoded query items, in the order received
+    QList<std::pair<QByteArray, QByteArray>> headers;
+    QByteArray body;
+
+    // Case-insensitive; empty if absent.
+    [[nodiscard]] QByteArray header(const QByteArray &name) const;
+    [[nodiscard]] bool hasHeader(const QByteArray &name) const;
+    [[nodiscard]] std::optional<QString> queryValue(const QString &name) const;
+};
+
+struct CannedResponse
+{
+    int status = 200;
+    QByteArray body;
+    QByteArray contentType = "application/json";
+};
+
+// A real HTTPS server on 127.0.0.1 with an ephemeral port and a certificate
+// made for the test, serving from a background thread between construction and
+// destruction. Every request is recorded; answers come from registered canned
+// responses or handlers, and anything unmatched gets 404 with an empty body.
+// Handlers run on the server's threads.
+class TestServer
+{
+public:
+    using Handler = std::function<CannedResponse(const RecordedRequest &)>;
+
+    TestServer();
+    ~TestServer();
+    TestServer(const TestServer &) = delete;
+    TestServer &operator=(const TestServer &) = delete;
+
+    [[nodiscard]] quint16 port() const;
+    // "127.0.0.1:<port>", no scheme.
+    [[nodiscard]] QString baseUrl() const;
+
+    // Answer requests whose method and path (without query) match exactly; a
+    // later registration for the same method and path replaces the earlier one.
+    void on(const QByteArray &method, const QString &path, CannedResponse response);
+    void on(const QByteArray &method, const QString &path, Handler handler);
+    // Answer every path that starts with a prefix (checked after exact matches;
+    // the longest matching prefix wins).
+    void onPrefix(const QByteArray &method, const QString &prefix, Handler handler);
+
+    // Every request received, in order (a copy taken under the lock).
+    [[nodiscard]] QList<RecordedRequest> requests() const;
+    [[nodiscard]] QList<RecordedRequest> requests(const QString &path) const;
+    [[nodiscard]] int requestCount() const;
+    void clearRequests();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace ravelin::test
