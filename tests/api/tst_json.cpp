@@ -1,0 +1,147 @@
+#include "api/datecoding.h"
+#include "api/json.h"
+
+#include <QTest>
+
+using namespace ravelin;
+
+class TestJson : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void snakeCase_data();
+    void snakeCase();
+    void serverDate_data();
+    void serverDate();
+    void keyConversionOnlyWhenAsked();
+    void typedReads_data();
+    void typedReads();
+    void optionalAndNullableKeys();
+    void malformedJsonIsDataCorrupted();
+};
+
+void TestJson::snakeCase_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("converted");
+    QTest::newRow("plain words") << "item_status_id" << "itemStatusId";
+    QTest::newRow("no underscore stays") << "taskStatusId" << "taskStatusId";
+    QTest::newRow("single word stays") << "success" << "success";
+    QTest::newRow("upper case words are folded") << "TASK_CATEGORY" << "taskCategory";
+    QTest::newRow("leading and trailing underscores stay") << "__task_id__" << "__taskId__";
+    QTest::newRow("doubled inner underscore") << "date__created" << "dateCreated";
+    QTest::newRow("only underscores") << "___" << "___";
+}
+
+void TestJson::snakeCase()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, converted);
+    QCOMPARE(QString::fromStdString(json::convertFromSnakeCase(key.toStdString())), converted);
+}
+
+void TestJson::serverDate_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("msecs"); // -1: rejected
+    QTest::newRow("Z zone") << "2026-11-20T10:15:30.123Z" << qint64(1795169730123);
+    QTest::newRow("+0000") << "2026-11-20T10:15:30.123+0000" << qint64(1795169730123);
+    QTest::newRow("+0200 is two hours earlier") << "2026-11-20T12:15:30.123+0200" << qint64(1795169730123);
+    QTest::newRow("-05:30") << "2026-11-20T04:45:30.123-05:30" << qint64(1795169730123);
+    QTest::newRow("epoch") << "1970-01-01T00:00:00.000Z" << qint64(0);
+    QTest::newRow("leap day") << "2024-02-29T00:00:00.000Z" << qint64(1709164800000);
+    QTest::newRow("no fraction") << "2026-11-20T10:15:30Z" << qint64(-1);
+    QTest::newRow("no zone") << "2026-11-20T10:15:30.123" << qint64(-1);
+    QTest::newRow("date only") << "2026-11-20" << qint64(-1);
+    QTest::newRow("month 13") << "2026-13-20T10:15:30.123Z" << qint64(-1);
+    QTest::newRow("30 February") << "2026-02-30T10:15:30.123Z" << qint64(-1);
+    QTest::newRow("space for T") << "2026-11-20 10:15:30.123Z" << qint64(-1);
+    QTest::newRow("trailing text") << "2026-11-20T10:15:30.123Zx" << qint64(-1);
+}
+
+void TestJson::serverDate()
+{
+    QFETCH(QString, text);
+    QFETCH(qint64, msecs);
+    const auto parsed = parseServerDateMSecs(text.toStdString());
+    if (msecs < 0) {
+        QVERIFY(!parsed);
+        return;
+    }
+    QVERIFY(parsed);
+    QCOMPARE(*parsed, msecs);
+    // Written back in UTC and read again, the moment is the same.
+    const auto again = parseServerDate(formatServerDate(*parseServerDate(text.toStdString())).toStdString());
+    QCOMPARE(again->toMSecsSinceEpoch(), msecs);
+}
+
+void TestJson::keyConversionOnlyWhenAsked()
+{
+    const QByteArray body = R"({"task_status_id": 4})";
+    json::Document converting({json::KeyDecoding::convertFromSnakeCase});
+    QCOMPARE(converting.parse(body).toObject().int64("taskStatusId"), 4);
+
+    json::Document plain({json::KeyDecoding::useDefaultKeys});
+    const json::Object o = plain.parse(body).toObject();
+    QVERIFY(!o.contains("taskStatusId"));
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)o.int64("taskStatusId"));
+}
+
+void TestJson::typedReads_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("kind"); // -1: reads fine
+    const int mismatch = int(json::DecodingError::Kind::typeMismatch);
+    QTest::newRow("int") << QByteArray(R"({"v": 7})") << -1;
+    QTest::newRow("integral double") << QByteArray(R"({"v": 7.0})") << -1;
+    QTest::newRow("fractional double") << QByteArray(R"({"v": 7.5})") << int(json::DecodingError::Kind::dataCorrupted);
+    QTest::newRow("string") << QByteArray(R"({"v": "7"})") << mismatch;
+    QTest::newRow("bool") << QByteArray(R"({"v": true})") << mismatch;
+    QTest::newRow("null") << QByteArray(R"({"v": null})") << int(json::DecodingError::Kind::valueNotFound);
+    QTest::newRow("missing") << QByteArray(R"({"w": 7})") << int(json::DecodingError::Kind::keyNotFound);
+}
+
+void TestJson::typedReads()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(int, kind);
+    json::Document doc;
+    const json::Object o = doc.parse(body).toObject();
+    try {
+        QCOMPARE(o.int64("v"), 7);
+        QCOMPARE(kind, -1);
+    } catch (const json::DecodingError &error) {
+        QCOMPARE(int(error.kind()), kind);
+        QVERIFY(error.localizedDescription().startsWith(QStringLiteral("The data couldn’t be read because it")));
+    }
+}
+
+void TestJson::optionalAndNullableKeys()
+{
+    json::Document doc;
+    const json::Object o = doc.parse(R"({"n": null, "i": 3, "d": "2026-11-20T10:15:30.123Z"})").toObject();
+    QCOMPARE(o.int64IfPresent("absent"), std::nullopt);
+    QCOMPARE(o.int64IfPresent("n"), std::nullopt);
+    QCOMPARE(o.int64IfPresent("i"), 3);
+    QCOMPARE(o.nullableInt64("n"), std::nullopt);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)o.nullableInt64("absent"));
+    QCOMPARE(o.dateIfPresent("d")->toMSecsSinceEpoch(), 1795169730123);
+    // Lookups in any order find their keys, also after the cursor moved past them.
+    QCOMPARE(o.int64("i"), 3);
+    QVERIFY(o.contains("n"));
+}
+
+void TestJson::malformedJsonIsDataCorrupted()
+{
+    json::Document doc;
+    try {
+        (void)doc.parse("{\"success\": tru");
+        QFAIL("malformed JSON was accepted");
+    } catch (const json::DecodingError &error) {
+        QCOMPARE(error.kind(), json::DecodingError::Kind::dataCorrupted);
+    }
+}
+
+QTEST_GUILESS_MAIN(TestJson)
+#include "tst_json.moc"

@@ -1,0 +1,195 @@
+#include "api/router.h"
+#include "api/sessionstore.h"
+#include "comments/taskcommentpayload.h"
+#include "items/itemsupdatepayload.h"
+#include "support/fatalerrortrap.h"
+#include "support/logcapture.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimeZone>
+#include <QUrlQuery>
+
+using namespace ravelin;
+
+namespace {
+
+TasksQueryParams allTasksQuery()
+{
+    return TasksQueryParams{1000, 2000, TaskPriority::all, {0, "All"}, SortKey::date, SortOrder::descending};
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(ravelin::TasksQueryParams)
+
+class TestRouter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void routes_data();
+    void routes();
+    void queryItems_data();
+    void queryItems();
+    void headersOnEveryRequest();
+    void updateTaskStatusBody();
+    void payloadBodies();
+    void pathPrefixOfBaseUrl();
+    void noSessionStops();
+
+private:
+    QTemporaryDir m_dir;
+    std::unique_ptr<QSettings> m_settings;
+    std::unique_ptr<SessionStore> m_store;
+};
+
+void TestRouter::init()
+{
+    m_settings = std::make_unique<QSettings>(m_dir.filePath(QStringLiteral("router.ini")), QSettings::IniFormat);
+    m_settings->clear();
+    m_store = std::make_unique<SessionStore>(m_settings.get());
+    m_store->store(APIData{QStringLiteral("api.example.test"), QStringLiteral("tok-1"),
+                           QDateTime::fromMSecsSinceEpoch(1700000000000, QTimeZone::utc())});
+}
+
+// One value of every route, named by its data row.
+QList<std::pair<const char *, Router>> sampleRoutes()
+{
+    const TaskCommentPayload comment(QStringLiteral("hi"), 4, 9, std::nullopt, false, std::nullopt, TimePoint());
+    const ItemsUpdatePayload items{4, 9, {}};
+    return {{"getAllTasks", Router::getAllTasks(7, allTasksQuery())},
+            {"getItems", Router::getItems(12)},
+            {"updateTaskStatus", Router::updateTaskStatus(7, 3, 11)},
+            {"updateItemsStatus", Router::updateItemsStatus(items)},
+            {"getTaskComments", Router::getTaskComments(42)},
+            {"postComment", Router::postComment(comment)},
+            {"getFile thumbnail", Router::getFile(QStringLiteral("a/b.jpg"), true)},
+            {"getFile", Router::getFile(QStringLiteral("a/b.jpg"), false)},
+            {"getToken", Router::getToken()},
+            {"getSettingsAndConstants", Router::getSettingsAndConstants()}};
+}
+
+void TestRouter::routes_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<bool>("hasBody");
+
+    const QString base = QStringLiteral("https://api.example.test/");
+    const QList<std::tuple<QByteArray, QString, bool>> expected{
+        {"GET", base + "api/tasks/assigned-user/7?dateStart=1000&dateEnd=2000&orderBy=date_created&sortBy=DESC", false},
+        {"GET", base + "api/items/taskId/12", false},
+        {"PUT", base + "api/task/7", true},
+        {"PUT", base + "api/item/status", true},
+        {"GET", base + "api/task/42/comments", false},
+        {"POST", base + "api/comment", true},
+        {"GET", base + "files/thumbnails/thumb_a/b.jpg", false},
+        {"GET", base + "files/a/b.jpg", false},
+        {"GET", base + "api/regenerate-token", false},
+        {"GET", base + "api/settings-constants", false},
+    };
+    const auto routes = sampleRoutes();
+    QCOMPARE(routes.size(), expected.size());
+    for (int i = 0; i < routes.size(); ++i) {
+        const auto &[method, url, hasBody] = expected.at(i);
+        QTest::newRow(routes.at(i).first) << i << method << url << hasBody;
+    }
+}
+
+void TestRouter::routes()
+{
+    QFETCH(int, index);
+    QFETCH(QByteArray, method);
+    QFETCH(QString, url);
+    QFETCH(bool, hasBody);
+
+    const Router route = sampleRoutes().at(index).second;
+    const UrlRequest request = route.urlRequest(*m_store);
+    QCOMPARE(request.method, method);
+    QCOMPARE(route.method().rawValue, method);
+    QCOMPARE(request.url().toString(), url);
+    QCOMPARE(!request.body.isEmpty(), hasBody);
+    QCOMPARE(request.request.transferTimeout(), 60000);
+}
+
+void TestRouter::queryItems_data()
+{
+    QTest::addColumn<TasksQueryParams>("params");
+    QTest::addColumn<QStringList>("expected"); // name=value in order
+
+    QTest::newRow("all priorities, category All: four items")
+        << allTasksQuery() << QStringList{"dateStart=1000", "dateEnd=2000", "orderBy=date_created", "sortBy=DESC"};
+    QTest::newRow("highest priority, one category, name ascending")
+        << TasksQueryParams{5, 6, TaskPriority::highest, {3, "Pumps"}, SortKey::name, SortOrder::ascending}
+        << QStringList{"dateStart=5", "dateEnd=6", "priority=0", "task_category_id=3", "orderBy=name", "sortBy=ASC"};
+    QTest::newRow("low priority, sort by priority descending")
+        << TasksQueryParams{-5, 6, TaskPriority::low, {0, "All"}, SortKey::priority, SortOrder::descending}
+        << QStringList{"dateStart=-5", "dateEnd=6", "priority=3", "orderBy=priority", "sortBy=DESC"};
+    QTest::newRow("a category named All is left out whatever its id")
+        << TasksQueryParams{1, 2, TaskPriority::medium, {8, "All"}, SortKey::date, SortOrder::ascending}
+        << QStringList{"dateStart=1", "dateEnd=2", "priority=2", "orderBy=date_created", "sortBy=ASC"};
+}
+
+void TestRouter::queryItems()
+{
+    QFETCH(TasksQueryParams, params);
+    QFETCH(QStringList, expected);
+    const UrlRequest request = Router::getAllTasks(3, params).urlRequest(*m_store);
+    QStringList items;
+    for (const auto &[name, value] : QUrlQuery(request.url()).queryItems())
+        items.append(name + QLatin1Char('=') + value);
+    QCOMPARE(items, expected);
+}
+
+void TestRouter::headersOnEveryRequest()
+{
+    for (const Router &route : {Router::getToken(), Router::getItems(1), Router::updateTaskStatus(1, 2, 3)}) {
+        const UrlRequest request = route.urlRequest(*m_store);
+        QCOMPARE(request.request.rawHeader("Authorization"), QByteArray("Bearer tok-1"));
+        QCOMPARE(request.request.rawHeader("Accept-Type"), QByteArray("application/json"));
+        QCOMPARE(request.request.rawHeader("Content-Type"), QByteArray("application/json"));
+        QVERIFY(!request.request.hasRawHeader("Accept"));
+    }
+}
+
+void TestRouter::updateTaskStatusBody()
+{
+    const UrlRequest request = Router::updateTaskStatus(7, 3, 11).urlRequest(*m_store);
+    QVERIFY(request.body.contains('\n')); // pretty-printed
+    const QJsonObject body = QJsonDocument::fromJson(request.body).object();
+    QCOMPARE(body, (QJsonObject{{"task_status_id", 3}, {"updater_user_id", 11}, {"assigned_user_id", 11}}));
+}
+
+void TestRouter::payloadBodies()
+{
+    const TaskCommentPayload comment(QStringLiteral("Pump noisy"), 4, 9, std::nullopt, true, QStringLiteral("p.jpg"),
+                                     TimePoint(std::chrono::milliseconds(1700000000123)));
+    const QJsonObject sent = QJsonDocument::fromJson(Router::postComment(comment).urlRequest(*m_store).body).object();
+    QCOMPARE(sent, comment.encode());
+    QCOMPARE(sent.value("task_id").toInteger(), 4);
+    QCOMPARE(sent.value("date_created").toInteger(), 1700000000123);
+}
+
+void TestRouter::pathPrefixOfBaseUrl()
+{
+    m_store->store(APIData{QStringLiteral("host.test:8443/tenant/v1"), QStringLiteral("t"), QDateTime::currentDateTimeUtc()});
+    QCOMPARE(Router::getItems(3).urlRequest(*m_store).url().toString(),
+             QStringLiteral("https://host.test:8443/tenant/v1/api/items/taskId/3"));
+}
+
+void TestRouter::noSessionStops()
+{
+    m_settings->clear();
+    test::FatalErrorTrap trap;
+    test::LogCapture log;
+    QVERIFY_THROWS_EXCEPTION(test::FatalErrorRaised, (void)Router::getToken().urlRequest(*m_store));
+}
+
+QTEST_GUILESS_MAIN(TestRouter)
+#include "tst_router.moc"
