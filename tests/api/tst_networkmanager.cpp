@@ -1,0 +1,436 @@
+#include "api/networkmanager.h"
+#include "api/networkmanagerdelegate.h"
+#include "api/sessionstore.h"
+#include "api/settings.h"
+#include "comments/posttaskscommentresponse.h"
+#include "comments/taskcommentpayload.h"
+#include "items/itemsupdatepayload.h"
+#include "host/ravelinnavvcdelegate.h"
+#include "support/logcapture.h"
+#include "support/testserver.h"
+
+#include <QBuffer>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+#include <QRegularExpression>
+#include <QTimeZone>
+
+using namespace ravelin;
+using namespace std::chrono;
+using test::CannedResponse;
+using test::RecordedRequest;
+
+namespace {
+
+constexpr int answerTimeoutMs = 10000;
+const TimePoint now = TimePoint(milliseconds(1795169730123));
+
+// Stands in for the navigation host and the host application.
+class FakeHost : public NetworkManagerDelegate, public RavelinNavVCDelegate
+{
+public:
+    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<FakeHost *>(this); }
+    void didSwipe(bool) override {}
+    void sessionExpired() override { ++sessionExpiredCalls; }
+    void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override
+    {
+        uploads.append({image, fileName});
+        QTimer::singleShot(0, [completion, this] { completion(uploadSucceeds, uploadPath); });
+    }
+
+    int sessionExpiredCalls = 0;
+    QList<std::pair<QImage, QString>> uploads;
+    bool uploadSucceeds = true;
+    std::optional<QString> uploadPath;
+};
+
+QByteArray okBody(const char *data = "true")
+{
+    return QByteArray(R"({"success":true,"data":)") + data + '}';
+}
+
+} // namespace
+
+class TestNetworkManager : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void everyRouteOnTheWire_data();
+    void everyRouteOnTheWire();
+    void freshTokenIsSentAsIs();
+    void staleTokenIsRegeneratedFirst();
+    void failedRegenerationExpiresTheSession();
+    void statusMapping_data();
+    void statusMapping();
+    void noSessionFailsWithoutNetwork();
+    void transportErrorIsRouteError();
+    void completionRunsOnMainThreadExactlyOnce();
+    void closedReceiverIsNotCalledBack();
+    void commentWithPhotoUploadsFirst_data();
+    void commentWithPhotoUploadsFirst();
+    void downloadImage();
+    void photoFileName_data();
+    void photoFileName();
+
+private:
+    void storeSession(TimePoint stamped, const QString &token = QStringLiteral("tok-1"));
+    template<class T>
+    Result<T> requestAndWait(const Router &route);
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<test::TestServer> m_server;
+    std::unique_ptr<QSettings> m_settings;
+    std::unique_ptr<SessionStore> m_store;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<NetworkManager> m_manager;
+    FakeHost m_host;
+};
+
+void TestNetworkManager::init()
+{
+    m_server = std::make_unique<test::TestServer>();
+    m_settings = std::make_unique<QSettings>(m_dir.filePath(QStringLiteral("nm.ini")), QSettings::IniFormat);
+    m_settings->clear();
+    m_store = std::make_unique<SessionStore>(m_settings.get());
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_manager = std::make_unique<NetworkManager>(m_network.get(), m_store.get(), fixedClock(now));
+    m_host = FakeHost();
+    m_manager->setDelegate(&m_host);
+    storeSession(now - seconds(60));
+}
+
+void TestNetworkManager::cleanup()
+{
+    m_manager.reset();
+    m_network.reset();
+    m_server.reset();
+}
+
+void TestNetworkManager::storeSession(TimePoint stamped, const QString &token)
+{
+    m_store->store(APIData{m_server->baseUrl(), token, toDateTime(stamped)});
+}
+
+template<class T>
+Result<T> TestNetworkManager::requestAndWait(const Router &route)
+{
+    std::optional<Result<T>> result;
+    m_manager->request<T>(route, ApiQueue::shared(), this, [&result](const Result<T> &r) { result = r; });
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), answerTimeoutMs); }();
+    return result.value_or(Result<T>::failure(ManagerErrors(ManagerErrors::Kind::sessionExpired)));
+}
+
+void TestNetworkManager::everyRouteOnTheWire_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QByteArray>("bodyKey"); // a member the JSON body must have, or empty for no body
+
+    const QStringList names{"getAllTasks", "getItems", "updateTaskStatus", "updateItemsStatus", "getTaskComments",
+                            "postComment", "getFile", "getFile thumbnail", "getToken", "getSettingsAndConstants"};
+    const QList<std::tuple<QByteArray, QString, QString, QByteArray>> expected{
+        {"GET", "/api/tasks/assigned-user/7", "dateStart=1&dateEnd=2&priority=1&task_category_id=4&orderBy=name&sortBy=ASC", ""},
+        {"GET", "/api/items/taskId/12", "", ""},
+        {"PUT", "/api/task/7", "", "assigned_user_id"},
+        {"PUT", "/api/item/status", "", "updater_user_id"},
+        {"GET", "/api/task/42/comments", "", ""},
+        {"POST", "/api/comment", "", "date_created"},
+        {"GET", "/files/pics/a.jpg", "", ""},
+        {"GET", "/files/thumbnails/thumb_pics/a.jpg", "", ""},
+        {"GET", "/api/regenerate-token", "", ""},
+        {"GET", "/api/settings-constants", "", ""},
+    };
+    for (int i = 0; i < names.size(); ++i) {
+        const auto &[method, path, query, bodyKey] = expected.at(i);
+        QTest::newRow(qPrintable(names.at(i))) << i << method << path << query << bodyKey;
+    }
+}
+
+void TestNetworkManager::everyRouteOnTheWire()
+{
+    QFETCH(int, index);
+    QFETCH(QByteArray, method);
+    QFETCH(QString, path);
+    QFETCH(QString, query);
+    QFETCH(QByteArray, bodyKey);
+
+    const QList<Router> routes{
+        Router::getAllTasks(7, {1, 2, TaskPriority::high, {4, "Pumps"}, SortKey::name, SortOrder::ascending}),
+        Router::getItems(12),
+        Router::updateTaskStatus(7, 3, 11),
+        Router::updateItemsStatus(ItemsUpdatePayload{4, 9, {}}),
+        Router::getTaskComments(42),
+        Router::postComment(TaskCommentPayload(QStringLiteral("x"), 4, 9, std::nullopt, false, std::nullopt, now)),
+        Router::getFile(QStringLiteral("pics/a.jpg"), false),
+        Router::getFile(QStringLiteral("pics/a.jpg"), true),
+        Router::getToken(),
+        Router::getSettingsAndConstants(),
+    };
+    m_server->on(method, path, CannedResponse{200, R"({"success":true})"});
+    const auto result = requestAndWait<PostTasksCommentResponse>(routes.at(index));
+    QVERIFY(result.isSuccess());
+
+    const QList<RecordedRequest> received = m_server->requests();
+    QCOMPARE(received.size(), 1);
+    const RecordedRequest &r = received.first();
+    QCOMPARE(r.method, method);
+    QCOMPARE(r.path, path);
+    QStringList items;
+    for (const auto &[name, value] : r.query)
+        items.append(name + QLatin1Char('=') + value);
+    QCOMPARE(items.join(QLatin1Char('&')), query);
+    QCOMPARE(r.header("Authorization"), QByteArray("Bearer tok-1"));
+    QCOMPARE(r.header("Accept-Type"), QByteArray("application/json"));
+    QCOMPARE(r.header("Content-Type"), QByteArray("application/json"));
+    if (bodyKey.isEmpty()) {
+        QVERIFY(r.body.isEmpty());
+    } else {
+        QVERIFY(QJsonDocument::fromJson(r.body).object().contains(QString::fromLatin1(bodyKey)));
+    }
+}
+
+void TestNetworkManager::freshTokenIsSentAsIs()
+{
+    storeSession(now - seconds(14399));
+    m_server->on("GET", "/api/items/taskId/1", CannedResponse{200, R"({"success":true})"});
+    QVERIFY(requestAndWait<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
+    QCOMPARE(m_server->requestCount(), 1);
+    QCOMPARE(m_server->requests().first().path, QStringLiteral("/api/items/taskId/1"));
+}
+
+void TestNetworkManager::staleTokenIsRegeneratedFirst()
+{
+    storeSession(now - seconds(14400), QStringLiteral("old"));
+    m_server->on("GET", "/api/regenerate-token", CannedResponse{200, okBody("\"abc\"")});
+    m_server->on("GET", "/api/items/taskId/1", CannedResponse{200, R"({"success":true})"});
+    test::LogCapture log;
+
+    QVERIFY(requestAndWait<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
+    const auto received = m_server->requests();
+    QCOMPARE(received.size(), 2);
+    QCOMPARE(received.at(0).path, QStringLiteral("/api/regenerate-token"));
+    QCOMPARE(received.at(0).header("Authorization"), QByteArray("Bearer old"));
+    QCOMPARE(received.at(1).path, QStringLiteral("/api/items/taskId/1"));
+    QCOMPARE(received.at(1).header("Authorization"), QByteArray("Bearer abc"));
+
+    const auto stored = m_store->load();
+    QCOMPARE(stored->tokenString, QStringLiteral("abc"));
+    QCOMPARE(stored->timestamp, toDateTime(now));
+    QVERIFY(log.lines().contains(QStringLiteral("Current token abc")));
+    QCOMPARE(m_host.sessionExpiredCalls, 0);
+}
+
+void TestNetworkManager::failedRegenerationExpiresTheSession()
+{
+    storeSession(now, QStringLiteral("old")); // same instant: stale
+    m_server->on("GET", "/api/regenerate-token", CannedResponse{401, {}});
+    const auto result = requestAndWait<PostTasksCommentResponse>(Router::getItems(1));
+    QVERIFY(!result.isSuccess());
+    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::invalidToken));
+    QCOMPARE(m_host.sessionExpiredCalls, 1);
+    QCOMPARE(m_server->requestCount(), 1); // the call itself never went out
+    QCOMPARE(m_store->load()->tokenString, QStringLiteral("old"));
+}
+
+void TestNetworkManager::statusMapping_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<ManagerErrors>("error");
+    QTest::newRow("401") << 401 << QByteArray() << ManagerErrors(ManagerErrors::Kind::invalidToken);
+    QTest::newRow("404") << 404 << QByteArray("{}") << ManagerErrors(ManagerErrors::Kind::apiRouteError);
+    QTest::newRow("500") << 500 << QByteArray(R"({"success":true})") << ManagerErrors::invalidStatusCode(500);
+    QTest::newRow("302 without location") << 302 << QByteArray() << ManagerErrors::invalidStatusCode(302);
+    QTest::newRow("204 empty body") << 204 << QByteArray() << ManagerErrors(ManagerErrors::Kind::invalidParsing);
+    QTest::newRow("200 wrong shape") << 200 << QByteArray(R"({"ok":1})") << ManagerErrors(ManagerErrors::Kind::invalidParsing);
+}
+
+void TestNetworkManager::statusMapping()
+{
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    QFETCH(ManagerErrors, error);
+    m_server->on("GET", "/api/settings-constants", CannedResponse{status, body});
+    test::LogCapture log;
+    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    QVERIFY(!result.isSuccess());
+    QCOMPARE(result.error(), error);
+    const bool parsing = error.kind() == ManagerErrors::Kind::invalidParsing;
+    QCOMPARE(log.linesStartingWith(QStringLiteral("Could not translate the data to the requested type. Reason: ")).size(),
+             parsing ? 1 : 0);
+}
+
+void TestNetworkManager::noSessionFailsWithoutNetwork()
+{
+    m_settings->clear();
+    test::LogCapture log;
+    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
+    QCOMPARE(m_host.sessionExpiredCalls, 1);
+    QCOMPARE(m_server->requestCount(), 0);
+    QVERIFY(log.lines().contains(QStringLiteral("Couldnt find key")));
+}
+
+void TestNetworkManager::transportErrorIsRouteError()
+{
+    // A port on loopback that nobody listens on.
+    QTcpServer probe;
+    QVERIFY(probe.listen(QHostAddress::LocalHost));
+    const quint16 closedPort = probe.serverPort();
+    probe.close();
+    m_store->store(APIData{QStringLiteral("127.0.0.1:%1").arg(closedPort), QStringLiteral("t"), toDateTime(now - seconds(5))});
+
+    test::LogCapture log;
+    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
+    QCOMPARE(log.linesStartingWith(QStringLiteral("ERROR FOR REQUEST ")).size(), 1);
+}
+
+void TestNetworkManager::completionRunsOnMainThreadExactlyOnce()
+{
+    m_server->on("GET", "/api/settings-constants",
+                 CannedResponse{200, R"({"success":true,"data":{"item_status":[],"task_status":[],"task_category":[]}})"});
+    int calls = 0;
+    QThread *thread = nullptr;
+    m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+                                                     [&](const Result<SettingsAndConstantsResponse> &r) {
+                                                         ++calls;
+                                                         thread = QThread::currentThread();
+                                                         QVERIFY(r.isSuccess());
+                                                     });
+    QCOMPARE(calls, 0); // asynchronous
+    QTRY_COMPARE_WITH_TIMEOUT(calls, 1, answerTimeoutMs);
+    QTest::qWait(50);
+    QCOMPARE(calls, 1);
+    QCOMPARE(thread, QThread::currentThread());
+}
+
+void TestNetworkManager::closedReceiverIsNotCalledBack()
+{
+    m_server->on("GET", "/api/settings-constants", [](const RecordedRequest &) {
+        QThread::msleep(100);
+        return CannedResponse{200, R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})"};
+    });
+    bool called = false;
+    auto receiver = std::make_unique<QObject>();
+    m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(),
+                                                     receiver.get(), [&](const auto &) { called = true; });
+    receiver.reset();
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->requestCount(), 1, answerTimeoutMs);
+    QTest::qWait(300);
+    ApiQueue::shared().waitForDone();
+    QCoreApplication::processEvents();
+    QVERIFY(!called);
+
+    // Destroying the manager with a request under way is just as quiet.
+    m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+                                                     [&](const auto &) { called = true; });
+    m_manager.reset();
+    QTest::qWait(300);
+    QVERIFY(!called);
+}
+
+void TestNetworkManager::commentWithPhotoUploadsFirst_data()
+{
+    QTest::addColumn<bool>("withPhoto");
+    QTest::addColumn<bool>("uploadSucceeds");
+    QTest::addColumn<QJsonValue>("mediaPath");
+    QTest::newRow("no photo") << false << true << QJsonValue(QJsonValue::Null);
+    QTest::newRow("photo stored") << true << true << QJsonValue(QStringLiteral("uploads/p.jpg"));
+    QTest::newRow("photo upload failed") << true << false << QJsonValue(QStringLiteral("uploads/p.jpg"));
+}
+
+void TestNetworkManager::commentWithPhotoUploadsFirst()
+{
+    QFETCH(bool, withPhoto);
+    QFETCH(bool, uploadSucceeds);
+    QFETCH(QJsonValue, mediaPath);
+    m_host.uploadSucceeds = uploadSucceeds;
+    m_host.uploadPath = QStringLiteral("uploads/p.jpg");
+    m_server->on("POST", "/api/comment", CannedResponse{200, R"({"success":false})"});
+    test::LogCapture log;
+
+    std::optional<QImage> photo;
+    if (withPhoto) {
+        photo = QImage(8, 8, QImage::Format_RGB32);
+        photo->fill(Qt::red);
+    }
+    std::optional<bool> posted;
+    m_manager->postComment(4, 9, QString(), photo, true, this, [&](bool ok) { posted = ok; });
+    QTRY_VERIFY_WITH_TIMEOUT(posted.has_value(), answerTimeoutMs);
+    QVERIFY(*posted); // accepted whatever the answer's success flag says
+    QVERIFY(log.lines().contains(QStringLiteral("Posted comments false")));
+
+    QCOMPARE(m_host.uploads.size(), withPhoto ? 1 : 0);
+    if (withPhoto)
+        QVERIFY(QRegularExpression(QStringLiteral(R"(^9_\d+\.\d+_photo_\d\.jpg$)")).match(m_host.uploads.first().second).hasMatch());
+    const auto received = m_server->requests(QStringLiteral("/api/comment"));
+    QCOMPARE(received.size(), 1);
+    const QJsonObject body = QJsonDocument::fromJson(received.first().body).object();
+    QCOMPARE(body.value("media_path"), mediaPath);
+    QCOMPARE(body.value("text").toString(), QStringLiteral(" "));
+    QCOMPARE(body.value("is_incident").toBool(), true);
+    QCOMPARE(body.value("task_id").toInteger(), 4);
+    QCOMPARE(body.value("user_id").toInteger(), 9);
+    QCOMPARE(body.value("date_created").toInteger(), 1795169730123);
+}
+
+void TestNetworkManager::downloadImage()
+{
+    QImage picture(20, 10, QImage::Format_RGB32);
+    picture.fill(Qt::blue);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    m_server->on("GET", "/files/thumbnails/thumb_p/a.png", CannedResponse{200, png, "image/png"});
+    m_server->on("GET", "/files/p/bad.png", CannedResponse{200, "not a picture", "image/png"});
+    test::LogCapture log;
+
+    std::optional<Result<QImage, DownloadError>> result;
+    auto fetch = [&](const QString &path, bool thumb) {
+        result.reset();
+        m_manager->downloadImage(path, thumb, this, [&](const auto &r) { result = r; });
+        QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), answerTimeoutMs);
+    };
+    fetch(QStringLiteral("p/a.png"), true);
+    QVERIFY(result->isSuccess());
+    QCOMPARE(result->value().size(), QSize(20, 10));
+    QVERIFY(log.lines().contains(QStringLiteral("Route response:  200")));
+
+    fetch(QStringLiteral("p/missing.png"), false);
+    QCOMPARE(result->error().managerError(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
+
+    fetch(QStringLiteral("p/bad.png"), false);
+    QCOMPARE(result->error().managerError(), ManagerErrors(ManagerErrors::Kind::invalidParsing));
+}
+
+void TestNetworkManager::photoFileName_data()
+{
+    QTest::addColumn<double>("millis");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("fraction") << 1700000000123.456 << "5_1700000000123.456_photo_3.jpg";
+    QTest::newRow("whole milliseconds keep .0") << 1700000000123.0 << "5_1700000000123.0_photo_3.jpg";
+}
+
+void TestNetworkManager::photoFileName()
+{
+    QFETCH(double, millis);
+    QFETCH(QString, name);
+    QCOMPARE(NetworkManager::photoFileName(5, millis, 3), name);
+}
+
+QTEST_GUILESS_MAIN(TestNetworkManager)
+#include "tst_networkmanager.moc"
