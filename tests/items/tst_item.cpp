@@ -1,0 +1,212 @@
+#include "api/json.h"
+#include "items/item.h"
+#include "items/itemsresponse.h"
+#include "support/fatalerrortrap.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+using namespace ravelin;
+using ravelin::test::FatalErrorRaised;
+using ravelin::test::FatalErrorTrap;
+
+namespace {
+
+json::Options serverOptions()
+{
+    return json::Options{json::KeyDecoding::convertFromSnakeCase, json::DateDecoding::serverFormat, nullptr};
+}
+
+QJsonObject fullItem()
+{
+    return QJsonObject{
+        {"id", 301},
+        {"taskId", 41},
+        {"name", "Valve 3"},
+        {"details", "Close and check the seal"},
+        {"isAudit", "0"},
+        {"dateCreated", "2026-02-20T10:15:30.123+0000"},
+        {"dateUpdated", "2026-02-21T09:00:00.000+0100"},
+        {"itemStatusId", 3},
+        {"qrCode", "QR-301"},
+    };
+}
+
+// An items answer holding one item, changed by the patch and without the removed keys.
+QByteArray answer(const QJsonObject &patch = {}, const QStringList &removed = {})
+{
+    QJsonObject item = fullItem();
+    for (auto it = patch.begin(); it != patch.end(); ++it)
+        item.insert(it.key(), it.value());
+    for (const QString &key : removed)
+        item.remove(key);
+    const QJsonObject root{{"success", true}, {"data", QJsonArray{item}}};
+    return QJsonDocument(root).toJson(QJsonDocument::Compact);
+}
+
+ItemPtr decodeItem(const QJsonObject &patch = {}, const QStringList &removed = {})
+{
+    const auto response = json::decode<ItemsResponse>(answer(patch, removed), serverOptions());
+    if (response.data.size() != 1)
+        throw std::runtime_error("expected one item");
+    return response.data.first();
+}
+
+} // namespace
+
+class TestItem : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void decodesEveryField();
+    void statusFromServerId_data();
+    void statusFromServerId();
+    void statusOutOfRangeStopsTheProcess_data();
+    void statusOutOfRangeStopsTheProcess();
+    void auditFlagFromText_data();
+    void auditFlagFromText();
+    void optionalValues_data();
+    void optionalValues();
+    void decodingErrors_data();
+    void decodingErrors();
+    void encodesTheLocalForm();
+    void encodingLeavesOutAbsentValues();
+};
+
+void TestItem::decodesEveryField()
+{
+    const ItemPtr item = decodeItem();
+    QCOMPARE(item->id, 301);
+    QCOMPARE(item->taskId, 41);
+    QCOMPARE(item->name, "Valve 3");
+    QCOMPARE(item->details, "Close and check the seal");
+    QVERIFY(!item->isAudit);
+    QCOMPARE(item->dateCreated, QDateTime(QDate(2026, 2, 20), QTime(10, 15, 30, 123), Qt::UTC));
+    QCOMPARE(item->dateUpdated, std::optional(QDateTime(QDate(2026, 2, 21), QTime(8, 0), Qt::UTC)));
+    QCOMPARE(item->status, ItemStatus::open);
+    QCOMPARE(item->qrCode, std::optional<QString>("QR-301"));
+    QVERIFY(!item->isQRMapped);
+}
+
+void TestItem::statusFromServerId_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::addColumn<ItemStatus>("expected");
+    QTest::newRow("1") << 1 << ItemStatus::ok;
+    QTest::newRow("2") << 2 << ItemStatus::nok;
+    QTest::newRow("3") << 3 << ItemStatus::open;
+    QTest::newRow("4") << 4 << ItemStatus::all;
+}
+
+void TestItem::statusFromServerId()
+{
+    QFETCH(int, id);
+    QFETCH(ItemStatus, expected);
+    QCOMPARE(decodeItem(QJsonObject{{"itemStatusId", id}})->status, expected);
+}
+
+void TestItem::statusOutOfRangeStopsTheProcess_data()
+{
+    QTest::addColumn<int>("id");
+    QTest::newRow("0") << 0;
+    QTest::newRow("5") << 5;
+    QTest::newRow("-3") << -3;
+}
+
+void TestItem::statusOutOfRangeStopsTheProcess()
+{
+    QFETCH(int, id);
+    FatalErrorTrap trap;
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)decodeItem(QJsonObject{{"itemStatusId", id}}));
+}
+
+void TestItem::auditFlagFromText_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("0") << "0" << false;
+    QTest::newRow("00") << "00" << true;
+    QTest::newRow("1") << "1" << true;
+    QTest::newRow("true") << "true" << true;
+    QTest::newRow("false") << "false" << true;
+    QTest::newRow("empty") << "" << true;
+    QTest::newRow("0 with space") << " 0" << true;
+}
+
+void TestItem::auditFlagFromText()
+{
+    QFETCH(QString, text);
+    QTEST(decodeItem(QJsonObject{{"isAudit", text}})->isAudit, "expected");
+}
+
+void TestItem::optionalValues_data()
+{
+    QTest::addColumn<QJsonObject>("patch");
+    QTest::addColumn<QStringList>("removed");
+    QTest::addColumn<bool>("hasQrCode");
+    QTest::addColumn<bool>("hasUpdateDate");
+    QTest::newRow("present") << QJsonObject{} << QStringList{} << true << true;
+    QTest::newRow("absent") << QJsonObject{} << QStringList{"qrCode", "dateUpdated"} << false << false;
+    QTest::newRow("null") << QJsonObject{{"qrCode", QJsonValue::Null}, {"dateUpdated", QJsonValue::Null}}
+                          << QStringList{} << false << false;
+    QTest::newRow("empty code is a code") << QJsonObject{{"qrCode", ""}} << QStringList{} << true << true;
+}
+
+void TestItem::optionalValues()
+{
+    QFETCH(QJsonObject, patch);
+    QFETCH(QStringList, removed);
+    const ItemPtr item = decodeItem(patch, removed);
+    QTEST(item->qrCode.has_value(), "hasQrCode");
+    QTEST(item->dateUpdated.has_value(), "hasUpdateDate");
+    QVERIFY(!item->isQRMapped);
+}
+
+void TestItem::decodingErrors_data()
+{
+    QTest::addColumn<QJsonObject>("patch");
+    QTest::addColumn<QStringList>("removed");
+    for (const char *key : {"id", "taskId", "name", "details", "isAudit", "dateCreated", "itemStatusId"})
+        QTest::addRow("%s missing", key) << QJsonObject{} << QStringList{key};
+    QTest::newRow("isAudit as boolean") << QJsonObject{{"isAudit", false}} << QStringList{};
+    QTest::newRow("isAudit null") << QJsonObject{{"isAudit", QJsonValue::Null}} << QStringList{};
+    QTest::newRow("qrCode as number") << QJsonObject{{"qrCode", 301}} << QStringList{};
+    QTest::newRow("dateUpdated not a date") << QJsonObject{{"dateUpdated", "yesterday"}} << QStringList{};
+}
+
+void TestItem::decodingErrors()
+{
+    QFETCH(QJsonObject, patch);
+    QFETCH(QStringList, removed);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)decodeItem(patch, removed));
+}
+
+void TestItem::encodesTheLocalForm()
+{
+    ItemPtr item = decodeItem(QJsonObject{{"isAudit", "1"}, {"itemStatusId", 2}});
+    item->isQRMapped = true;
+    const QJsonObject o = item->encode();
+    QStringList keys{"id", "taskId", "name", "details", "isAudit", "dateCreated", "dateUpdated", "status", "qrCode", "isQRMapped"};
+    keys.sort();
+    QCOMPARE(o.keys(), keys);
+    QCOMPARE(o["status"].toString(), "Incidents");
+    QCOMPARE(o["isAudit"], QJsonValue(true));
+    QCOMPARE(o["isQRMapped"], QJsonValue(true));
+    QCOMPARE(o["qrCode"].toString(), "QR-301");
+    QVERIFY(!o.contains("itemStatusId"));
+}
+
+void TestItem::encodingLeavesOutAbsentValues()
+{
+    const QJsonObject o = decodeItem({}, {"qrCode", "dateUpdated"})->encode();
+    QVERIFY(!o.contains("qrCode"));
+    QVERIFY(!o.contains("dateUpdated"));
+    QCOMPARE(o["isAudit"], QJsonValue(false));
+    QCOMPARE(o["status"].toString(), "Open");
+}
+
+QTEST_GUILESS_MAIN(TestItem)
+#include "tst_item.moc"
