@@ -1,0 +1,146 @@
+#include "api/clock.h"
+#include "api/settings.h"
+#include "filter/sortconfiguration.h"
+#include "filter/taskfilterdata.h"
+#include "support/fatalerrortrap.h"
+
+#include <QJsonDocument>
+#include <QTest>
+
+#include <ctime>
+
+using namespace ravelin;
+using ravelin::test::FatalErrorRaised;
+using ravelin::test::FatalErrorTrap;
+
+namespace {
+
+QDateTime utc(int y, int m, int d, int h, int min = 0)
+{
+    return QDateTime(QDate(y, m, d), QTime(h, min), Qt::UTC);
+}
+
+} // namespace
+
+class TestTaskFilterData : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void defaults_data();
+    void defaults();
+    void defaultCategoryIsTheSessionsFirst();
+    void noCategoryStopsTheProcess();
+    void sortTexts_data();
+    void sortTexts();
+    void configurationsSurviveTheirJsonForm();
+};
+
+void TestTaskFilterData::initTestCase()
+{
+    // Day arithmetic is done in the local calendar; fix the zone so that the
+    // windows below cross a change of daylight saving time.
+    qputenv("TZ", "Europe/Berlin");
+    tzset();
+}
+
+void TestTaskFilterData::defaults_data()
+{
+    QTest::addColumn<QDateTime>("now");
+    QTest::addColumn<QDateTime>("start");
+    QTest::addColumn<QDateTime>("end");
+    // Summer time began on 29 March 2026: 60 calendar days before 14:00 CEST is
+    // 14:00 CET, one hour less than 60 × 24 hours.
+    QTest::newRow("across the spring change") << utc(2026, 5, 10, 12) << utc(2026, 3, 11, 13) << utc(2026, 5, 11, 12);
+    QTest::newRow("no change") << utc(2026, 7, 31, 22, 30) << utc(2026, 6, 1, 22, 30) << utc(2026, 8, 1, 22, 30);
+    // The day before the autumn change: tomorrow at the same local time is 25 hours away.
+    QTest::newRow("end across the autumn change") << utc(2026, 10, 24, 10) << utc(2026, 8, 25, 10) << utc(2026, 10, 25, 11);
+}
+
+void TestTaskFilterData::defaults()
+{
+    QFETCH(QDateTime, now);
+    QFETCH(QDateTime, start);
+    QFETCH(QDateTime, end);
+    const auto data = TaskFilterData::makeDefault(fixedClock(toTimePoint(now)), Settings::defaults());
+    QCOMPARE(data->filteringConfig.dateStart, start);
+    QCOMPARE(data->filteringConfig.dateEnd, end);
+    QCOMPARE(data->filteringConfig.selectedPriority, TaskPriority::all);
+    QCOMPARE(data->filteringConfig.selectedCategory, (TaskCategoryDefinition{0, "All"}));
+    QCOMPARE(data->sortingConfig.sortKey, SortKey::date);
+    QCOMPARE(data->sortingConfig.sortOrder, SortOrder::descending);
+}
+
+void TestTaskFilterData::defaultCategoryIsTheSessionsFirst()
+{
+    const Clock clock = fixedClock(toTimePoint(utc(2026, 5, 10, 12)));
+    Settings settings;
+    settings.taskCategory = {{4, "Pumps"}, {0, "All"}};
+    QCOMPARE(TaskFilterData::makeDefault(clock, settings)->filteringConfig.selectedCategory,
+             (TaskCategoryDefinition{4, "Pumps"}));
+
+    const Settings previous = Settings::current();
+    Settings::setCurrent(Settings::fromReceived(settings));
+    const auto fromSession = TaskFilterData::makeDefault(clock);
+    Settings::setCurrent(previous);
+    QCOMPARE(fromSession->filteringConfig.selectedCategory, (TaskCategoryDefinition{0, "All"}));
+}
+
+void TestTaskFilterData::noCategoryStopsTheProcess()
+{
+    FatalErrorTrap trap;
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskFilterData::makeDefault(systemClock(), Settings{}));
+}
+
+void TestTaskFilterData::sortTexts_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isKey");
+    QTest::addColumn<bool>("valid");
+    QTest::newRow("Priority") << "Priority" << true << true;
+    QTest::newRow("priority") << "priority" << true << false;
+    QTest::newRow("Date") << "Date" << true << true;
+    QTest::newRow("Descending") << "Descending" << false << true;
+    QTest::newRow("DESC") << "DESC" << false << false;
+}
+
+void TestTaskFilterData::sortTexts()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isKey);
+    QFETCH(bool, valid);
+    if (isKey) {
+        const auto key = SortKeys::fromRawValue(text);
+        QCOMPARE(key.has_value(), valid);
+        if (key)
+            QCOMPARE(SortKeys::rawValue(*key), text);
+    } else {
+        const auto order = SortOrders::fromRawValue(text);
+        QCOMPARE(order.has_value(), valid);
+        if (order)
+            QCOMPARE(SortOrders::rawValue(*order), text);
+    }
+}
+
+void TestTaskFilterData::configurationsSurviveTheirJsonForm()
+{
+    TaskFilterConfiguration filter;
+    filter.selectedPriority = TaskPriority::medium;
+    filter.selectedCategory = {3, "Valves"};
+    filter.dateStart = QDateTime(QDate(2026, 1, 1), QTime(8, 30, 0, 250), Qt::UTC);
+    filter.dateEnd = QDateTime(QDate(2026, 2, 1), QTime(8, 30), Qt::UTC);
+    const QJsonObject encodedFilter = filter.encode();
+    QCOMPARE(encodedFilter["selectedPriority"].toString(), "Medium");
+    const auto decodedFilter = json::decode<TaskFilterConfiguration>(QJsonDocument(encodedFilter).toJson());
+    QCOMPARE(decodedFilter, filter);
+
+    const SortConfiguration sort{SortKey::priority, SortOrder::ascending};
+    QCOMPARE(sort.encode(), (QJsonObject{{"sortKey", "Priority"}, {"sortOrder", "Ascending"}}));
+    QCOMPARE(json::decode<SortConfiguration>(QJsonDocument(sort.encode()).toJson()), sort);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError,
+                             (void)json::decode<SortConfiguration>(R"({"sortKey":"priority","sortOrder":"Ascending"})"));
+}
+
+QTEST_GUILESS_MAIN(TestTaskFilterData)
+#include "tst_taskfilterdata.moc"
