@@ -1,0 +1,70 @@
+#pragma once
+
+#include "api/usersdata.h"
+#include "comments/comment.h"
+#include "comments/commentcelldetail.h"
+#include "comments/commenttableviewcellvm.h"
+#include "tasks/task.h"
+
+#include <QDateTime>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace ravelin {
+
+class NetworkManager;
+
+// The comments of one local calendar day, oldest first.
+struct CommentSection
+{
+    QDateTime date; // the start of the day, local time
+    QList<CommentPtr> comments;
+};
+
+// The comment thread of one task: fetched, kept newest first, grouped by day.
+class CommentsVM : public QObject
+{
+    Q_OBJECT
+
+public:
+    CommentsVM(TaskPtr task, NetworkManager *networkManager, UsersData users, QObject *parent = nullptr);
+
+    [[nodiscard]] const TaskPtr &task() const { return m_task; }
+    [[nodiscard]] NetworkManager *networkManager() const { return m_networkManager; }
+    [[nodiscard]] const UsersData &users() const { return m_users; }
+    [[nodiscard]] const QList<CommentPtr> &comments() const { return m_comments; }
+    [[nodiscard]] const QList<CommentSection> &groupedComments() const { return m_groupedComments; }
+
+    // Fetches the thread; success whatever the answer's own success flag says.
+    void fetchComments(std::function<void(bool success)> completion);
+    // Keeps the given comments newest first and regroups them (what a fetch does with its answer).
+    void setComments(QList<CommentPtr> comments);
+
+    [[nodiscard]] int numberOfSections() const { return int(m_groupedComments.size()); }
+    [[nodiscard]] int numberOfRows(int section) const;
+    [[nodiscard]] const CommentSection &section(int index) const;
+    // A new cell view model for the comment at that position; out of range stops the process.
+    [[nodiscard]] std::unique_ptr<CommentTableViewCellVM> cellViewModel(int section, int row) const;
+
+    // Posts a comment written on the comments screen (never an incident).
+    void postComment(const QString &text, const std::optional<QImage> &picture, std::function<void(bool)> completion);
+
+    // Groups comments by local calendar day: days oldest first, each day's
+    // comments oldest first (ties keep their order).
+    [[nodiscard]] static QList<CommentSection> group(const QList<CommentPtr> &comments);
+
+private:
+    TaskPtr m_task;
+    QPointer<NetworkManager> m_networkManager;
+    QList<CommentPtr> m_comments;
+    UsersData m_users;
+    QList<CommentSection> m_groupedComments;
+};
+
+} // namespace ravelin

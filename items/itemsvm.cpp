@@ -1,0 +1,85 @@
+#include "items/itemsvm.h"
+
+#include "api/apiqueue.h"
+#include "api/debuglog.h"
+#include "api/networkmanager.h"
+#include "items/itemsresponse.h"
+
+namespace ravelin {
+
+ItemsVM::ItemsVM(TaskPtr task, NetworkManager *networkManager, UsersData users, QObject *parent)
+    : QObject(parent)
+    , m_task(std::move(task))
+    , m_networkManager(networkManager)
+    , m_users(std::move(users))
+{
+}
+
+void ItemsVM::setSelectedActionItem(ItemPtr item)
+{
+    m_selectedActionItem = std::move(item);
+}
+
+void ItemsVM::clearSelection()
+{
+    m_selectedItems.clear();
+}
+
+void ItemsVM::fetchItems(std::function<void(bool)> completion)
+{
+    m_networkManager->request<ItemsResponse>(
+        Router::getItems(m_task->id), ApiQueue::shared(), this, [this, completion](const Result<ItemsResponse> &result) {
+            if (!result.isSuccess()) {
+                debugLog(QStringLiteral("We got a failure trying to get the items. The error we got was: ")
+                         + result.error().localizedDescription());
+                completion(false);
+                return;
+            }
+            m_task->itemList.items = result.value().data;
+            completion(true);
+        });
+}
+
+void ItemsVM::select(const ItemPtr &item, bool isSelected)
+{
+    const auto sameId = [&item](const ItemPtr &entry) { return entry->id == item->id; };
+    if (isSelected) {
+        if (std::none_of(m_selectedItems.cbegin(), m_selectedItems.cend(), sameId))
+            m_selectedItems.append(item);
+    } else {
+        m_selectedItems.removeIf(sameId);
+    }
+}
+
+QrMatch ItemsVM::match(const std::optional<QString> &scanned)
+{
+    const QString notFound = QStringLiteral("Cannot find item matching the scanned QR");
+    if (!scanned)
+        return QrMatch{std::nullopt, QStringLiteral("Invalid Code"), notFound};
+
+    const QList<ItemPtr> &items = m_task->itemList.items;
+    const auto found = std::find_if(items.cbegin(), items.cend(),
+                                    [&scanned](const ItemPtr &item) { return item->qrCode && *item->qrCode == *scanned; });
+    if (found == items.cend())
+        return QrMatch{std::nullopt, QStringLiteral("No Item Detected"), notFound};
+
+    const ItemPtr &item = *found;
+    if (item->status == ItemStatus::ok) {
+        return QrMatch{std::nullopt, QStringLiteral("Item Detected"),
+                       QStringLiteral("Item `") + item->name + QStringLiteral("` already marked as `Completed`.")};
+    }
+    item->isQRMapped = true;
+    const QList<ItemPtr> rows = m_task->itemList.filteredItems();
+    for (int row = 0; row < rows.size(); ++row) {
+        if (rows.at(row)->id == item->id)
+            return QrMatch{row, std::nullopt, std::nullopt};
+    }
+    return QrMatch{}; // hidden by the filter: mapped, but nothing to show
+}
+
+void ItemsVM::findItem(const std::optional<QString> &scanned, const std::function<void(const QrMatch &)> &completion)
+{
+    completion(match(scanned));
+}
+
+} // namespace ravelin
