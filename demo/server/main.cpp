@@ -1,0 +1,41 @@
+// ravelin-demo-server: the demo deployment on its own, on 127.0.0.1, until killed.
+
+#include "demo/server/demodata.h"
+#include "demo/server/demoserver.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ravelin-demo-server"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Serves the Ravelin demo deployment over HTTPS on 127.0.0.1."));
+    parser.addHelpOption();
+    const QCommandLineOption portOption(QStringLiteral("port"),
+                                        QStringLiteral("Port to listen on; 0 picks a free one."),
+                                        QStringLiteral("N"), QStringLiteral("0"));
+    parser.addOption(portOption);
+    parser.process(app);
+
+    bool valid = false;
+    const uint port = parser.value(portOption).toUInt(&valid);
+    if (!valid || port > 65535) {
+        std::fprintf(stderr, "Invalid port: %s\n", qPrintable(parser.value(portOption)));
+        return 2;
+    }
+
+    const ravelin::DemoClock clock = ravelin::systemDemoClock();
+    ravelin::DemoServer server(ravelin::DemoData::seeded(clock()), clock);
+    if (!server.start(static_cast<quint16>(port))) {
+        std::fprintf(stderr, "Could not listen on 127.0.0.1:%u\n", port);
+        return 1;
+    }
+    std::printf("Ravelin demo server listening on https://%s\n", qPrintable(server.baseUrl()));
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
