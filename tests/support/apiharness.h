@@ -1,0 +1,66 @@
+#pragma once
+
+#include "api/clock.h"
+#include "api/networkmanager.h"
+#include "api/networkmanagerdelegate.h"
+#include "api/sessionstore.h"
+#include "host/ravelinnavvcdelegate.h"
+#include "support/testserver.h"
+
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <memory>
+
+namespace ravelin::test {
+
+// Stands in for the navigation host and the host application: counts expired
+// sessions and stores uploaded pictures under "uploads/<file name>".
+class FakeHost : public NetworkManagerDelegate, public RavelinNavVCDelegate
+{
+public:
+    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<FakeHost *>(this); }
+    void didSwipe(bool isShown) override { swipes.append(isShown); }
+    void sessionExpired() override { ++sessionExpiredCalls; }
+    void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override
+    {
+        uploads.append({image, fileName});
+        const bool ok = uploadSucceeds;
+        QTimer::singleShot(0, [completion, ok, fileName] { completion(ok, QStringLiteral("uploads/") + fileName); });
+    }
+
+    QList<bool> swipes;
+    int sessionExpiredCalls = 0;
+    QList<std::pair<QImage, QString>> uploads;
+    bool uploadSucceeds = true;
+};
+
+// A network manager wired to a fresh loopback test server with a fresh token,
+// a fixed clock and a throw-away settings store.
+class ApiHarness
+{
+public:
+    explicit ApiHarness(TimePoint now = TimePoint(std::chrono::milliseconds(1795169730123)))
+        : now(now)
+        , settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat)
+        , store(&settings)
+        , manager(&network, &store, fixedClock(now))
+    {
+        settings.clear();
+        store.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(now - std::chrono::seconds(60))});
+        manager.setDelegate(&host);
+    }
+
+    TimePoint now;
+    TestServer server;
+    QTemporaryDir dir;
+    QSettings settings;
+    SessionStore store;
+    QNetworkAccessManager network;
+    FakeHost host;
+    NetworkManager manager;
+};
+
+} // namespace ravelin::test

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+
+#include <optional>
+
+// Wire-form JSON of the server's records, for scripting the test server.
+namespace ravelin::test {
+
+inline QJsonObject taskJson(qint64 id, const QString &name, int statusId, int priority = 2,
+                            const QString &dateCreated = QStringLiteral("2026-11-01T08:00:00.000Z"),
+                            qint64 categoryId = 0, const QJsonArray &itemsCount = {})
+{
+    QJsonObject o{{"id", id},
+                  {"name", name},
+                  {"description", name + QStringLiteral(" description")},
+                  {"latitude", 59.33},
+                  {"longitude", 18.06},
+                  {"ownerId", 1},
+                  {"ownerAssetName", "Depot North"},
+                  {"assignedUserId", 7},
+                  {"updaterUserId", QJsonValue::Null},
+                  {"dateScheduled", QJsonValue::Null},
+                  {"dateCreated", dateCreated},
+                  {"taskStatusId", statusId},
+                  {"taskCategoryId", categoryId},
+                  {"priority", priority},
+                  {"updated", false}};
+    if (!itemsCount.isEmpty())
+        o.insert("itemsCount", itemsCount);
+    return o;
+}
+
+inline QJsonObject itemJson(qint64 id, qint64 taskId, const QString &name, int statusId,
+                            const std::optional<QString> &qrCode = std::nullopt)
+{
+    QJsonObject o{{"id", id},
+                  {"taskId", taskId},
+                  {"name", name},
+                  {"details", name + QStringLiteral(" details")},
+                  {"isAudit", "0"},
+                  {"dateCreated", "2026-11-01T08:00:00.000Z"},
+                  {"itemStatusId", statusId}};
+    if (qrCode)
+        o.insert("qrCode", *qrCode);
+    return o;
+}
+
+inline QJsonObject commentJson(const QString &text, const QString &dateCreated, std::optional<qint64> itemId = std::nullopt,
+                               bool incident = false)
+{
+    return QJsonObject{{"text", text},
+                       {"userId", 7},
+                       {"dateCreated", dateCreated},
+                       {"itemId", itemId ? QJsonValue(*itemId) : QJsonValue(QJsonValue::Null)},
+                       {"isIncident", incident ? "1" : "0"},
+                       {"assetName", "Ann Rivers"},
+                       {"assetIcon", "people_01"}};
+}
+
+inline QByteArray answer(const QJsonValue &data)
+{
+    return QJsonDocument(QJsonObject{{"success", true}, {"data", data}}).toJson(QJsonDocument::Compact);
+}
+
+} // namespace ravelin::test
