@@ -359,6 +359,12 @@ DemoItem *DemoData::item(qint64 id)
     return found == items.end() ? nullptr : &*found;
 }
 
+const DemoItem *DemoData::item(qint64 id) const
+{
+    const auto found = std::find_if(items.cbegin(), items.cend(), [id](const DemoItem &i) { return i.id == id; });
+    return found == items.cend() ? nullptr : &*found;
+}
+
 QList<DemoItem> DemoData::itemsOf(qint64 taskId) const
 {
     QList<DemoItem> out;

@@ -43,6 +43,7 @@ struct DemoData
     [[nodiscard]] DemoTask *task(qint64 id);
     [[nodiscard]] const DemoTask *task(qint64 id) const;
     [[nodiscard]] DemoItem *item(qint64 id);
+    [[nodiscard]] const DemoItem *item(qint64 id) const;
     [[nodiscard]] QList<DemoItem> itemsOf(qint64 taskId) const;
     [[nodiscard]] QList<DemoComment> commentsOf(qint64 taskId) const;
 
