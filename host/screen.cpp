@@ -1,0 +1,104 @@
+#include "host/screen.h"
+
+#include "api/debuglog.h"
+#include "host/ravelinnavvc.h"
+
+namespace ravelin {
+
+Screen::Screen(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+void Screen::loadViewIfNeeded()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    viewDidLoad();
+}
+
+void Screen::setTitle(const QString &title)
+{
+    if (m_title == title)
+        return;
+    m_title = title;
+    emit navigationItemChanged();
+}
+
+void Screen::setRightBarActions(const QList<QAction *> &actions)
+{
+    if (m_rightBarActions == actions)
+        return;
+    m_rightBarActions = actions;
+    emit navigationItemChanged();
+}
+
+void Screen::setLeftBarActions(const QList<QAction *> &actions)
+{
+    if (m_leftBarActions == actions)
+        return;
+    m_leftBarActions = actions;
+    emit navigationItemChanged();
+}
+
+void Screen::setNavigationHost(RavelinNavVC *host)
+{
+    m_navigationHost = host;
+}
+
+void Screen::performSegue(const QString &identifier, const std::any &sender)
+{
+    Screen *destination = makeDestination(identifier);
+    if (!destination) {
+        debugLog(QStringLiteral("No screen for the transition ") + identifier);
+        return;
+    }
+    prepare(identifier, destination, sender);
+    if (!m_navigationHost) {
+        destination->deleteLater();
+        return;
+    }
+    if (presentsModally(identifier))
+        m_navigationHost->present(destination);
+    else
+        m_navigationHost->push(destination);
+}
+
+Screen *Screen::presentedScreen() const
+{
+    return m_navigationHost && m_navigationHost->presentedScreen() != this ? m_navigationHost->presentedScreen() : nullptr;
+}
+
+void Screen::dismiss(const std::function<void()> &completion)
+{
+    if (!m_navigationHost) {
+        if (completion)
+            completion();
+        return;
+    }
+    if (m_navigationHost->presentedScreen() == this)
+        m_navigationHost->dismissPresented(completion);
+    else {
+        if (m_navigationHost->topScreen() == this)
+            m_navigationHost->pop();
+        if (completion)
+            completion();
+    }
+}
+
+Screen *Screen::makeDestination(const QString &)
+{
+    return nullptr;
+}
+
+void Screen::prepare(const QString &, Screen *, const std::any &)
+{
+}
+
+bool Screen::presentsModally(const QString &) const
+{
+    return false;
+}
+
+} // namespace ravelin
