@@ -2,8 +2,6 @@
 
 #include "api/datecoding.h"
 
-#include <QTimeZone>
-
 #include <simdjson.h>
 
 #include <cmath>
@@ -78,6 +76,15 @@ bool keyMatches(std::string_view fieldKey, std::string_view wanted, KeyDecoding 
 }
 
 constexpr qint64 referenceDateSecondsSince1970 = 978307200; // 2001-01-01 00:00 UTC
+
+// A date in the UTC time spec rather than with the UTC time zone: the value is the
+// same moment, but in this Qt version a QDateTime with a time zone allocates its
+// private data (and QTimeZone::utc() builds a zone object) on every call, which
+// is a large part of decoding a task list with two or three dates per task.
+QDateTime utcDateTime(qint64 msecsSinceEpoch)
+{
+    return QDateTime::fromMSecsSinceEpoch(msecsSinceEpoch, Qt::UTC);
+}
 
 } // namespace
 
@@ -203,13 +210,13 @@ QDateTime Value::toDate() const
         const double ms = (seconds + double(referenceDateSecondsSince1970)) * 1000.0;
         if (!std::isfinite(ms) || std::fabs(ms) > 8.64e18)
             throw DecodingError(DecodingError::Kind::dataCorrupted, QStringLiteral("Date is out of range."));
-        return QDateTime::fromMSecsSinceEpoch(std::llround(ms), QTimeZone::utc());
+        return utcDateTime(std::llround(ms));
     }
     const auto ms = parseServerDateMSecs(toStringView());
     if (!ms)
         throw DecodingError(DecodingError::Kind::dataCorrupted,
                             QStringLiteral("Date string does not match format expected by formatter."));
-    return QDateTime::fromMSecsSinceEpoch(*ms, QTimeZone::utc());
+    return utcDateTime(*ms);
 }
 
 Object Value::toObject() const
@@ -359,13 +366,37 @@ qsizetype Array::size() const
 
 // --- Document ---------------------------------------------------------------
 
-Document::Document(Options options)
-    : m_parser(std::make_unique<simdjson::dom::parser>())
-    , m_options(options)
+namespace {
+
+// One parser is kept per thread between documents: a new parser allocates its
+// buffers (several times the size of the answer) and touches them afresh on every
+// parse, which costs as much as the parse itself for a large task list. A parser
+// grown for an answer beyond the limit is released after use rather than kept.
+constexpr std::size_t keptParserCapacity = 8 * 1024 * 1024;
+
+std::unique_ptr<simdjson::dom::parser> &threadParser()
 {
+    thread_local std::unique_ptr<simdjson::dom::parser> parser;
+    return parser;
 }
 
-Document::~Document() = default;
+} // namespace
+
+Document::Document(Options options)
+    : m_parser(std::move(threadParser()))
+    , m_options(options)
+{
+    if (!m_parser)
+        m_parser = std::make_unique<simdjson::dom::parser>();
+}
+
+Document::~Document()
+{
+    // Values handed out by this document die with it, so its parser may serve the
+    // next document on this thread.
+    if (m_parser->capacity() <= keptParserCapacity && !threadParser())
+        threadParser() = std::move(m_parser);
+}
 
 Value Document::parse(const QByteArray &bytes)
 {
