@@ -3,6 +3,8 @@
 #include "api/datecoding.h"
 #include "api/fatalerror.h"
 
+#include <QVarLengthArray>
+
 #include <cmath>
 #include <limits>
 
@@ -56,8 +58,13 @@ TaskPtr Task::decode(const json::Value &value)
     task->currentStatus = TaskStatuses::fromServerId(o.int64("taskStatusId"));
     task->taskCategory = lookUpCategory(o.int64("taskCategoryId"), o.options());
     task->priority = TaskPriorities::fromWireValue(o.int64("priority"));
-    if (const auto counts = o.find("itemsCount"); counts && !counts->isNull())
-        task->progress = TaskProgress::fromCounts(counts->toArray().map<ItemsCount>(&ItemsCount::decode));
+    if (const auto counts = o.find("itemsCount"); counts && !counts->isNull()) {
+        // A task carries one entry per item status; keep them off the heap.
+        QVarLengthArray<ItemsCount, 8> list;
+        for (const json::Value entry : counts->toArray())
+            list.append(ItemsCount::decode(entry));
+        task->progress = TaskProgress::fromCounts(std::span<const ItemsCount>(list.constData(), std::size_t(list.size())));
+    }
     if (const auto updated = o.booleanIfPresent("updated"))
         task->isUpdated = *updated;
     return task;

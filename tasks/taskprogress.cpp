@@ -11,7 +11,7 @@ namespace ravelin {
 
 namespace {
 
-qint64 firstCount(const QList<ItemsCount> &counts, ItemStatus status)
+qint64 firstCount(std::span<const ItemsCount> counts, ItemStatus status)
 {
     const qint64 id = ItemStatuses::serverId(status);
     for (const ItemsCount &c : counts) {
@@ -28,7 +28,7 @@ qint64 firstCount(const QList<ItemsCount> &counts, ItemStatus status)
 
 } // namespace
 
-TaskProgress TaskProgress::fromCounts(const QList<ItemsCount> &counts)
+TaskProgress TaskProgress::fromCounts(std::span<const ItemsCount> counts)
 {
     TaskProgress p;
     qint64 sum = 0;

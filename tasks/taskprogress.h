@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QList>
 
+#include <span>
+
 namespace ravelin {
 
 // A task's item counts summarised for its progress ring.
@@ -19,7 +21,11 @@ struct TaskProgress
     // ok, nok and open are the counts of the first entry with the item status ids
     // 1, 2 and 3; every entry counts towards the sum. An overflowing sum stops the
     // process.
-    [[nodiscard]] static TaskProgress fromCounts(const QList<ItemsCount> &counts);
+    [[nodiscard]] static TaskProgress fromCounts(std::span<const ItemsCount> counts);
+    [[nodiscard]] static TaskProgress fromCounts(const QList<ItemsCount> &counts)
+    {
+        return fromCounts(std::span<const ItemsCount>(counts.constData(), std::size_t(counts.size())));
+    }
 
     // Keys "total", "open", "ok", "nok".
     [[nodiscard]] QJsonObject encode() const;

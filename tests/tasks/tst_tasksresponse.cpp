@@ -39,6 +39,8 @@ private slots:
     void envelopeErrors();
     void updateResponseReadsTheTaskUnderData();
     void updateResponseNeedsData();
+    void answersInARowShareNothing();
+    void aDocumentInsideAnotherStaysValid();
 };
 
 void TestTasksResponse::decodesTasksInServerOrder()
@@ -99,6 +101,43 @@ void TestTasksResponse::updateResponseNeedsData()
     } catch (const json::DecodingError &error) {
         QCOMPARE(error.kind(), json::DecodingError::Kind::keyNotFound);
     }
+}
+
+// Parsers are kept per thread between documents: an answer must never see
+// anything of the one before, also after a failed or an over-large answer.
+void TestTasksResponse::answersInARowShareNothing()
+{
+    const QByteArray two = "{\"success\":true,\"data\":[" + task(1, "First", 1) + "," + task(2, "Second", 2) + "]}";
+    const QByteArray one = "{\"success\":false,\"data\":[" + task(3, "Third", 3) + "]}";
+    QByteArray large = "{\"success\":true,\"data\":[";
+    for (int i = 0; i < 30000; ++i)
+        large += (i ? "," : "") + task(1000 + i, "Large answer task with a long enough name to grow the parser", 4);
+    large += "]}";
+    QVERIFY(large.size() > 8 * 1024 * 1024);
+
+    QCOMPARE(json::decode<TasksResponse>(two, serverOptions()).data.size(), 2);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)json::decode<TasksResponse>("{\"success\":tr", serverOptions()));
+    const auto afterFailure = json::decode<TasksResponse>(one, serverOptions());
+    QCOMPARE(afterFailure.data.size(), 1);
+    QCOMPARE(afterFailure.data.first()->name, "Third");
+    QVERIFY(!afterFailure.success);
+
+    QCOMPARE(json::decode<TasksResponse>(large, serverOptions()).data.size(), 30000);
+    const auto afterLarge = json::decode<TasksResponse>(two, serverOptions());
+    QCOMPARE(afterLarge.data.size(), 2);
+    QCOMPARE(afterLarge.data.at(1)->name, "Second");
+}
+
+void TestTasksResponse::aDocumentInsideAnotherStaysValid()
+{
+    json::Document outer(serverOptions());
+    const json::Value root = outer.parse("{\"success\":true,\"data\":[" + task(5, "Outer", 1) + "]}");
+    // A second document while the first is alive gets a parser of its own.
+    const auto inner = json::decode<TasksResponse>("{\"success\":true,\"data\":[" + task(6, "Inner", 2) + "]}",
+                                                    serverOptions());
+    const TasksResponse outerResponse = TasksResponse::decode(root);
+    QCOMPARE(outerResponse.data.first()->name, "Outer");
+    QCOMPARE(inner.data.first()->name, "Inner");
 }
 
 QTEST_GUILESS_MAIN(TestTasksResponse)
