@@ -92,4 +92,9 @@ void CommentsVM::postComment(const QString &text, const std::optional<QImage> &p
     m_networkManager->postComment(m_task->id, m_users.currentUser.id, text, picture, false, this, std::move(completion));
 }
 
+NetworkManager *CommentsVM::networkManager() const
+{
+    return m_networkManager;
+}
+
 } // namespace ravelin

@@ -36,7 +36,7 @@ public:
     CommentsVM(TaskPtr task, NetworkManager *networkManager, UsersData users, QObject *parent = nullptr);
 
     [[nodiscard]] const TaskPtr &task() const { return m_task; }
-    [[nodiscard]] NetworkManager *networkManager() const { return m_networkManager; }
+    [[nodiscard]] NetworkManager *networkManager() const;
     [[nodiscard]] const UsersData &users() const { return m_users; }
     [[nodiscard]] const QList<CommentPtr> &comments() const { return m_comments; }
     [[nodiscard]] const QList<CommentSection> &groupedComments() const { return m_groupedComments; }

@@ -82,4 +82,9 @@ void ItemsVM::findItem(const std::optional<QString> &scanned, const std::functio
     completion(match(scanned));
 }
 
+NetworkManager *ItemsVM::networkManager() const
+{
+    return m_networkManager;
+}
+
 } // namespace ravelin

@@ -36,7 +36,7 @@ public:
     ItemsVM(TaskPtr task, NetworkManager *networkManager, UsersData users, QObject *parent = nullptr);
 
     [[nodiscard]] const TaskPtr &task() const { return m_task; }
-    [[nodiscard]] NetworkManager *networkManager() const { return m_networkManager; }
+    [[nodiscard]] NetworkManager *networkManager() const;
     [[nodiscard]] const UsersData &users() const { return m_users; }
     [[nodiscard]] const QList<ItemPtr> &selectedItems() const { return m_selectedItems; }
     [[nodiscard]] ItemPtr selectedActionItem() const { return m_selectedActionItem; }

@@ -155,4 +155,9 @@ std::optional<qint64> DashboardVM::nextStatusId(TaskStatus current)
     return std::nullopt;
 }
 
+NetworkManager *DashboardVM::networkManager() const
+{
+    return m_networkManager;
+}
+
 } // namespace ravelin

@@ -41,7 +41,7 @@ public:
     [[nodiscard]] TaskFilterDataPtr filterData() const { return m_filterData; }
     [[nodiscard]] TaskList &taskList() { return m_taskList; }
     [[nodiscard]] const TaskList &taskList() const { return m_taskList; }
-    [[nodiscard]] NetworkManager *networkManager() const { return m_networkManager; }
+    [[nodiscard]] NetworkManager *networkManager() const;
     [[nodiscard]] const UsersData &users() const { return m_users; }
 
     using FetchCompletion = std::function<void(bool success, std::optional<ManagerErrors> error)>;
