@@ -1,0 +1,123 @@
+#pragma once
+
+#include "api/clock.h"
+#include "demo/app/hostsetup.h"
+#include "host/ravelinnavvcdelegate.h"
+
+#include <QDateTime>
+#include <QMap>
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+
+#include <optional>
+
+class QNetworkAccessManager;
+class QSettings;
+class QStackedWidget;
+class QVBoxLayout;
+
+namespace ravelin {
+
+class HostApiClient;
+class HostBar;
+class HostPanel;
+class NotificationCenter;
+class RavelinNavVC;
+class SignInScreen;
+class TaskEventSheet;
+
+// The demo host application's window, phone sized: its sign-in screen, then the
+// task client (a RavelinNavVC) over the host's bar, with the host's side panel
+// and task event sheet on top. It is the library's RavelinNavVCDelegate: it
+// shows its panel when asked, signs in again when the session expires and
+// uploads the library's pictures to the deployment.
+class DemoHostWindow : public QWidget, public RavelinNavVCDelegate
+{
+    Q_OBJECT
+
+public:
+    static constexpr QSize phoneSize{390, 844};
+
+    // What the window and the library run on.
+    struct Environment
+    {
+        QSettings *userDefaults = nullptr;
+        QNetworkAccessManager *network = nullptr;
+        NotificationCenter *notifications = nullptr;
+        Clock clock = systemClock();
+    };
+
+    // The signed-in session as the host has it.
+    struct Session
+    {
+        qint64 userId = 0;
+        QString userName;
+        QString token;
+        QDateTime tokenTimeStamp;
+        QMap<qint64, QStringList> assetsList;
+    };
+
+    DemoHostWindow(HostSetup setup, Environment environment, QWidget *parent = nullptr);
+    ~DemoHostWindow() override;
+
+    [[nodiscard]] const HostSetup &setup() const { return m_setup; }
+
+    // Signs the worker in (with a preset session: starts it at once). The answer
+    // comes as sessionStarted() or signInFailed().
+    void signIn(qint64 workerId);
+    // Ends the session from the host's side and shows the sign-in screen.
+    void signOut();
+
+    [[nodiscard]] bool isSignedIn() const { return m_session.has_value(); }
+    [[nodiscard]] const std::optional<Session> &session() const { return m_session; }
+    [[nodiscard]] RavelinNavVC *navVC() const;
+
+    [[nodiscard]] SignInScreen *signInScreen() const { return m_signInScreen; }
+    [[nodiscard]] HostPanel *hostPanel() const { return m_panel; }
+    [[nodiscard]] HostBar *hostBar() const { return m_bar; }
+    [[nodiscard]] TaskEventSheet *taskEventSheet() const { return m_sheet; }
+    [[nodiscard]] HostApiClient *apiClient() const { return m_client; }
+
+    // The host's menu: the tasks it can post events about (the signed-in
+    // worker's first), the sheet, the posting itself and the emergency switch.
+    [[nodiscard]] QList<HostSetup::TaskChoice> taskChoices() const;
+    void openTaskEventSheet();
+    void postTaskEvent(qint64 taskId, const QString &taskName, const QString &kind);
+    void setEmergency(bool inForce);
+    void closeHostPanel();
+
+    // RavelinNavVCDelegate
+    // The flag tells whether the library's panel button was on: on hides the
+    // host panel, off shows it (a swipe to the left hides it, to the right shows it).
+    void didSwipe(bool isShown) override;
+    void sessionExpired() override;
+    void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override;
+
+signals:
+    void sessionStarted(ravelin::RavelinNavVC *navVC);
+    void signInFailed(const QString &reason);
+    void returnedToSignIn();
+    void swiped(bool isShown);
+
+private:
+    void startSession(qint64 userId, const QMap<qint64, QStringList> &assets, const QString &token);
+    void endSession(const QString &message, bool isError);
+    [[nodiscard]] QString currentToken() const;
+    [[nodiscard]] QString workerName(qint64 userId, const QMap<qint64, QStringList> &assets) const;
+
+    HostSetup m_setup;
+    Environment m_environment;
+    HostApiClient *m_client = nullptr;
+    QStackedWidget *m_pages = nullptr;
+    SignInScreen *m_signInScreen = nullptr;
+    QWidget *m_sessionPage = nullptr;
+    QVBoxLayout *m_sessionLayout = nullptr;
+    HostBar *m_bar = nullptr;
+    HostPanel *m_panel = nullptr;
+    TaskEventSheet *m_sheet = nullptr;
+    QPointer<RavelinNavVC> m_navVC;
+    std::optional<Session> m_session;
+};
+
+} // namespace ravelin

@@ -1,0 +1,135 @@
+#include "demo/app/demooptions.h"
+
+#include <QProcessEnvironment>
+
+namespace ravelin {
+
+namespace {
+
+using Parsed = Result<DemoOptions, QString>;
+
+// "--name value" or "--name=value"; moves `index` past what it used.
+std::optional<QString> valueOf(const QStringList &arguments, qsizetype &index, const QString &name, QString &error)
+{
+    const QString &argument = arguments.at(index);
+    if (argument.startsWith(name + QLatin1Char('=')))
+        return argument.mid(name.size() + 1);
+    if (index + 1 >= arguments.size() || arguments.at(index + 1).startsWith(QLatin1String("--"))) {
+        error = QStringLiteral("%1 needs a value").arg(name);
+        return std::nullopt;
+    }
+    return arguments.at(++index);
+}
+
+bool isOption(const QString &argument, const QString &name)
+{
+    return argument == name || argument.startsWith(name + QLatin1Char('='));
+}
+
+bool isHostAndPort(const QString &text)
+{
+    const qsizetype colon = text.lastIndexOf(QLatin1Char(':'));
+    if (colon <= 0 || text.contains(QLatin1Char('/')) || text.contains(QLatin1String("://")))
+        return false;
+    bool valid = false;
+    const uint port = text.mid(colon + 1).toUInt(&valid);
+    return valid && port > 0 && port <= 65535;
+}
+
+} // namespace
+
+bool DemoOptions::Display::isAvailable() const
+{
+    if (qpaPlatform.trimmed().startsWith(QLatin1String("offscreen")))
+        return false;
+    return !display.isEmpty() || !waylandDisplay.isEmpty();
+}
+
+DemoOptions::Display DemoOptions::Display::fromEnvironment()
+{
+    const QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    return Display{environment.value(QStringLiteral("DISPLAY")), environment.value(QStringLiteral("WAYLAND_DISPLAY")),
+                   environment.value(QStringLiteral("QT_QPA_PLATFORM"))};
+}
+
+Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
+{
+    DemoOptions options;
+    std::optional<QString> token;
+    std::optional<QString> userId;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments.at(i);
+        QString error;
+        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
+            options.mode = Mode::help;
+            return Parsed::success(options);
+        }
+        if (isOption(argument, QStringLiteral("--tour"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--tour"), error);
+            if (!value || value->isEmpty())
+                return Parsed::failure(error.isEmpty() ? QStringLiteral("--tour needs a folder") : error);
+            options.mode = Mode::tour;
+            options.tourDir = *value;
+        } else if (isOption(argument, QStringLiteral("--api-host"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--api-host"), error);
+            if (!value)
+                return Parsed::failure(error);
+            if (!isHostAndPort(*value))
+                return Parsed::failure(QStringLiteral("--api-host takes HOST:PORT without a scheme, not \"%1\"").arg(*value));
+            options.apiHost = *value;
+        } else if (isOption(argument, QStringLiteral("--token"))) {
+            token = valueOf(arguments, i, QStringLiteral("--token"), error);
+            if (!token || token->isEmpty())
+                return Parsed::failure(error.isEmpty() ? QStringLiteral("--token needs a value") : error);
+        } else if (isOption(argument, QStringLiteral("--user-id"))) {
+            userId = valueOf(arguments, i, QStringLiteral("--user-id"), error);
+            if (!userId)
+                return Parsed::failure(error);
+        } else {
+            return Parsed::failure(QStringLiteral("Unknown argument \"%1\"").arg(argument));
+        }
+    }
+
+    if (options.apiHost) {
+        if (!token || !userId)
+            return Parsed::failure(QStringLiteral("--api-host needs --token and --user-id as well"));
+        bool valid = false;
+        options.userId = userId->toLongLong(&valid);
+        if (!valid)
+            return Parsed::failure(QStringLiteral("--user-id takes a whole number, not \"%1\"").arg(*userId));
+        options.token = *token;
+    } else if (token || userId) {
+        return Parsed::failure(QStringLiteral("--token and --user-id go with --api-host"));
+    }
+
+    if (options.mode == Mode::window && !display.isAvailable()) {
+        options.mode = Mode::tour;
+        options.tourDir = defaultTourDir;
+        options.tourForcedByDisplay = true;
+    }
+    return Parsed::success(options);
+}
+
+QString DemoOptions::usage()
+{
+    return QStringLiteral(
+        "Usage: ravelin-demo [--tour OUTDIR] [--api-host HOST:PORT --token T --user-id N]\n"
+        "\n"
+        "Runs the Ravelin task client inside a demo host application.\n"
+        "\n"
+        "Without options it starts the demo server on 127.0.0.1 and opens a phone-sized\n"
+        "window with the host's sign-in screen.\n"
+        "\n"
+        "  --tour OUTDIR        Runs a headless tour (offscreen): signs in, opens the\n"
+        "                       dashboard, acknowledges and starts tasks, posts a task\n"
+        "                       event and the emergency flag; writes NN-step.png pictures\n"
+        "                       and summary.txt to OUTDIR. Chosen automatically, with\n"
+        "                       OUTDIR \"out/tour\", when there is no display.\n"
+        "  --api-host HOST:PORT Uses another server that speaks the same API instead of\n"
+        "                       the demo server; no sign-in request is made.\n"
+        "  --token T            The bearer token for --api-host.\n"
+        "  --user-id N          The signed-in user for --api-host.\n"
+        "  -h, --help           Shows this text.\n");
+}
+
+} // namespace ravelin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "api/result.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace ravelin {
+
+// The demo host's command line:
+//   ravelin-demo [--tour OUTDIR] [--api-host HOST:PORT --token T --user-id N]
+// Without a display (no DISPLAY and no WAYLAND_DISPLAY, or the offscreen
+// platform) the tour runs even when it was not asked for.
+struct DemoOptions
+{
+    enum class Mode { window, tour, help };
+
+    // What the process was started in, as far as the choice of mode goes.
+    struct Display
+    {
+        QString display;        // DISPLAY
+        QString waylandDisplay; // WAYLAND_DISPLAY
+        QString qpaPlatform;    // QT_QPA_PLATFORM
+
+        [[nodiscard]] bool isAvailable() const;
+        [[nodiscard]] static Display fromEnvironment();
+    };
+
+    static inline const QString defaultTourDir = QStringLiteral("out/tour");
+
+    Mode mode = Mode::window;
+    QString tourDir;
+    // --api-host: a server that speaks the same API, with a ready session.
+    std::optional<QString> apiHost;
+    QString token;
+    qint64 userId = 0;
+    // The tour was chosen because there is no display.
+    bool tourForcedByDisplay = false;
+
+    // `arguments` without the program name.
+    [[nodiscard]] static Result<DemoOptions, QString> parse(const QStringList &arguments, const Display &display);
+    [[nodiscard]] static QString usage();
+};
+
+} // namespace ravelin

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "tasks/task.h"
+
+#include <QDir>
+#include <QFile>
+#include <QList>
+#include <QMetaObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+
+namespace ravelin {
+
+class DashboardVC;
+class DemoHostWindow;
+class RavelinNavVC;
+
+// A headless walk through the demo: sign in, the dashboard, acknowledging an
+// assigned task, starting an acknowledged one, the host panel, a task event
+// and the emergency flag. After each step it writes a picture of the whole
+// window ("NN-step-name.png") and a one-line summary (to summary.txt and
+// standard output). Every wait is bounded; the first step that fails ends the
+// tour with its reason.
+class DemoTour
+{
+public:
+    struct Options
+    {
+        QString outputDir;
+        std::chrono::milliseconds stepTimeout{15000};
+        // The worker to sign in as; the first one offered when unset.
+        std::optional<qint64> workerId;
+        // Against the seeded demo data every step must find what it needs;
+        // against another server a step without material is skipped.
+        bool strict = true;
+    };
+
+    DemoTour(DemoHostWindow *window, Options options);
+    ~DemoTour();
+    DemoTour(const DemoTour &) = delete;
+    DemoTour &operator=(const DemoTour &) = delete;
+
+    // 0 when every step passed, 1 otherwise (the reason is on standard error).
+    [[nodiscard]] int run();
+
+    [[nodiscard]] const QStringList &summary() const { return m_summary; }
+    [[nodiscard]] QString failure() const { return m_failure; }
+
+private:
+    struct StepFailure : std::runtime_error
+    {
+        explicit StepFailure(const QString &reason)
+            : std::runtime_error(reason.toStdString())
+        {
+        }
+    };
+
+    void stepSignIn();
+    void stepDashboard();
+    void stepAcknowledge();
+    void stepStart();
+    void stepHostPanel();
+    void stepTaskEvent();
+    void stepEmergency();
+
+    // Spins the event loop until the condition holds; throws with `what` when
+    // the step's time runs out.
+    void waitFor(const QString &what, const std::function<bool()> &condition);
+    [[nodiscard]] bool waitUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeout);
+    void settle(std::chrono::milliseconds duration);
+    // Writes the picture and the summary line of the current step.
+    void record(const QString &name, const QString &line);
+    void skip(const QString &name, const QString &reason);
+
+    [[nodiscard]] RavelinNavVC &navVC() const;
+    [[nodiscard]] DashboardVC &dashboard() const;
+    [[nodiscard]] bool dashboardIdle() const;
+    // Waits for the dashboard's next refresh to end (one that starts after `since`).
+    void waitForRefreshAfter(int since, const QString &what);
+    [[nodiscard]] TaskPtr findTask(const std::function<bool(const Task &)> &matches) const;
+    [[nodiscard]] TaskPtr taskById(qint64 id) const;
+    [[nodiscard]] QString sectionsText() const;
+    void watchRefreshes();
+
+    QPointer<DemoHostWindow> m_window;
+    QList<QMetaObject::Connection> m_connections;
+    QString m_currentStep;
+    Options m_options;
+    QDir m_dir;
+    QFile m_summaryFile;
+    QStringList m_summary;
+    QString m_failure;
+    int m_step = 0;
+    int m_refreshesEnded = 0;
+    bool m_watchingRefreshes = false;
+    qint64 m_acknowledgedTaskId = 0;
+    std::optional<bool> m_lastSwipe;
+};
+
+} // namespace ravelin
