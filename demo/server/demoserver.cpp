@@ -5,6 +5,8 @@
 
 #include <httplib.h>
 
+#include <sys/socket.h>
+
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -19,6 +21,14 @@ constexpr size_t kRequestsPerConnection = 1;
 constexpr time_t kIdleSeconds = 2;
 constexpr size_t kMaxBodyBytes = 32 * 1024 * 1024;
 constexpr auto kStartTimeout = std::chrono::seconds(10);
+
+// Address reuse for a quick restart, but not SO_REUSEPORT (the library's
+// default), which would let a second server listen on the same port.
+void listeningSocketOptions(socket_t socket)
+{
+    int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
 
 DemoRequest toDemoRequest(const httplib::Request &request)
 {
@@ -83,6 +93,7 @@ bool DemoServer::start(quint16 port)
     server->Put(".*", serve);
     server->Patch(".*", serve);
     server->Delete(".*", serve);
+    server->set_socket_options(listeningSocketOptions);
     server->set_keep_alive_max_count(kRequestsPerConnection);
     server->set_keep_alive_timeout(kIdleSeconds);
     server->set_read_timeout(kIdleSeconds);

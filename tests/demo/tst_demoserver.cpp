@@ -158,6 +158,7 @@ private slots:
     void seededPicturesHaveThumbnails();
     void unknownFilesAre404();
     void stateSurvivesRestart();
+    void secondServerCannotTakeABoundPort();
 
 private:
     [[nodiscard]] QJsonArray tasksOf(qint64 userId, const QString &query = kWholeWindow);
@@ -811,6 +812,20 @@ void TestDemoServer::stateSurvivesRestart()
     QCOMPARE(m_server->signIn(99), std::nullopt);
     m_client->setToken(token->toUtf8());
     QCOMPARE(m_client->get("/api/settings-constants").status, 200);
+}
+
+void TestDemoServer::secondServerCannotTakeABoundPort()
+{
+    DemoServer second(DemoData::constantsOnly(), [] { return kNow; });
+    QVERIFY(!second.start(m_server->port()));
+    QVERIFY(!second.isRunning());
+    QCOMPARE(second.port(), quint16(0));
+    QVERIFY(!m_server->start()); // already running
+
+    // The running server still answers, and the second one can use a port of its own.
+    QCOMPARE(m_client->get("/api/settings-constants").status, 200);
+    QVERIFY(second.start());
+    QVERIFY(second.port() != m_server->port());
 }
 
 QTEST_GUILESS_MAIN(TestDemoServer)

@@ -7,6 +7,8 @@
 
 #include <httplib.h>
 
+#include <sys/socket.h>
+
 #include <chrono>
 #include <map>
 #include <mutex>
@@ -22,6 +24,14 @@ namespace {
 constexpr size_t kRequestsPerConnection = 1;
 constexpr time_t kKeepAliveSeconds = 1;
 constexpr auto kStartTimeout = std::chrono::seconds(10);
+
+// Address reuse, but not SO_REUSEPORT (the library's default), so that no
+// two servers ever share a port.
+void listeningSocketOptions(socket_t socket)
+{
+    int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
 
 RecordedRequest record(const httplib::Request &request)
 {
@@ -144,6 +154,7 @@ TestServer::TestServer()
     d->server.Patch(".*", serve);
     d->server.Delete(".*", serve);
     d->server.Options(".*", serve);
+    d->server.set_socket_options(listeningSocketOptions);
     d->server.set_keep_alive_max_count(kRequestsPerConnection);
     d->server.set_keep_alive_timeout(kKeepAliveSeconds);
 
