@@ -13,8 +13,20 @@ constexpr qint64 kHour = 60 * 60;
 constexpr qint64 kDay = 24 * kHour;
 constexpr int kMaxPictures = 6;
 
-enum Category : qint64 { inspection = 1, maintenance, meterReading, repair, safetyCheck };
-enum Status : int { unassigned = 1, assigned, acknowledged, inProgress, blocked, completed };
+// Task category ids.
+constexpr qint64 inspection = 1;
+constexpr qint64 maintenance = 2;
+constexpr qint64 meterReading = 3;
+constexpr qint64 repair = 4;
+constexpr qint64 safetyCheck = 5;
+
+// Task status ids.
+constexpr int unassigned = 1;
+constexpr int assigned = 2;
+constexpr int acknowledged = 3;
+constexpr int inProgress = 4;
+constexpr int blocked = 5;
+constexpr int completed = 6;
 
 struct Checkpoint
 {
