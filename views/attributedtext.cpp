@@ -81,17 +81,14 @@ QString AttributedText::toHtml() const
             continue;
         QString escaped = run.text.toHtmlEscaped();
         escaped.replace(QLatin1Char('\n'), QStringLiteral("<br>"));
-        // Keep runs of blanks as the user typed them.
-        escaped.replace(QStringLiteral("  "), QStringLiteral("&nbsp; "));
-        if (escaped.startsWith(QLatin1Char(' ')))
-            escaped.replace(0, 1, QStringLiteral("&nbsp;"));
         const QString css = cssFor(run);
         if (css.isEmpty())
             html += escaped;
         else
             html += QStringLiteral("<span style=\"%1\">%2</span>").arg(css, escaped);
     }
-    return html;
+    // Blanks stay as written (messages indent with them).
+    return QStringLiteral("<span style=\"white-space:pre-wrap\">%1</span>").arg(html);
 }
 
 void AttributedText::insertInto(QTextCursor &cursor) const
