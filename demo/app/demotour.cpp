@@ -126,6 +126,7 @@ void DemoTour::stepSignIn()
         // A session given on the command line: nothing to choose, no request.
         window.signIn(window.setup().preset->userId);
         waitFor(QStringLiteral("the session to start"), [&window] { return window.navVC() != nullptr; });
+        m_signedIn = true;
         return;
     }
 
@@ -153,6 +154,7 @@ void DemoTour::stepSignIn()
     });
     if (!window.navVC())
         throw StepFailure(screen->message());
+    m_signedIn = true;
 }
 
 void DemoTour::stepDashboard()
@@ -345,7 +347,13 @@ void DemoTour::stepEmergency()
 
 void DemoTour::waitFor(const QString &what, const std::function<bool()> &condition)
 {
-    if (!waitUntil(condition, m_options.stepTimeout))
+    const auto sessionLost = [this] { return m_signedIn && m_window && !m_window->isSignedIn(); };
+    const bool met = waitUntil([&] { return sessionLost() || condition(); }, m_options.stepTimeout);
+    if (sessionLost()) {
+        throw StepFailure(QStringLiteral("the session ended while waiting for %1 (the sign-in screen says: \"%2\")")
+                              .arg(what, m_window->signInScreen()->message()));
+    }
+    if (!met)
         throw StepFailure(QStringLiteral("gave up waiting for %1 after %2 s")
                               .arg(what)
                               .arg(double(m_options.stepTimeout.count()) / 1000.0));

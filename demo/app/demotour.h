@@ -99,6 +99,7 @@ private:
     int m_step = 0;
     int m_refreshesEnded = 0;
     bool m_watchingRefreshes = false;
+    bool m_signedIn = false;
     qint64 m_acknowledgedTaskId = 0;
     std::optional<bool> m_lastSwipe;
 };
