@@ -116,7 +116,7 @@ TaskCollectionViewCell::TaskCollectionViewCell(QWidget *parent)
     m_taskName->setFont(nameFont);
     m_taskName->setWordWrap(false);
     m_taskName->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_taskName->setFixedHeight(QFontMetrics(nameFont).lineSpacing() * nameLines + 2);
+    m_taskName->setMaximumHeight(QFontMetrics(nameFont).lineSpacing() * nameLines + 2);
     m_taskName->setStyleSheet(QStringLiteral("color: %1;").arg(label.name()));
     // Screen readers read the name as static text.
     m_taskName->setTextInteractionFlags(Qt::NoTextInteraction);
