@@ -42,6 +42,11 @@ void Screen::setLeftBarActions(const QList<QAction *> &actions)
     emit navigationItemChanged();
 }
 
+RavelinNavVC *Screen::navigationHost() const
+{
+    return m_navigationHost;
+}
+
 void Screen::setNavigationHost(RavelinNavVC *host)
 {
     m_navigationHost = host;

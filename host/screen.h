@@ -36,7 +36,7 @@ public:
     void setLeftBarActions(const QList<QAction *> &actions);
 
     // The navigation host whose stack (or presentation) shows this screen.
-    [[nodiscard]] RavelinNavVC *navigationHost() const { return m_navigationHost; }
+    [[nodiscard]] RavelinNavVC *navigationHost() const;
     void setNavigationHost(RavelinNavVC *host);
 
     // Follows a named transition: the destination is made by makeDestination(),

@@ -79,7 +79,6 @@ void TestRavelinNavVC::init()
 {
     Settings::setCurrent(Settings::defaults());
     m_api = std::make_unique<ApiHarness>();
-    m_api->settings.clear();
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
     m_api->server.on("GET", "/api/settings-constants",
                      CannedResponse{200, answer(QJsonObject{{"item_status", QJsonArray{}},
