@@ -1,7 +1,10 @@
 #include "demo/app/demohostwindow.h"
 #include "demo/app/demooptions.h"
+#include "demo/app/demotour.h"
+#include "demo/app/hostbrand.h"
 #include "demo/app/hostbar.h"
 #include "demo/app/hostpanel.h"
+#include "demo/app/signinanswer.h"
 #include "demo/app/signinscreen.h"
 #include "demo/app/taskeventsheet.h"
 #include "demo/server/demodata.h"
@@ -15,6 +18,8 @@
 #include "tasks/dashboardvm.h"
 #include "views/refreshablescrollarea.h"
 
+#include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -92,6 +97,13 @@ private slots:
     void taskEventCarriesItsType();
     void sessionExpiredReturnsToSignIn();
     void expiredSessionFromTheLibrary();
+
+    void tourWritesPicturesAndSummary();
+    void tourStopsWhenTheSessionEnds();
+    void signInAnswerDecoding_data();
+    void signInAnswerDecoding();
+    void initials_data();
+    void initials();
 
     void options_data();
     void options();
@@ -399,6 +411,97 @@ void TestDemoHost::expiredSessionFromTheLibrary()
     navVC->dashboard()->pullToRefresh();
     QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
     QVERIFY(m_window->signInScreen()->isVisible());
+}
+
+void TestDemoHost::tourWritesPicturesAndSummary()
+{
+    QTemporaryDir out;
+    QVERIFY(out.isValid());
+    DemoTour tour(m_window.get(), DemoTour::Options{out.path(), std::chrono::milliseconds(kTimeoutMs), 3, true});
+    const int code = tour.run();
+    QVERIFY2(code == 0, qPrintable(tour.failure()));
+
+    const QStringList pictures = QDir(out.path()).entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
+    const QStringList expected{"01-sign-in.png",        "02-dashboard.png",        "03-acknowledge-prompt.png",
+                               "04-acknowledge.png",    "05-start.png",            "06-host-panel.png",
+                               "07-task-event-sheet.png", "08-task-event.png",     "09-emergency.png"};
+    QCOMPARE(pictures, expected);
+    for (const QString &name : pictures) {
+        const QImage picture(QDir(out.path()).filePath(name));
+        QCOMPARE(picture.size(), m_window->size() * picture.devicePixelRatio());
+    }
+    // The emergency step's picture has the red bar at its top.
+    const QImage last(QDir(out.path()).filePath(expected.last()));
+    QVERIFY(isRed(last.pixelColor(last.width() / 2, 4)));
+
+    QFile summary(QDir(out.path()).filePath(QStringLiteral("summary.txt")));
+    QVERIFY(summary.open(QIODevice::ReadOnly | QIODevice::Text));
+    const QStringList lines = QString::fromUtf8(summary.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines, tour.summary());
+    QCOMPARE(lines.size(), expected.size());
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: ")) && lines.at(0).contains(QStringLiteral("Chris Okafor")));
+    QVERIFY2(lines.at(3).contains(QStringLiteral("Assigned -> Acknowledged")), qPrintable(lines.at(3)));
+    QVERIFY2(lines.at(7).contains(QStringLiteral("Task newly assigned to you.")), qPrintable(lines.at(7)));
+}
+
+void TestDemoHost::tourStopsWhenTheSessionEnds()
+{
+    // A server that is not there: the library cannot renew the token and ends the session.
+    HostSetup setup;
+    setup.baseUrl = QStringLiteral("127.0.0.1:1");
+    setup.workers.append({7, QStringLiteral("User 7"), QStringLiteral("people_01"), QString()});
+    setup.preset = HostSetup::Preset{7, QStringLiteral("stale")};
+    DemoHostWindow window(setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock()});
+    QTemporaryDir out;
+    DemoTour tour(&window, DemoTour::Options{out.path(), std::chrono::milliseconds(kTimeoutMs), std::nullopt, false});
+    QCOMPARE(tour.run(), 1);
+    QVERIFY2(tour.failure().contains(QStringLiteral("\"dashboard\"")), qPrintable(tour.failure()));
+    QVERIFY2(tour.failure().contains(QStringLiteral("session ended")), qPrintable(tour.failure()));
+    QVERIFY(tour.summary().isEmpty());
+}
+
+void TestDemoHost::signInAnswerDecoding_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<bool>("decodes");
+    QTest::addColumn<QString>("tokenOrMessage");
+    QTest::newRow("answer") << QByteArray(R"({"success":true,"data":{"token":"abc","userId":2,"assets":[{"id":2,"name":"Bo","icon":"people_02"}]}})")
+                            << true << QStringLiteral("abc");
+    QTest::newRow("refusal") << QByteArray(R"({"success":false,"message":"Unknown user"})") << false << QStringLiteral("Unknown user");
+    QTest::newRow("no token") << QByteArray(R"({"success":true,"data":{"userId":2,"assets":[]}})") << false << QString();
+}
+
+void TestDemoHost::signInAnswerDecoding()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(bool, decodes);
+    QFETCH(QString, tokenOrMessage);
+    try {
+        const SignInAnswer answer = json::decode<SignInAnswer>(body);
+        QVERIFY(decodes);
+        QCOMPARE(answer.token, tokenOrMessage);
+        QCOMPARE(answer.assetsList(), (QMap<qint64, QStringList>{{2, {"Bo", "people_02"}}}));
+    } catch (const json::DecodingError &error) {
+        QVERIFY(!decodes);
+        QVERIFY(error.debugDescription().contains(tokenOrMessage));
+    }
+}
+
+void TestDemoHost::initials_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("initials");
+    QTest::newRow("two words") << QStringLiteral("Ann Rivers") << QStringLiteral("AR");
+    QTest::newRow("three words") << QStringLiteral("chris van okafor") << QStringLiteral("CV");
+    QTest::newRow("one word") << QStringLiteral("Dispatch") << QStringLiteral("D");
+    QTest::newRow("blank") << QStringLiteral("  ") << QStringLiteral("?");
+}
+
+void TestDemoHost::initials()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, initials);
+    QCOMPARE(hostbrand::initials(name), initials);
 }
 
 void TestDemoHost::options_data()
