@@ -83,15 +83,12 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
         if (guard)
             fail(error);
     };
-    // Answers are decoded on the api queue; the categories that task decoding
-    // looks up are taken here, on the main thread, where the settings live.
-    auto categories = std::make_shared<const QList<TaskCategoryDefinition>>(Settings::current().taskCategory);
     ApiQueue *apiQueue = &queue;
 
     withFreshSession(
         queue, guard,
-        [this, route, apiQueue, guard, decode = std::move(decode), guardedFail, categories] {
-            sendRaw(route, [apiQueue, guard, decode, guardedFail, categories](const RawReply &reply) {
+        [this, route, apiQueue, guard, decode = std::move(decode), guardedFail] {
+            sendRaw(route, [apiQueue, guard, decode, guardedFail](const RawReply &reply) {
                 if (!reply.status) {
                     if (reply.error != QNetworkReply::NoError) {
                         debugLog(QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
@@ -107,6 +104,11 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                 }
                 // A Qt reply always carries a data object (possibly empty), so the
                 // "2xx without data" case never arises here: every 2xx is decoded.
+                // Answers are decoded on the api queue; the categories that task
+                // decoding looks up are taken now, on the main thread where the
+                // settings live, as late as possible so that a settings answer
+                // that arrived meanwhile is used.
+                auto categories = std::make_shared<const QList<TaskCategoryDefinition>>(Settings::current().taskCategory);
                 apiQueue->async([body = reply.body, guard, decode, categories] {
                     json::Options options = decodingOptions();
                     options.taskCategories = categories.get();
