@@ -77,7 +77,7 @@ bool keyMatches(std::string_view fieldKey, std::string_view wanted, KeyDecoding 
 
 constexpr qint64 referenceDateSecondsSince1970 = 978307200; // 2001-01-01 00:00 UTC
 
-// A date in the UTC time spec rather than with the UTC time zone: the value is the
+// A date marked Qt::UTC rather than carrying the UTC time zone: the value is the
 // same moment, but in this Qt version a QDateTime with a time zone allocates its
 // private data (and QTimeZone::utc() builds a zone object) on every call, which
 // is a large part of decoding a task list with two or three dates per task.
