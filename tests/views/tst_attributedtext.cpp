@@ -17,6 +17,13 @@ QImage square(const QColor &color)
     return image;
 }
 
+QString throughDocument(const QString &html)
+{
+    QTextDocument document;
+    document.setHtml(html);
+    return document.toPlainText();
+}
+
 } // namespace
 
 class tst_AttributedText : public QObject
@@ -25,19 +32,20 @@ class tst_AttributedText : public QObject
 
 private slots:
     void plainTextJoinsRunsAndMarksImages();
-    void emptyTextAddsNoRun();
     void appendKeepsTheOrderOfBothTexts();
-    void htmlEscapesAndStyles();
-    void htmlKeepsLeadingAndDoubleBlanks();
+    void htmlEscapesStylesAndKeepsBlanks();
     void insertIntoCarriesFontsColoursAndImages();
 };
 
 void tst_AttributedText::plainTextJoinsRunsAndMarksImages()
 {
     AttributedText text;
+    text.append(QString());
+    QVERIFY(text.isEmpty());
     text.appendImage(square(Qt::green), QRectF(0, -3, 12, 12));
     text.append(QStringLiteral("Valve V-3\n"));
-    text.appendImage(square(Qt::green), QRectF(0, -3, 12, 12));
+    // An image that failed to load still takes its place.
+    text.appendImage(QImage(), QRectF(0, -3, 12, 12));
     text.append(QStringLiteral("Gauge G-7\n"));
 
     const QString expected = QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Valve V-3\n")
@@ -49,57 +57,34 @@ void tst_AttributedText::plainTextJoinsRunsAndMarksImages()
     QVERIFY(!text.runs().at(1).isImage());
 }
 
-void tst_AttributedText::emptyTextAddsNoRun()
-{
-    AttributedText text;
-    text.append(QString());
-    QVERIFY(text.isEmpty());
-    QCOMPARE(text.plainText(), QString());
-    // An image that failed to load still takes its place.
-    text.appendImage(QImage(), QRectF(0, 0, 12, 12));
-    QCOMPARE(text.length(), 1);
-}
-
 void tst_AttributedText::appendKeepsTheOrderOfBothTexts()
 {
     QFont light;
     light.setWeight(QFont::ExtraLight);
     AttributedText heading(QStringLiteral("\n Items:\n\n"), light);
-    AttributedText names(QStringLiteral("A\nB"));
-    heading.append(names);
+    heading.append(AttributedText(QStringLiteral("A\nB")));
     QCOMPARE(heading.plainText(), QStringLiteral("\n Items:\n\nA\nB"));
     QCOMPARE(heading.runs().at(0).font, std::optional<QFont>(light));
     QVERIFY(!heading.runs().at(1).font.has_value());
 }
 
-void tst_AttributedText::htmlEscapesAndStyles()
+void tst_AttributedText::htmlEscapesStylesAndKeepsBlanks()
 {
     QFont font;
     font.setFamilies({QStringLiteral("DejaVu Sans")});
     font.setPointSize(12);
     font.setWeight(QFont::Light);
-    AttributedText text(QStringLiteral("a<b> & c"), font, QColor(255, 0, 0));
-    const QString html = text.toHtml();
-    QVERIFY2(html.contains(QStringLiteral("a&lt;b&gt; &amp; c")), qPrintable(html));
-    QVERIFY2(html.contains(QStringLiteral("font-size:12pt")), qPrintable(html));
-    QVERIFY2(html.contains(QStringLiteral("font-weight:300")), qPrintable(html));
-    QVERIFY2(html.contains(QStringLiteral("color:#ffff0000")), qPrintable(html));
-    QVERIFY2(html.contains(QStringLiteral("'DejaVu Sans'")), qPrintable(html));
+    const QString html = AttributedText(QStringLiteral("a<b> & c"), font, QColor(255, 0, 0)).toHtml();
+    for (const char *part : {"a&lt;b&gt; &amp; c", "font-size:12pt", "font-weight:300", "color:#ffff0000", "'DejaVu Sans'"})
+        QVERIFY2(html.contains(QLatin1String(part)), qPrintable(html));
 
     AttributedText withImage;
     withImage.appendImage(square(Qt::red), QRectF(0, 0, 12, 12));
     withImage.append(QStringLiteral("x"));
-    QTextDocument document;
-    document.setHtml(withImage.toHtml());
-    QCOMPARE(document.toPlainText(), QStringLiteral("x"));
-}
+    QCOMPARE(throughDocument(withImage.toHtml()), QStringLiteral("x"));
 
-void tst_AttributedText::htmlKeepsLeadingAndDoubleBlanks()
-{
-    AttributedText text(QStringLiteral("\n  The task status Pump was changed\n "));
-    QTextDocument document;
-    document.setHtml(text.toHtml());
-    QCOMPARE(document.toPlainText(), QStringLiteral("\n  The task status Pump was changed\n "));
+    const QString blanks = QStringLiteral("\n  The task status Pump was changed\n ");
+    QCOMPARE(throughDocument(AttributedText(blanks).toHtml()), blanks);
 }
 
 void tst_AttributedText::insertIntoCarriesFontsColoursAndImages()
@@ -113,7 +98,6 @@ void tst_AttributedText::insertIntoCarriesFontsColoursAndImages()
     QTextDocument document;
     QTextCursor cursor(&document);
     text.insertInto(cursor);
-
     QCOMPARE(document.toPlainText(), QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Item one\n"));
 
     QList<QTextCharFormat> formats;
@@ -122,11 +106,9 @@ void tst_AttributedText::insertIntoCarriesFontsColoursAndImages()
     QVERIFY(formats.size() >= 2);
     QVERIFY(formats.at(0).isImageFormat());
     const QTextImageFormat image = formats.at(0).toImageFormat();
-    QCOMPARE(image.width(), 14.0);
-    QCOMPARE(image.height(), 14.0);
+    QCOMPARE(QSizeF(image.width(), image.height()), QSizeF(14, 14));
     const QVariant resource = document.resource(QTextDocument::ImageResource, QUrl(image.name()));
     QCOMPARE(resource.value<QImage>().pixelColor(5, 5), QColor(Qt::green));
-
     QCOMPARE(formats.at(1).fontWeight(), int(QFont::Bold));
     QCOMPARE(formats.at(1).foreground().color(), QColor(Qt::blue));
 }
