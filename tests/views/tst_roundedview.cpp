@@ -16,15 +16,10 @@ class tst_RoundedView : public QObject
 
 private slots:
     void defaults();
-    void borderGeometry_data();
-    void borderGeometry();
     void backgroundColourPaintsTheCardNotTheWidget();
-    void paletteWindowColourBecomesTheCardColour();
-    void roundedCornersStayClear();
     void borderIsStrokedInsideTheBounds();
     void shadowFollowsTheShadowColour();
     void settersSignalOnlyOnChange();
-    void render();
 };
 
 void tst_RoundedView::defaults()
@@ -38,75 +33,32 @@ void tst_RoundedView::defaults()
     QCOMPARE(view.backgroundColor().alpha(), 0);
 }
 
-void tst_RoundedView::borderGeometry_data()
-{
-    QTest::addColumn<qreal>("borderWidth");
-    QTest::addColumn<qreal>("cornerRadius");
-    QTest::addColumn<QRectF>("expectedRect");
-    QTest::addColumn<qreal>("expectedRadius");
-
-    QTest::newRow("width 4 radius 10") << 4.0 << 10.0 << QRectF(2, 2, 116, 56) << 8.0;
-    QTest::newRow("width 2 radius 14") << 2.0 << 14.0 << QRectF(1, 1, 118, 58) << 13.0;
-}
-
-void tst_RoundedView::borderGeometry()
-{
-    QFETCH(qreal, borderWidth);
-    QFETCH(qreal, cornerRadius);
-    QFETCH(QRectF, expectedRect);
-    QFETCH(qreal, expectedRadius);
-
-    RoundedView view;
-    view.resize(120, 60);
-    view.setBorderWidth(borderWidth);
-    view.setCornerRadius(cornerRadius);
-    const RoundedBorder border = view.borderGeometry();
-    QCOMPARE(border.rect, expectedRect);
-    QCOMPARE(border.cornerRadius, expectedRadius);
-    QCOMPARE(border.lineWidth, borderWidth);
-}
-
 void tst_RoundedView::backgroundColourPaintsTheCardNotTheWidget()
 {
     RoundedView view;
     view.resize(100, 60);
-    view.setCornerRadius(10);
+    view.setCornerRadius(12);
     view.setBackgroundColor(Qt::red);
-
     QCOMPARE(view.customBackgroundColor(), QColor(Qt::red));
     QCOMPARE(view.backgroundColor().alpha(), 0);
     QVERIFY(!view.autoFillBackground());
 
     const QImage image = grabShot(view, QStringLiteral("roundedview-red"));
     QCOMPARE(image.pixelColor(50, 30), QColor(Qt::red));
-}
+    QCOMPARE(image.pixelColor(12, 12), QColor(Qt::red));
+    // The rounded corner stays clear; a square one is filled.
+    QVERIFY(image.pixelColor(0, 0) != QColor(Qt::red));
+    view.setCornerRadius(0);
+    QCOMPARE(view.grab().toImage().pixelColor(0, 0), QColor(Qt::red));
 
-void tst_RoundedView::paletteWindowColourBecomesTheCardColour()
-{
-    RoundedView view;
-    view.resize(100, 60);
+    // A palette's window colour becomes the card colour as well.
     QPalette palette = view.palette();
     palette.setColor(QPalette::Window, Qt::blue);
     view.setPalette(palette);
-
     QCOMPARE(view.customBackgroundColor(), QColor(Qt::blue));
     QCOMPARE(view.palette().color(QPalette::Window).alpha(), 0);
     QCOMPARE(view.backgroundColor().alpha(), 0);
     QCOMPARE(view.grab().toImage().pixelColor(50, 30), QColor(Qt::blue));
-}
-
-void tst_RoundedView::roundedCornersStayClear()
-{
-    RoundedView view;
-    view.resize(100, 60);
-    view.setCornerRadius(12);
-    view.setBackgroundColor(Qt::red);
-    const QImage image = view.grab().toImage();
-    QCOMPARE(image.pixelColor(0, 0).red() == 255 && image.pixelColor(0, 0).alpha() == 255, false);
-    QCOMPARE(image.pixelColor(12, 12), QColor(Qt::red));
-
-    view.setCornerRadius(0);
-    QCOMPARE(view.grab().toImage().pixelColor(0, 0), QColor(Qt::red));
 }
 
 void tst_RoundedView::borderIsStrokedInsideTheBounds()
@@ -117,16 +69,13 @@ void tst_RoundedView::borderIsStrokedInsideTheBounds()
     view.setBorderWidth(4);
     view.setBorderColor(Qt::blue);
     view.setBackgroundColor(Qt::white);
-    const QImage image = grabShot(view, QStringLiteral("roundedview-border"));
+    QCOMPARE(view.borderGeometry(), (RoundedBorder{QRectF(2, 2, 96, 56), 8.0, 4.0}));
 
-    // The whole line lies in the outer 4 pixels: blue at x 1 and 2 on the middle
-    // row, white from x 4 on.
-    QCOMPARE(image.pixelColor(1, 30), QColor(Qt::blue));
-    QCOMPARE(image.pixelColor(2, 30), QColor(Qt::blue));
+    // The whole line lies in the outer 4 pixels.
+    const QImage image = grabShot(view, QStringLiteral("roundedview-border"));
+    for (const QPoint point : {QPoint(1, 30), QPoint(2, 30), QPoint(50, 1), QPoint(50, 58), QPoint(98, 30)})
+        QCOMPARE(image.pixelColor(point), QColor(Qt::blue));
     QCOMPARE(image.pixelColor(4, 30), QColor(Qt::white));
-    QCOMPARE(image.pixelColor(50, 1), QColor(Qt::blue));
-    QCOMPARE(image.pixelColor(50, 58), QColor(Qt::blue));
-    QCOMPARE(image.pixelColor(98, 30), QColor(Qt::blue));
 }
 
 void tst_RoundedView::shadowFollowsTheShadowColour()
@@ -155,34 +104,6 @@ void tst_RoundedView::settersSignalOnlyOnChange()
     view.setBackgroundColor(Qt::green);
     view.setBackgroundColor(Qt::green);
     QCOMPARE(spy.count(), 3);
-}
-
-void tst_RoundedView::render()
-{
-    QWidget backdrop;
-    backdrop.resize(390, 220);
-    backdrop.setAutoFillBackground(true);
-    QPalette palette = backdrop.palette();
-    palette.setColor(QPalette::Window, NamedColors::color(ColorNames::groupedBackground, QColor(Qt::lightGray)));
-    backdrop.setPalette(palette);
-
-    auto *plain = new RoundedView(&backdrop);
-    plain->setGeometry(16, 16, 358, 80);
-    plain->setCornerRadius(12);
-    plain->setBackgroundColor(NamedColors::color(ColorNames::viewBackground, QColor(Qt::white)));
-
-    auto *bordered = new RoundedView(&backdrop);
-    bordered->setGeometry(16, 116, 358, 80);
-    bordered->setCornerRadius(12);
-    bordered->setBorderWidth(2);
-    bordered->setBorderColor(NamedColors::color(ColorNames::customBlue, QColor(Qt::blue)));
-    bordered->setBackgroundColor(NamedColors::color(ColorNames::viewBackground, QColor(Qt::white)));
-
-    backdrop.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&backdrop));
-    const QImage image = grabShot(backdrop, QStringLiteral("roundedview"));
-    QCOMPARE(image.pixelColor(195, 56), plain->customBackgroundColor());
-    QCOMPARE(image.pixelColor(195, 156), bordered->customBackgroundColor());
 }
 
 QTEST_MAIN(tst_RoundedView)
