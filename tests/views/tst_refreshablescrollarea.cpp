@@ -1,6 +1,5 @@
 #include "views/refreshablescrollarea.h"
 
-#include "resources/namedcolors.h"
 #include "shots.h"
 
 #include <QElapsedTimer>
@@ -17,8 +16,9 @@ using namespace ravelin::test;
 namespace {
 
 constexpr int waitMs = 5000;
+constexpr int band = RefreshableScrollArea::indicatorHeight;
 
-// A column of labels of the given total height.
+// A column of labels 40 pixels high.
 QWidget *makeContent(int rows)
 {
     auto *content = new QWidget;
@@ -34,28 +34,27 @@ QWidget *makeContent(int rows)
 
 // Drags on the area's viewport the way a finger does: press, move 10 pixels
 // per frame, hold still, let go. The scroller moves the content on its own
-// frame timer, so the event loop runs between the steps.
-void drag(RefreshableScrollArea &area, int distance, qreal *deepestPull = nullptr)
+// frame timer, so the event loop runs between the steps. Gives the deepest pull.
+qreal drag(RefreshableScrollArea &area, int distance)
 {
     QScroller *scroller = area.scroller();
     QElapsedTimer clock;
     clock.start();
     const QPointF start(area.viewport()->width() / 2.0, 20);
     scroller->handleInput(QScroller::InputPress, start, clock.elapsed());
-    const int steps = std::abs(distance) / 10;
-    const int step = distance < 0 ? -10 : 10;
     QPointF at = start;
-    for (int i = 1; i <= steps; ++i) {
+    qreal deepest = 0;
+    for (int i = 1; i <= std::abs(distance) / 10; ++i) {
         QTest::qWait(16);
-        at = start + QPointF(0, i * step);
+        at = start + QPointF(0, i * (distance < 0 ? -10 : 10));
         scroller->handleInput(QScroller::InputMove, at, clock.elapsed());
-        if (deepestPull)
-            *deepestPull = std::max(*deepestPull, area.pullDistance());
+        deepest = std::max(deepest, area.pullDistance());
     }
     // Holding still before letting go leaves no flick speed.
     QTest::qWait(300);
     scroller->handleInput(QScroller::InputMove, at, clock.elapsed());
     scroller->handleInput(QScroller::InputRelease, at, clock.elapsed());
+    return deepest;
 }
 
 } // namespace
@@ -68,13 +67,10 @@ private slots:
     void init();
     void cleanup();
     void refreshShowsTheSpinnerAndAsksOnce();
-    void beginRefreshingDoesNotAsk();
     void pullsStartARefresh_data();
     void pullsStartARefresh();
-    void pullWhileRefreshingDoesNotAskAgain();
     void scrolledContentScrollsBackBeforeItPulls();
-    void titleAndTintAreKept();
-    void render();
+    void spinnerAndTitleTakeTheTint();
 
 private:
     std::unique_ptr<RefreshableScrollArea> m_area;
@@ -103,16 +99,14 @@ void tst_RefreshableScrollArea::refreshShowsTheSpinnerAndAsksOnce()
     QVERIFY(m_area->indicator()->isHidden());
 
     m_area->refresh();
+    m_area->refresh();
     QVERIFY(m_area->isRefreshing());
     QCOMPARE(asked.size(), 1);
     QCOMPARE(changed.size(), 1);
-    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), RefreshableScrollArea::indicatorHeight, waitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), band, waitMs);
     QVERIFY(m_area->indicator()->isVisible());
     // The content moved down by the band.
-    QCOMPARE(m_area->viewport()->geometry().top(), RefreshableScrollArea::indicatorHeight);
-
-    m_area->refresh();
-    QCOMPARE(asked.size(), 1);
+    QCOMPARE(m_area->viewport()->geometry().top(), band);
 
     m_area->endRefreshing();
     QVERIFY(!m_area->isRefreshing());
@@ -121,54 +115,43 @@ void tst_RefreshableScrollArea::refreshShowsTheSpinnerAndAsksOnce()
     QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), 0, waitMs);
     QVERIFY(m_area->indicator()->isHidden());
     QCOMPARE(m_area->viewport()->geometry().top(), 0);
-}
 
-void tst_RefreshableScrollArea::beginRefreshingDoesNotAsk()
-{
-    QSignalSpy asked(m_area.get(), &RefreshableScrollArea::refreshRequested);
+    // Refreshing started by code shows the spinner without asking.
     m_area->beginRefreshing();
     QVERIFY(m_area->isRefreshing());
-    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), RefreshableScrollArea::indicatorHeight, waitMs);
-    QCOMPARE(asked.size(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), band, waitMs);
+    QCOMPARE(asked.size(), 1);
 }
 
 void tst_RefreshableScrollArea::pullsStartARefresh_data()
 {
     QTest::addColumn<int>("distance");
+    QTest::addColumn<bool>("alreadyRefreshing");
     QTest::addColumn<bool>("refreshes");
-    QTest::newRow("a long pull") << 400 << true;
-    QTest::newRow("a short pull") << 60 << false;
-    QTest::newRow("an upward drag") << -200 << false;
+    QTest::newRow("a long pull") << 400 << false << true;
+    QTest::newRow("a short pull") << 60 << false << false;
+    QTest::newRow("an upward drag") << -200 << false << false;
+    QTest::newRow("a long pull while refreshing") << 400 << true << true;
 }
 
 void tst_RefreshableScrollArea::pullsStartARefresh()
 {
     QFETCH(int, distance);
+    QFETCH(bool, alreadyRefreshing);
     QFETCH(bool, refreshes);
+    if (alreadyRefreshing)
+        m_area->refresh();
     QSignalSpy asked(m_area.get(), &RefreshableScrollArea::refreshRequested);
-    qreal deepest = 0;
-    drag(*m_area, distance, &deepest);
-    if (distance > 0)
-        QVERIFY(deepest > 0);
-    else
-        QCOMPARE(deepest, 0.0);
+    const qreal deepest = drag(*m_area, distance);
+    if (!alreadyRefreshing)
+        QCOMPARE(deepest > 0, distance > 0);
 
-    QCOMPARE(asked.size(), refreshes ? 1 : 0);
+    QCOMPARE(asked.size(), refreshes && !alreadyRefreshing ? 1 : 0);
     QCOMPARE(m_area->isRefreshing(), refreshes);
     QTRY_COMPARE_WITH_TIMEOUT(m_area->scroller()->state(), QScroller::Inactive, waitMs);
     QCOMPARE(m_area->pullDistance(), 0.0);
     // A refresh keeps the band open for the spinner; otherwise it closes.
-    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), refreshes ? RefreshableScrollArea::indicatorHeight : 0, waitMs);
-}
-
-void tst_RefreshableScrollArea::pullWhileRefreshingDoesNotAskAgain()
-{
-    QSignalSpy asked(m_area.get(), &RefreshableScrollArea::refreshRequested);
-    m_area->refresh();
-    drag(*m_area, 400);
-    QTRY_COMPARE_WITH_TIMEOUT(m_area->scroller()->state(), QScroller::Inactive, waitMs);
-    QCOMPARE(asked.size(), 1);
-    QVERIFY(m_area->isRefreshing());
+    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), refreshes ? band : 0, waitMs);
 }
 
 void tst_RefreshableScrollArea::scrolledContentScrollsBackBeforeItPulls()
@@ -177,43 +160,35 @@ void tst_RefreshableScrollArea::scrolledContentScrollsBackBeforeItPulls()
     QTRY_VERIFY_WITH_TIMEOUT(m_area->verticalScrollBar()->maximum() > 1000, waitMs);
     m_area->verticalScrollBar()->setValue(500);
     QSignalSpy asked(m_area.get(), &RefreshableScrollArea::refreshRequested);
-    qreal deepest = 0;
-    drag(*m_area, 200, &deepest);
-    QCOMPARE(deepest, 0.0);
+    QCOMPARE(drag(*m_area, 200), 0.0);
     QTRY_COMPARE_WITH_TIMEOUT(m_area->scroller()->state(), QScroller::Inactive, waitMs);
     QVERIFY(m_area->verticalScrollBar()->value() < 500);
     QVERIFY(m_area->verticalScrollBar()->value() > 0);
     QCOMPARE(asked.size(), 0);
 }
 
-void tst_RefreshableScrollArea::titleAndTintAreKept()
+void tst_RefreshableScrollArea::spinnerAndTitleTakeTheTint()
 {
+    const QColor tint(200, 40, 160);
     QSignalSpy changed(m_area.get(), &RefreshableScrollArea::appearanceChanged);
-    m_area->setRefreshTitle(QStringLiteral("Fetching ..."));
-    m_area->setTintColor(QColor(10, 20, 30));
-    QCOMPARE(m_area->refreshTitle(), QStringLiteral("Fetching ..."));
-    QCOMPARE(m_area->tintColor(), QColor(10, 20, 30));
+    for (int round = 0; round < 2; ++round) {
+        m_area->setRefreshTitle(QStringLiteral("Fetching Task Data ..."));
+        m_area->setTintColor(tint);
+    }
+    QCOMPARE(m_area->refreshTitle(), QStringLiteral("Fetching Task Data ..."));
+    QCOMPARE(m_area->tintColor(), tint);
     QCOMPARE(changed.size(), 2);
-    m_area->setRefreshTitle(QStringLiteral("Fetching ..."));
-    m_area->setTintColor(QColor(10, 20, 30));
-    QCOMPARE(changed.size(), 2);
-}
 
-void tst_RefreshableScrollArea::render()
-{
-    const QColor tint = *NamedColors::color(ColorNames::labelText);
-    m_area->setRefreshTitle(QStringLiteral("Fetching Task Data ..."));
-    m_area->setTintColor(tint);
     m_area->beginRefreshing();
-    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), RefreshableScrollArea::indicatorHeight, waitMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_area->indicatorBand(), band, waitMs);
     const QImage image = grabShot(*m_area, QStringLiteral("refreshablescrollarea"));
     // The spinner's spokes are drawn in the tint somewhere in the band.
     bool tinted = false;
-    for (int y = 0; y < RefreshableScrollArea::indicatorHeight && !tinted; ++y) {
+    for (int y = 0; y < band && !tinted; ++y) {
         for (int x = 0; x < image.width() && !tinted; ++x) {
             const QColor c = image.pixelColor(x, y);
             tinted = qAbs(c.red() - tint.red()) < 40 && qAbs(c.green() - tint.green()) < 40
-                     && qAbs(c.blue() - tint.blue()) < 40;
+                  && qAbs(c.blue() - tint.blue()) < 40;
         }
     }
     QVERIFY(tinted);
