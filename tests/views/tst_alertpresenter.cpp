@@ -24,16 +24,14 @@ namespace {
 struct Window
 {
     QWidget window;
-    QWidget *screen = nullptr;
+    QWidget *screen = new QWidget(&window);
 
     Window()
     {
         window.resize(390, 844);
         auto *layout = new QVBoxLayout(&window);
         layout->setContentsMargins(0, 0, 0, 0);
-        screen = new QWidget(&window);
-        auto *label = new QLabel(QStringLiteral("Tasks"), screen);
-        label->move(20, 20);
+        (new QLabel(QStringLiteral("Tasks"), screen))->move(20, 20);
         layout->addWidget(screen);
     }
 
@@ -44,6 +42,14 @@ struct Window
     }
 };
 
+QStringList labelTexts(const QWidget *widget)
+{
+    QStringList texts;
+    for (const QLabel *label : widget->findChildren<QLabel *>())
+        texts << label->text();
+    return texts;
+}
+
 } // namespace
 
 class tst_AlertPresenter : public QObject
@@ -52,23 +58,17 @@ class tst_AlertPresenter : public QObject
 
 private slots:
     void alertWithActionsIsFoundWithItsTexts();
-    void triggeringAnActionDismissesThenRunsItsHandler_data();
-    void triggeringAnActionDismissesThenRunsItsHandler();
-    void clickingTheButtonTriggersTheAction();
-    void escapeTriggersTheCancelAction();
-    void unknownActionDoesNothing();
+    void answeringDismissesThenRunsTheHandler_data();
+    void answeringDismissesThenRunsTheHandler();
     void focusReturnsToTheScreenAfterwards();
-    void alertCoversTheWindowAndFollowsItsSize();
-    void newestAlertIsOnTop();
+    void alertsCoverTheWindowNewestOnTop();
     void transientAlertDismissesItselfThenCompletes_data();
     void transientAlertDismissesItselfThenCompletes();
-    void transientAlertHasNoButtons();
     void transientCompletionDoesNotOutliveItsHost();
     void transientAlertGoesWithItsWindow();
     void eventAlertPutsSubtitleAndBodyOnTwoLines();
     void attributedMessageShowsItsText();
     void missingHostStopsTheProcess();
-    void render();
 };
 
 void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
@@ -79,110 +79,73 @@ void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
 
     Alert alert;
     alert.title = QStringLiteral("Acknowledge task `Pump P-12`");
-    alert.message = QStringLiteral("Do you want to mark it as acknowledged?");
+    alert.message = QStringLiteral("The task is currently assigned to you, but requires acknowledgment from your part. "
+                                   "Do you want to mark it as acknowledged?");
     alert.addAction(QStringLiteral("Yes")).addAction(QStringLiteral("No"), AlertActionStyle::cancel);
     AlertView *shown = AlertPresenter::present(window.screen, alert);
 
     AlertView *found = AlertPresenter::visibleAlert(window.screen);
     QCOMPARE(found, shown);
+    QVERIFY(found->isVisible());
     QCOMPARE(found->objectName(), QStringLiteral("alert"));
     QCOMPARE(found->title(), alert.title);
     QCOMPARE(found->message(), alert.message);
-    QCOMPARE(found->actionTitles(), QStringList({QStringLiteral("Yes"), QStringLiteral("No")}));
+    QCOMPARE(found->actionTitles(), (QStringList{"Yes", "No"}));
     QVERIFY(found->actionButton(QStringLiteral("Yes")) != nullptr);
     QVERIFY(found->actionButton(QStringLiteral("Maybe")) == nullptr);
-    QVERIFY(found->isVisible());
+    QVERIFY(labelTexts(found).contains(alert.title));
+    QVERIFY(labelTexts(found).contains(alert.message));
+    grabShot(window.window, QStringLiteral("alert-actions"));
 
-    // Texts are on screen as labels.
-    const auto labels = found->findChildren<QLabel *>();
-    QStringList texts;
-    for (const QLabel *label : labels)
-        texts << label->text();
-    QVERIFY(texts.contains(alert.title));
-    QVERIFY(texts.contains(alert.message));
+    // An action it does not have changes nothing.
+    QVERIFY(!found->triggerAction(QStringLiteral("Maybe")));
+    QVERIFY(!found->isDismissed());
+    QCOMPARE(AlertPresenter::visibleAlert(window.screen), found);
 }
 
-void tst_AlertPresenter::triggeringAnActionDismissesThenRunsItsHandler_data()
+void tst_AlertPresenter::answeringDismissesThenRunsTheHandler_data()
 {
-    QTest::addColumn<QString>("tapped");
-    QTest::addColumn<QStringList>("expectedCalls");
-    QTest::newRow("Yes") << QStringLiteral("Yes") << QStringList{QStringLiteral("yes")};
-    QTest::newRow("No") << QStringLiteral("No") << QStringList{QStringLiteral("no")};
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("handled");
+    QTest::newRow("Yes triggered") << "trigger Yes" << "yes";
+    QTest::newRow("No clicked") << "click No" << "no";
+    QTest::newRow("Escape is the cancel action") << "escape" << "no";
 }
 
-void tst_AlertPresenter::triggeringAnActionDismissesThenRunsItsHandler()
+void tst_AlertPresenter::answeringDismissesThenRunsTheHandler()
 {
-    QFETCH(QString, tapped);
-    QFETCH(QStringList, expectedCalls);
+    QFETCH(QString, how);
+    QFETCH(QString, handled);
 
     Window window;
     QVERIFY(window.show());
     QStringList calls;
     bool alertGoneWhenHandled = false;
+    const auto handler = [&](const QString &name) {
+        return [&, name] {
+            calls << name;
+            alertGoneWhenHandled = AlertPresenter::visibleAlert(window.screen) == nullptr;
+        };
+    };
     Alert alert;
     alert.title = QStringLiteral("Start task `Meter reading`");
-    alert.addAction(QStringLiteral("Yes"), AlertActionStyle::standard, [&] {
-        calls << QStringLiteral("yes");
-        alertGoneWhenHandled = AlertPresenter::visibleAlert(window.screen) == nullptr;
-    });
-    alert.addAction(QStringLiteral("No"), AlertActionStyle::cancel, [&] {
-        calls << QStringLiteral("no");
-        alertGoneWhenHandled = AlertPresenter::visibleAlert(window.screen) == nullptr;
-    });
+    alert.addAction(QStringLiteral("Yes"), AlertActionStyle::standard, handler(QStringLiteral("yes")));
+    alert.addAction(QStringLiteral("No"), AlertActionStyle::cancel, handler(QStringLiteral("no")));
     QPointer<AlertView> view = AlertPresenter::present(window.screen, alert);
 
-    QVERIFY(view->triggerAction(tapped));
-    QCOMPARE(calls, expectedCalls);
+    if (how == QLatin1String("trigger Yes"))
+        QVERIFY(view->triggerAction(QStringLiteral("Yes")));
+    else if (how == QLatin1String("click No"))
+        QTest::mouseClick(view->actionButton(QStringLiteral("No")), Qt::LeftButton);
+    else
+        QTest::keyClick(view, Qt::Key_Escape);
+    QCOMPARE(calls, QStringList{handled});
     QVERIFY(alertGoneWhenHandled);
     QVERIFY(view->isDismissed());
-    QVERIFY(!view->triggerAction(tapped));
-    QCOMPARE(calls, expectedCalls);
+    // Answered once only.
+    QVERIFY(!view->triggerAction(QStringLiteral("Yes")));
+    QCOMPARE(calls, QStringList{handled});
     QTRY_VERIFY_WITH_TIMEOUT(view.isNull(), 2000);
-}
-
-void tst_AlertPresenter::clickingTheButtonTriggersTheAction()
-{
-    Window window;
-    QVERIFY(window.show());
-    int okTaps = 0;
-    Alert alert;
-    alert.title = QStringLiteral("The operation couldn't be completed.");
-    alert.message = QStringLiteral("Please contact technical support if the problem continues.");
-    alert.addAction(QStringLiteral("OK"), AlertActionStyle::cancel, [&okTaps] { ++okTaps; });
-    AlertPresenter::present(window.screen, alert);
-
-    QPushButton *ok = AlertPresenter::visibleAlert(window.screen)->actionButton(QStringLiteral("OK"));
-    QVERIFY(ok != nullptr);
-    QVERIFY(ok->isVisible());
-    QTest::mouseClick(ok, Qt::LeftButton);
-    QCOMPARE(okTaps, 1);
-    QCOMPARE(AlertPresenter::visibleAlert(window.screen), nullptr);
-}
-
-void tst_AlertPresenter::escapeTriggersTheCancelAction()
-{
-    Window window;
-    QVERIFY(window.show());
-    QStringList calls;
-    Alert alert;
-    alert.title = QStringLiteral("Unblock task `Fence`");
-    alert.addAction(QStringLiteral("Yes"), AlertActionStyle::standard, [&calls] { calls << QStringLiteral("yes"); });
-    alert.addAction(QStringLiteral("No"), AlertActionStyle::cancel, [&calls] { calls << QStringLiteral("no"); });
-    AlertView *view = AlertPresenter::present(window.screen, alert);
-    QTest::keyClick(view, Qt::Key_Escape);
-    QCOMPARE(calls, QStringList{QStringLiteral("no")});
-}
-
-void tst_AlertPresenter::unknownActionDoesNothing()
-{
-    Window window;
-    Alert alert;
-    alert.title = QStringLiteral("Title");
-    alert.addAction(QStringLiteral("OK"));
-    AlertView *view = AlertPresenter::present(window.screen, alert);
-    QVERIFY(!view->triggerAction(QStringLiteral("Cancel")));
-    QVERIFY(!view->isDismissed());
-    QCOMPARE(AlertPresenter::visibleAlert(window.screen), view);
 }
 
 void tst_AlertPresenter::focusReturnsToTheScreenAfterwards()
@@ -208,24 +171,19 @@ void tst_AlertPresenter::focusReturnsToTheScreenAfterwards()
     QTRY_VERIFY_WITH_TIMEOUT(field->hasFocus(), 2000);
 }
 
-void tst_AlertPresenter::alertCoversTheWindowAndFollowsItsSize()
+void tst_AlertPresenter::alertsCoverTheWindowNewestOnTop()
 {
     Window window;
     QVERIFY(window.show());
-    AlertView *view = AlertPresenter::present(window.screen, Alert{QStringLiteral("Title"), QStringLiteral("Message"), {}, {}});
-    QCOMPARE(view->geometry(), window.window.rect());
+    AlertView *first = AlertPresenter::present(window.screen, Alert{QStringLiteral("First"), QStringLiteral("Message"), {}, {}});
+    QCOMPARE(first->geometry(), window.window.rect());
     window.window.resize(430, 900);
-    QTRY_COMPARE_WITH_TIMEOUT(view->geometry(), window.window.rect(), 2000);
-    auto *card = view->findChild<QWidget *>(QStringLiteral("alertCard"));
+    QTRY_COMPARE_WITH_TIMEOUT(first->geometry(), window.window.rect(), 2000);
+    auto *card = first->findChild<QWidget *>(QStringLiteral("alertCard"));
     QVERIFY(card != nullptr);
-    QCOMPARE(card->geometry().center().x(), view->rect().center().x());
+    QCOMPARE(card->geometry().center().x(), first->rect().center().x());
     QVERIFY(card->width() <= AlertView::cardWidth);
-}
 
-void tst_AlertPresenter::newestAlertIsOnTop()
-{
-    Window window;
-    AlertView *first = AlertPresenter::present(window.screen, Alert{QStringLiteral("First"), {}, {}, {}});
     AlertView *second = AlertPresenter::present(window.screen, Alert{QStringLiteral("Second"), {}, {}, {}});
     QCOMPARE(AlertPresenter::visibleAlerts(window.screen), (QList<AlertView *>{first, second}));
     QCOMPARE(AlertPresenter::visibleAlert(window.screen), second);
@@ -247,31 +205,25 @@ void tst_AlertPresenter::transientAlertDismissesItselfThenCompletes()
     QVERIFY(window.show());
     int completions = 0;
     bool goneWhenCompleted = false;
-    AlertPresenter::presentTransient(window.screen, QStringLiteral("Items Loading"), QStringLiteral("Couldn't load task items"),
-                                     std::chrono::milliseconds(delayMilliseconds), [&] {
-                                         ++completions;
-                                         goneWhenCompleted = AlertPresenter::visibleAlert(window.screen) == nullptr;
-                                     });
+    // Buttons of a transient alert are not shown.
+    Alert alert{QStringLiteral("Items Loading"), QStringLiteral("Couldn't load task items"), {}, {}};
+    alert.addAction(QStringLiteral("OK"));
+    AlertPresenter::presentTransient(window.screen, alert, std::chrono::milliseconds(delayMilliseconds), [&] {
+        ++completions;
+        goneWhenCompleted = AlertPresenter::visibleAlert(window.screen) == nullptr;
+    });
     AlertView *view = AlertPresenter::visibleAlert(window.screen);
     QVERIFY(view != nullptr);
     QCOMPARE(view->title(), QStringLiteral("Items Loading"));
     QCOMPARE(view->message(), QStringLiteral("Couldn't load task items"));
+    QVERIFY(view->actionTitles().isEmpty());
+    QVERIFY(view->findChildren<QPushButton *>().isEmpty());
     QCOMPARE(completions, 0);
 
     QTRY_COMPARE_WITH_TIMEOUT(completions, 1, delayMilliseconds + 5000);
     QVERIFY(goneWhenCompleted);
     QTest::qWait(50);
     QCOMPARE(completions, 1);
-}
-
-void tst_AlertPresenter::transientAlertHasNoButtons()
-{
-    Window window;
-    Alert alert{QStringLiteral("No items selected"), QStringLiteral(" "), {}, {}};
-    alert.addAction(QStringLiteral("OK"));
-    AlertView *view = AlertPresenter::presentTransient(window.screen, alert, AlertPresenter::shortDelay);
-    QVERIFY(view->actionTitles().isEmpty());
-    QVERIFY(view->findChildren<QPushButton *>().isEmpty());
 }
 
 void tst_AlertPresenter::transientCompletionDoesNotOutliveItsHost()
@@ -283,8 +235,6 @@ void tst_AlertPresenter::transientCompletionDoesNotOutliveItsHost()
                                                                 QStringLiteral("Pump\nTask deleted."),
                                                                 AlertPresenter::shortDelay, [&completed] { completed = true; });
     delete window.screen;
-    window.screen = nullptr;
-
     // The alert still leaves after its delay, but the completion stays silent.
     QTRY_VERIFY_WITH_TIMEOUT(view.isNull(), 6000);
     QVERIFY(!completed);
@@ -318,17 +268,15 @@ void tst_AlertPresenter::eventAlertPutsSubtitleAndBodyOnTwoLines()
 void tst_AlertPresenter::attributedMessageShowsItsText()
 {
     Window window;
+    QVERIFY(window.show());
     QFont light;
     light.setPointSize(12);
     light.setWeight(QFont::ExtraLight);
     QFont regular;
     regular.setPointSize(12);
-    AttributedText message(QStringLiteral("\n Items:\n\n"), light);
-    message.append(QStringLiteral("A\nB\nC"), regular);
-
     Alert alert;
     alert.title = QStringLiteral("Items Status Successfully Updated!");
-    alert.attributedMessage = message;
+    alert.attributedMessage = AttributedText(QStringLiteral("\n Items:\n\n"), light).append(QStringLiteral("A\nB\nC"), regular);
     AlertView *view = AlertPresenter::presentTransient(window.screen, alert, AlertPresenter::longDelay);
     QCOMPARE(view->message(), QStringLiteral("\n Items:\n\nA\nB\nC"));
     QVERIFY(view->attributedMessage().has_value());
@@ -338,35 +286,13 @@ void tst_AlertPresenter::attributedMessageShowsItsText()
     QVERIFY(label != nullptr);
     QCOMPARE(label->textFormat(), Qt::RichText);
     QVERIFY(label->text().contains(QStringLiteral("A<br>B<br>C")));
+    grabShot(window.window, QStringLiteral("alert-transient"));
 }
 
 void tst_AlertPresenter::missingHostStopsTheProcess()
 {
     FatalErrorTrap trap;
     QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, AlertPresenter::present(nullptr, Alert{}));
-}
-
-void tst_AlertPresenter::render()
-{
-    Window window;
-    QVERIFY(window.show());
-    Alert alert;
-    alert.title = QStringLiteral("Acknowledge task `Pump station P-12`");
-    alert.message = QStringLiteral("The task is currently assigned to you, but requires acknowledgment from your part. "
-                                   "Do you want to mark it as acknowledged?");
-    alert.addAction(QStringLiteral("Yes")).addAction(QStringLiteral("No"), AlertActionStyle::cancel);
-    AlertView *view = AlertPresenter::present(window.screen, alert);
-    QVERIFY(!grabShot(window.window, QStringLiteral("alert-actions")).isNull());
-    view->dismiss();
-
-    QFont light;
-    light.setPointSize(12);
-    light.setWeight(QFont::ExtraLight);
-    Alert updated;
-    updated.title = QStringLiteral("Items Status Successfully Updated!");
-    updated.attributedMessage = AttributedText(QStringLiteral("\n Items:\n\n"), light).append(QStringLiteral("Valve V-3\nGauge G-7"));
-    AlertPresenter::presentTransient(window.screen, updated, AlertPresenter::longDelay);
-    QVERIFY(!grabShot(window.window, QStringLiteral("alert-transient")).isNull());
 }
 
 QTEST_MAIN(tst_AlertPresenter)
