@@ -10,27 +10,25 @@ namespace {
 struct Row
 {
     QString name;
-    TaskPriority priority;
-    qint64 createdMinutes; // minutes after a fixed moment
+    TaskPriority priority = TaskPriority::medium;
+    qint64 createdMinutes = 0; // minutes after a fixed moment
 };
 
-TaskPtr makeTask(qint64 id, const Row &row)
+// A list sorted by the given choice, holding tasks with ids 1, 2, 3, ... in server order.
+TaskList makeList(const QList<Row> &rows, SortKey key = SortKey::date, SortOrder order = SortOrder::descending)
 {
-    auto task = std::make_shared<Task>();
-    task->id = id;
-    task->name = row.name;
-    task->priority = row.priority;
-    task->dateCreated = QDateTime(QDate(2026, 1, 10), QTime(9, 0), Qt::UTC).addSecs(row.createdMinutes * 60);
-    return task;
-}
-
-// Tasks with ids 1, 2, 3, ... in server order.
-QList<TaskPtr> makeTasks(const QList<Row> &rows)
-{
-    QList<TaskPtr> tasks;
-    for (const Row &row : rows)
-        tasks.append(makeTask(tasks.size() + 1, row));
-    return tasks;
+    auto data = std::make_shared<TaskFilterData>();
+    data->sortingConfig = SortConfiguration{key, order};
+    TaskList list(data);
+    for (const Row &row : rows) {
+        auto task = std::make_shared<Task>();
+        task->id = list.tasks.size() + 1;
+        task->name = row.name;
+        task->priority = row.priority;
+        task->dateCreated = QDateTime(QDate(2026, 1, 10), QTime(9, 0), Qt::UTC).addSecs(row.createdMinutes * 60);
+        list.tasks.append(task);
+    }
+    return list;
 }
 
 QList<qint64> ids(const QList<TaskPtr> &tasks)
@@ -41,16 +39,7 @@ QList<qint64> ids(const QList<TaskPtr> &tasks)
     return out;
 }
 
-std::shared_ptr<TaskFilterData> filterData(SortKey key, SortOrder order)
-{
-    auto data = std::make_shared<TaskFilterData>();
-    data->sortingConfig = SortConfiguration{key, order};
-    return data;
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Row)
 
 class TestTaskList : public QObject
 {
@@ -59,11 +48,8 @@ class TestTaskList : public QObject
 private slots:
     void sortedTasks_data();
     void sortedTasks();
-    void sortsTheGivenTasksAndLeavesTheListAlone();
-    void followsTheSharedFilterData();
+    void sortsTheGivenTasksByTheSharedChoice();
     void updateTaskCopiesOnlyTheChangedFields();
-    void updateTaskWithUnknownIdChangesNothing();
-    void updateTaskChangesOnlyTheFirstMatch();
 };
 
 void TestTaskList::sortedTasks_data()
@@ -73,24 +59,22 @@ void TestTaskList::sortedTasks_data()
     QTest::addColumn<SortOrder>("order");
     QTest::addColumn<QList<qint64>>("expected");
 
-    const auto H = TaskPriority::highest, Hi = TaskPriority::high, M = TaskPriority::medium, L = TaskPriority::low,
-               A = TaskPriority::all;
-    const QList<Row> names{{"beta", M, 0}, {"Alpha", M, 0}, {"gamma", M, 0}, {"alpha", M, 0}};
+    const QList<Row> names{{"beta"}, {"Alpha"}, {"gamma"}, {"alpha"}};
     QTest::newRow("name ascending, case-insensitive, ties keep order")
         << names << SortKey::name << SortOrder::ascending << QList<qint64>{2, 4, 1, 3};
     QTest::newRow("name descending, ties keep order")
         << names << SortKey::name << SortOrder::descending << QList<qint64>{3, 1, 2, 4};
-    QTest::newRow("name is not natural order")
-        << QList<Row>{{"task 10", M, 0}, {"task 9", M, 0}, {"Task 1", M, 0}} << SortKey::name << SortOrder::ascending
-        << QList<qint64>{3, 1, 2};
-    QTest::newRow("name by code point, not locale")
-        << QList<Row>{{"zebra", M, 0}, {"Émile", M, 0}, {"eve", M, 0}} << SortKey::name << SortOrder::ascending
-        << QList<qint64>{3, 1, 2};
+    QTest::newRow("name is not natural order") << QList<Row>{{"task 10"}, {"task 9"}, {"Task 1"}} << SortKey::name
+                                               << SortOrder::ascending << QList<qint64>{3, 1, 2};
+    QTest::newRow("name by code point, not locale") << QList<Row>{{"zebra"}, {"Émile"}, {"eve"}} << SortKey::name
+                                                    << SortOrder::ascending << QList<qint64>{3, 1, 2};
     QTest::newRow("name outside the basic plane after the private use area")
-        << QList<Row>{{QString::fromUtf8("\xF0\x9F\x9A\x80"), M, 0}, {QString(QChar(0xE000)), M, 0}}
-        << SortKey::name << SortOrder::ascending << QList<qint64>{2, 1};
+        << QList<Row>{{QString::fromUtf8("\xF0\x9F\x9A\x80")}, {QString(QChar(0xE000))}} << SortKey::name
+        << SortOrder::ascending << QList<qint64>{2, 1};
 
-    const QList<Row> priorities{{"a", M, 0}, {"b", H, 0}, {"c", A, 0}, {"d", L, 0}, {"e", H, 0}, {"f", Hi, 0}};
+    const auto H = TaskPriority::highest, Hi = TaskPriority::high, M = TaskPriority::medium, L = TaskPriority::low,
+               A = TaskPriority::all;
+    const QList<Row> priorities{{"a", M}, {"b", H}, {"c", A}, {"d", L}, {"e", H}, {"f", Hi}};
     QTest::newRow("priority descending: highest first")
         << priorities << SortKey::priority << SortOrder::descending << QList<qint64>{2, 5, 6, 1, 4, 3};
     QTest::newRow("priority ascending: least important first")
@@ -101,7 +85,6 @@ void TestTaskList::sortedTasks_data()
         << dates << SortKey::date << SortOrder::ascending << QList<qint64>{2, 4, 1, 3};
     QTest::newRow("date descending, ties keep order")
         << dates << SortKey::date << SortOrder::descending << QList<qint64>{1, 3, 4, 2};
-    QTest::newRow("empty") << QList<Row>{} << SortKey::date << SortOrder::descending << QList<qint64>{};
 }
 
 void TestTaskList::sortedTasks()
@@ -109,41 +92,30 @@ void TestTaskList::sortedTasks()
     QFETCH(QList<Row>, rows);
     QFETCH(SortKey, key);
     QFETCH(SortOrder, order);
-    QFETCH(QList<qint64>, expected);
-    TaskList list(filterData(key, order));
-    list.tasks = makeTasks(rows);
-    QCOMPARE(ids(list.sortedTasks()), expected);
+    QTEST(ids(makeList(rows, key, order).sortedTasks()), "expected");
 }
 
-void TestTaskList::sortsTheGivenTasksAndLeavesTheListAlone()
+void TestTaskList::sortsTheGivenTasksByTheSharedChoice()
 {
-    TaskList list(filterData(SortKey::name, SortOrder::ascending));
-    list.tasks = makeTasks({{"b", TaskPriority::low, 0}, {"a", TaskPriority::low, 0}});
-    const QList<TaskPtr> others = makeTasks({{"z", TaskPriority::low, 0}, {"y", TaskPriority::low, 0}, {"x", TaskPriority::low, 0}});
+    TaskList list = makeList({{"b"}, {"a", TaskPriority::medium, 5}}, SortKey::name, SortOrder::ascending);
+    const QList<TaskPtr> others = makeList({{"z"}, {"y"}, {"x"}}).tasks;
     QCOMPARE(ids(list.sortedTasks(others)), (QList<qint64>{3, 2, 1}));
     QCOMPARE(ids(list.tasks), (QList<qint64>{1, 2}));
     // The sorted list holds the same task objects.
     QCOMPARE(list.sortedTasks().first().get(), list.tasks.at(1).get());
-}
-
-void TestTaskList::followsTheSharedFilterData()
-{
-    auto shared = filterData(SortKey::date, SortOrder::ascending);
-    TaskList list(shared);
-    list.tasks = makeTasks({{"a", TaskPriority::low, 0}, {"b", TaskPriority::low, 5}});
+    // A choice applied to the shared filter data is used by the next sort.
+    list.filterData->sortingConfig = SortConfiguration{SortKey::date, SortOrder::ascending};
     QCOMPARE(ids(list.sortedTasks()), (QList<qint64>{1, 2}));
-    shared->sortingConfig.sortOrder = SortOrder::descending;
-    QCOMPARE(ids(list.sortedTasks()), (QList<qint64>{2, 1}));
 }
 
 void TestTaskList::updateTaskCopiesOnlyTheChangedFields()
 {
-    TaskList list(filterData(SortKey::date, SortOrder::descending));
-    list.tasks = makeTasks({{"first", TaskPriority::low, 0}, {"second", TaskPriority::high, 0}});
-    TaskPtr stored = list.tasks.at(1);
-    stored->currentStatus = TaskStatus::assigned;
+    TaskList list = makeList({{"first"}, {"second", TaskPriority::high}, {"same id"}});
+    list.tasks.at(2)->id = 2;
+    const TaskPtr stored = list.tasks.at(1);
     stored->progress = TaskProgress{50, 1, 1, 0};
     stored->ownerAssetName = "Ann";
+    const QDateTime created = stored->dateCreated;
 
     Task changed;
     changed.id = 2;
@@ -153,7 +125,6 @@ void TestTaskList::updateTaskCopiesOnlyTheChangedFields()
     changed.updaterUserId = 11;
     changed.isUpdated = true;
     changed.dateUpdated = QDateTime(QDate(2026, 2, 1), QTime(12, 0), Qt::UTC);
-    changed.progress = TaskProgress{};
     changed.dateCreated = QDateTime(QDate(2020, 1, 1), QTime(0, 0), Qt::UTC);
     list.updateTask(changed);
 
@@ -165,34 +136,16 @@ void TestTaskList::updateTaskCopiesOnlyTheChangedFields()
     QCOMPARE(stored->priority, TaskPriority::high);
     QCOMPARE(stored->progress, (TaskProgress{50, 1, 1, 0}));
     QCOMPARE(stored->ownerAssetName, "Ann");
-    QCOMPARE(stored->dateCreated, makeTask(2, {"", TaskPriority::low, 0})->dateCreated);
+    QCOMPARE(stored->dateCreated, created);
+    // Only the first task with the id takes the change; an unknown id changes nothing.
     QCOMPARE(list.tasks.at(0)->currentStatus, TaskStatus::unassigned);
-}
-
-void TestTaskList::updateTaskWithUnknownIdChangesNothing()
-{
-    TaskList list(filterData(SortKey::date, SortOrder::descending));
-    list.tasks = makeTasks({{"a", TaskPriority::low, 0}});
-    Task changed;
+    QCOMPARE(list.tasks.at(2)->currentStatus, TaskStatus::unassigned);
     changed.id = 99;
     changed.currentStatus = TaskStatus::complete;
-    changed.isUpdated = true;
     list.updateTask(changed);
-    QCOMPARE(list.tasks.size(), 1);
-    QCOMPARE(list.tasks.first()->currentStatus, TaskStatus::unassigned);
-    QVERIFY(!list.tasks.first()->isUpdated);
-}
-
-void TestTaskList::updateTaskChangesOnlyTheFirstMatch()
-{
-    TaskList list(filterData(SortKey::date, SortOrder::descending));
-    list.tasks = {makeTask(5, {"a", TaskPriority::low, 0}), makeTask(5, {"b", TaskPriority::low, 0})};
-    Task changed;
-    changed.id = 5;
-    changed.currentStatus = TaskStatus::blocked;
-    list.updateTask(changed);
-    QCOMPARE(list.tasks.at(0)->currentStatus, TaskStatus::blocked);
-    QCOMPARE(list.tasks.at(1)->currentStatus, TaskStatus::unassigned);
+    QCOMPARE(list.tasks.size(), 3);
+    QCOMPARE(stored->currentStatus, TaskStatus::acknowledged);
+    QVERIFY(!list.tasks.at(0)->isUpdated);
 }
 
 QTEST_GUILESS_MAIN(TestTaskList)

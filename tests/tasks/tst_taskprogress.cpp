@@ -27,12 +27,10 @@ void TestTaskProgress::fromCounts_data()
     // expected: total, open, ok, nok
     QTest::newRow("no entries") << QList<ItemsCount>{} << TaskProgress{0, 0, 0, 0};
     QTest::newRow("all counts zero") << QList<ItemsCount>{{1, 0}, {3, 0}} << TaskProgress{0, 0, 0, 0};
-    QTest::newRow("ok 3, nok 1, open 4") << QList<ItemsCount>{{1, 3}, {2, 1}, {3, 4}} << TaskProgress{50, 4, 3, 1};
-    QTest::newRow("order of entries does not matter") << QList<ItemsCount>{{3, 4}, {2, 1}, {1, 3}} << TaskProgress{50, 4, 3, 1};
+    QTest::newRow("open first") << QList<ItemsCount>{{3, 4}, {2, 1}, {1, 3}} << TaskProgress{50, 4, 3, 1};
     QTest::newRow("only open") << QList<ItemsCount>{{3, 7}} << TaskProgress{0, 7, 0, 0};
     QTest::newRow("nothing open") << QList<ItemsCount>{{1, 2}, {2, 5}} << TaskProgress{100, 0, 2, 5};
-    QTest::newRow("percentage truncates") << QList<ItemsCount>{{1, 1}, {3, 2}} << TaskProgress{33, 2, 1, 0};
-    QTest::newRow("almost done truncates down") << QList<ItemsCount>{{1, 199}, {3, 1}} << TaskProgress{99, 1, 199, 0};
+    QTest::newRow("percentage truncates") << QList<ItemsCount>{{1, 199}, {3, 1}} << TaskProgress{99, 1, 199, 0};
     // Only the first entry per status is kept, but every entry counts in the sum.
     QTest::newRow("duplicates") << QList<ItemsCount>{{1, 2}, {3, 2}, {1, 4}, {3, 4}} << TaskProgress{83, 2, 2, 0};
     // Ids of no kept status (4 is "all", 9 is unknown) still count in the sum.
