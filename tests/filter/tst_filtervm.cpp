@@ -27,57 +27,32 @@ class TestFilterVM : public QObject
     Q_OBJECT
 
 private slots:
-    void startsWithCopiesOfTheSharedChoices();
-    void editsStayLocalUntilApplied();
-    void applyingOnlyTheSortOrder();
-    void applyingEverything();
-    void segmentPositions_data();
-    void segmentPositions();
-    void segmentOutsideTheControlStopsTheProcess_data();
-    void segmentOutsideTheControlStopsTheProcess();
+    void editsReachTheSharedChoicesOnlyWhenApplied();
+    void segmentPositionsAndTitles();
 };
 
-void TestFilterVM::startsWithCopiesOfTheSharedChoices()
-{
-    const auto shared = sharedData();
-    const FilterVM vm(shared);
-    QCOMPARE(vm.sortingKeys(), (QList<SortKey>{SortKey::name, SortKey::priority, SortKey::date}));
-    QCOMPARE(vm.sortingTypes(), (QList<SortOrder>{SortOrder::ascending, SortOrder::descending}));
-    QCOMPARE(vm.changedFilterConfig(), shared->filteringConfig);
-    QCOMPARE(vm.changedSortConfig(), shared->sortingConfig);
-    QCOMPARE(vm.filterData().get(), shared.get());
-}
-
-void TestFilterVM::editsStayLocalUntilApplied()
+void TestFilterVM::editsReachTheSharedChoicesOnlyWhenApplied()
 {
     const auto shared = sharedData();
     const TaskFilterData before = *shared;
     {
         FilterVM vm(shared);
+        QCOMPARE(vm.filterData().get(), shared.get());
         vm.changedFilterConfig().selectedPriority = TaskPriority::high;
         vm.changedSortConfig().sortKey = SortKey::name;
         // Leaving the screen without applying discards the edits.
     }
     QCOMPARE(shared->filteringConfig, before.filteringConfig);
     QCOMPARE(shared->sortingConfig, before.sortingConfig);
-}
 
-void TestFilterVM::applyingOnlyTheSortOrder()
-{
-    const auto shared = sharedData();
-    const TaskFilterData before = *shared;
     FilterVM vm(shared);
+    QCOMPARE(vm.changedFilterConfig(), before.filteringConfig);
+    QCOMPARE(vm.changedSortConfig(), before.sortingConfig);
     vm.changedSortConfig().sortOrder = SortOrder::ascending;
     vm.applyChanges();
     QCOMPARE(shared->filteringConfig, before.filteringConfig);
-    QCOMPARE(shared->sortingConfig.sortKey, before.sortingConfig.sortKey);
-    QCOMPARE(shared->sortingConfig.sortOrder, SortOrder::ascending);
-}
+    QCOMPARE(shared->sortingConfig, (SortConfiguration{SortKey::date, SortOrder::ascending}));
 
-void TestFilterVM::applyingEverything()
-{
-    const auto shared = sharedData();
-    FilterVM vm(shared);
     TaskFilterConfiguration wanted;
     wanted.selectedPriority = TaskPriority::low;
     wanted.selectedCategory = {4, "Pumps"};
@@ -85,7 +60,6 @@ void TestFilterVM::applyingEverything()
     wanted.dateEnd = QDateTime(QDate(2025, 12, 24), QTime(0, 0), Qt::UTC);
     vm.changedFilterConfig() = wanted;
     vm.changedSortConfig() = SortConfiguration{SortKey::priority, SortOrder::ascending};
-
     // A change made to the shared object after the visit began is overwritten.
     shared->filteringConfig.selectedPriority = TaskPriority::medium;
     vm.applyChanges();
@@ -93,62 +67,41 @@ void TestFilterVM::applyingEverything()
     QCOMPARE(shared->sortingConfig, (SortConfiguration{SortKey::priority, SortOrder::ascending}));
 }
 
-void TestFilterVM::segmentPositions_data()
+void TestFilterVM::segmentPositionsAndTitles()
 {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("priority");
-    QTest::addColumn<QString>("sortKey");   // empty: no such segment
-    QTest::addColumn<QString>("sortOrder"); // empty: no such segment
-    QTest::newRow("0") << 0 << "Highest" << "Name" << "Ascending";
-    QTest::newRow("1") << 1 << "High" << "Priority" << "Descending";
-    QTest::newRow("2") << 2 << "Medium" << "Date" << "";
-    QTest::newRow("3") << 3 << "Low" << "" << "";
-    QTest::newRow("4") << 4 << "All" << "" << "";
-}
-
-void TestFilterVM::segmentPositions()
-{
-    QFETCH(int, index);
-    QFETCH(QString, priority);
-    QFETCH(QString, sortKey);
-    QFETCH(QString, sortOrder);
     const FilterVM vm(sharedData());
-    const TaskPriority p = FilterVM::priorityAt(index);
-    QCOMPARE(TaskPriorities::rawValue(p), priority);
-    QCOMPARE(FilterVM::priorityIndex(p), index);
-    if (!sortKey.isEmpty()) {
-        QCOMPARE(SortKeys::rawValue(vm.sortKeyAt(index)), sortKey);
-        QCOMPARE(vm.sortKeyIndex(vm.sortKeyAt(index)), index);
+    const QStringList priorities{"Highest", "High", "Medium", "Low", "All"};
+    for (int i = 0; i < priorities.size(); ++i) {
+        QCOMPARE(TaskPriorities::rawValue(FilterVM::priorityAt(i)), priorities.at(i));
+        QCOMPARE(FilterVM::priorityIndex(FilterVM::priorityAt(i)), i);
     }
-    if (!sortOrder.isEmpty()) {
-        QCOMPARE(SortOrders::rawValue(vm.sortOrderAt(index)), sortOrder);
-        QCOMPARE(vm.sortOrderIndex(vm.sortOrderAt(index)), index);
+    const QStringList keys{"Name", "Priority", "Date"};
+    for (int i = 0; i < keys.size(); ++i) {
+        QCOMPARE(vm.sortingKeys().at(i), vm.sortKeyAt(i));
+        QCOMPARE(SortKeys::rawValue(vm.sortKeyAt(i)), keys.at(i));
+        QCOMPARE(SortKeys::fromRawValue(keys.at(i)), std::optional(vm.sortKeyAt(i)));
+        QCOMPARE(vm.sortKeyIndex(vm.sortKeyAt(i)), i);
     }
-}
+    const QStringList orders{"Ascending", "Descending"};
+    for (int i = 0; i < orders.size(); ++i) {
+        QCOMPARE(vm.sortingTypes().at(i), vm.sortOrderAt(i));
+        QCOMPARE(SortOrders::rawValue(vm.sortOrderAt(i)), orders.at(i));
+        QCOMPARE(SortOrders::fromRawValue(orders.at(i)), std::optional(vm.sortOrderAt(i)));
+        QCOMPARE(vm.sortOrderIndex(vm.sortOrderAt(i)), i);
+    }
+    QCOMPARE(vm.sortingKeys().size(), keys.size());
+    QCOMPARE(vm.sortingTypes().size(), orders.size());
+    // Titles match exactly.
+    QVERIFY(!SortKeys::fromRawValue("priority"));
+    QVERIFY(!SortOrders::fromRawValue("DESC"));
 
-void TestFilterVM::segmentOutsideTheControlStopsTheProcess_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<int>("index");
-    QTest::newRow("priority none selected") << "priority" << -1;
-    QTest::newRow("priority 5") << "priority" << 5;
-    QTest::newRow("sort key 3") << "key" << 3;
-    QTest::newRow("sort key none selected") << "key" << -1;
-    QTest::newRow("sort order 2") << "order" << 2;
-}
-
-void TestFilterVM::segmentOutsideTheControlStopsTheProcess()
-{
-    QFETCH(QString, control);
-    QFETCH(int, index);
-    const FilterVM vm(sharedData());
+    // -1: no segment selected.
     FatalErrorTrap trap;
-    if (control == "priority")
+    for (int index : {-1, 5})
         QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)FilterVM::priorityAt(index));
-    else if (control == "key")
+    for (int index : {-1, 3})
         QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)vm.sortKeyAt(index));
-    else
-        QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)vm.sortOrderAt(index));
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)vm.sortOrderAt(2));
 }
 
 QTEST_GUILESS_MAIN(TestFilterVM)

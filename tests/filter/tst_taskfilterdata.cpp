@@ -31,9 +31,6 @@ private slots:
     void defaults_data();
     void defaults();
     void defaultCategoryIsTheSessionsFirst();
-    void noCategoryStopsTheProcess();
-    void sortTexts_data();
-    void sortTexts();
     void configurationsSurviveTheirJsonForm();
 };
 
@@ -85,42 +82,9 @@ void TestTaskFilterData::defaultCategoryIsTheSessionsFirst()
     const auto fromSession = TaskFilterData::makeDefault(clock);
     Settings::setCurrent(previous);
     QCOMPARE(fromSession->filteringConfig.selectedCategory, (TaskCategoryDefinition{0, "All"}));
-}
 
-void TestTaskFilterData::noCategoryStopsTheProcess()
-{
     FatalErrorTrap trap;
-    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskFilterData::makeDefault(systemClock(), Settings{}));
-}
-
-void TestTaskFilterData::sortTexts_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isKey");
-    QTest::addColumn<bool>("valid");
-    QTest::newRow("Priority") << "Priority" << true << true;
-    QTest::newRow("priority") << "priority" << true << false;
-    QTest::newRow("Date") << "Date" << true << true;
-    QTest::newRow("Descending") << "Descending" << false << true;
-    QTest::newRow("DESC") << "DESC" << false << false;
-}
-
-void TestTaskFilterData::sortTexts()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, isKey);
-    QFETCH(bool, valid);
-    if (isKey) {
-        const auto key = SortKeys::fromRawValue(text);
-        QCOMPARE(key.has_value(), valid);
-        if (key)
-            QCOMPARE(SortKeys::rawValue(*key), text);
-    } else {
-        const auto order = SortOrders::fromRawValue(text);
-        QCOMPARE(order.has_value(), valid);
-        if (order)
-            QCOMPARE(SortOrders::rawValue(*order), text);
-    }
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskFilterData::makeDefault(clock, Settings{}));
 }
 
 void TestTaskFilterData::configurationsSurviveTheirJsonForm()
