@@ -1,13 +1,12 @@
 #include "demo/app/demohostwindow.h"
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
-#include "demo/app/hostbrand.h"
 #include "demo/app/hostbar.h"
+#include "demo/app/hostbrand.h"
 #include "demo/app/hostpanel.h"
 #include "demo/app/signinanswer.h"
 #include "demo/app/signinscreen.h"
 #include "demo/app/taskeventsheet.h"
-#include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
@@ -30,7 +29,6 @@
 #include <QSignalSpy>
 #include <QSslCertificate>
 #include <QSslError>
-#include <QStackedWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -46,28 +44,6 @@ Q_DECLARE_METATYPE(ravelin::DemoOptions::Mode)
 namespace {
 
 constexpr int kTimeoutMs = 15000;
-
-struct Download
-{
-    int status = 0;
-    QByteArray body;
-};
-
-// Fetches a URL of the demo server, trusting exactly its certificate.
-Download download(const DemoServer &server, const QUrl &url, const QByteArray &token = {})
-{
-    QNetworkAccessManager network;
-    QNetworkRequest request(url);
-    if (!token.isEmpty())
-        request.setRawHeader("Authorization", "Bearer " + token);
-    std::unique_ptr<QNetworkReply> reply(network.get(request));
-    reply->ignoreSslErrors({QSslError(QSslError::SelfSignedCertificate,
-                                      QSslCertificate::fromData(server.certificatePem(), QSsl::Pem).constFirst())});
-    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-    if (!reply->isFinished())
-        finished.wait(kTimeoutMs);
-    return Download{reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
-}
 
 bool isRed(const QColor &color)
 {
@@ -86,7 +62,6 @@ private slots:
     void init();
     void cleanup();
 
-    void signInStoresTheSession_data();
     void signInStoresTheSession();
     void refusedSignInStaysOnSignIn();
     void panelFollowsDidSwipe();
@@ -95,24 +70,23 @@ private slots:
     void emergencyTurnsTheBarRed();
     void taskEventCarriesItsType_data();
     void taskEventCarriesItsType();
-    void sessionExpiredReturnsToSignIn();
-    void expiredSessionFromTheLibrary();
-
+    void sessionExpiryReturnsToSignIn_data();
+    void sessionExpiryReturnsToSignIn();
     void tourWritesPicturesAndSummary();
     void tourStopsWhenTheSessionEnds();
-    void signInAnswerDecoding_data();
-    void signInAnswerDecoding();
+    void signInRefusalsDoNotDecode_data();
+    void signInRefusalsDoNotDecode();
     void initials_data();
     void initials();
-
     void options_data();
     void options();
-    void displayChoosesTheTour_data();
-    void displayChoosesTheTour();
 
 private:
-    RavelinNavVC *signIn(qint64 workerId);
-    void waitForDashboard(RavelinNavVC *navVC);
+    // Signs the worker in from the sign-in screen; with `dashboard`, also waits
+    // until the dashboard shows, observes the host's notifications and is done with its first fetch.
+    RavelinNavVC *signIn(qint64 workerId, bool dashboard = false);
+    // GET from the demo server, trusting exactly its certificate: status and body.
+    std::pair<int, QByteArray> download(const QString &path, const QByteArray &token = {});
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<QSettings> m_settings;
@@ -134,7 +108,6 @@ void TestDemoHost::init()
     m_data = DemoData::seeded(clock());
     m_server = std::make_unique<DemoServer>(m_data, clock);
     QVERIFY(m_server->start(0));
-
     m_dir = std::make_unique<QTemporaryDir>();
     m_settings = std::make_unique<QSettings>(m_dir->filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat);
     m_network = std::make_unique<QNetworkAccessManager>();
@@ -165,68 +138,67 @@ void TestDemoHost::cleanup()
     m_dir.reset();
 }
 
-RavelinNavVC *TestDemoHost::signIn(qint64 workerId)
+RavelinNavVC *TestDemoHost::signIn(qint64 workerId, bool dashboard)
 {
     QSignalSpy started(m_window.get(), &DemoHostWindow::sessionStarted);
-    SignInScreen *screen = m_window->signInScreen();
-    if (!screen->selectWorker(workerId))
+    if (!m_window->signInScreen()->selectWorker(workerId))
         return nullptr;
-    screen->signInButton()->click();
+    m_window->signInScreen()->signInButton()->click();
     if (started.isEmpty() && !started.wait(kTimeoutMs))
         return nullptr;
-    return m_window->navVC();
+    RavelinNavVC *navVC = m_window->navVC();
+    if (dashboard) {
+        const bool ready = QTest::qWaitFor(
+            [&] {
+                DashboardVC *vc = navVC->dashboard();
+                return vc && vc->headerView() && m_center->hasObserver(vc, NotificationNames::emergencyUpdate)
+                       && vc->refreshControl() && !vc->refreshControl()->isRefreshing()
+                       && !vc->viewModel()->taskList().tasks.isEmpty();
+            },
+            kTimeoutMs);
+        return ready ? navVC : nullptr;
+    }
+    return navVC;
 }
 
-void TestDemoHost::waitForDashboard(RavelinNavVC *navVC)
+std::pair<int, QByteArray> TestDemoHost::download(const QString &path, const QByteArray &token)
 {
-    // Shown, observing the host's notifications, and done with its first fetch.
-    QTRY_VERIFY_WITH_TIMEOUT(navVC->dashboard() && navVC->dashboard()->headerView()
-                                 && m_center->hasObserver(navVC->dashboard(), NotificationNames::emergencyUpdate)
-                                 && navVC->dashboard()->refreshControl()
-                                 && !navVC->dashboard()->refreshControl()->isRefreshing()
-                                 && !navVC->dashboard()->viewModel()->taskList().tasks.isEmpty(),
-                             kTimeoutMs);
-}
-
-void TestDemoHost::signInStoresTheSession_data()
-{
-    QTest::addColumn<qint64>("workerId");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("Ann") << qint64(1) << QStringLiteral("Ann Rivers");
-    QTest::newRow("Chris") << qint64(3) << QStringLiteral("Chris Okafor");
+    QNetworkRequest request(QUrl(QStringLiteral("https://%1%2").arg(m_server->baseUrl(), path)));
+    if (!token.isEmpty())
+        request.setRawHeader("Authorization", "Bearer " + token);
+    QNetworkAccessManager network;
+    std::unique_ptr<QNetworkReply> reply(network.get(request));
+    reply->ignoreSslErrors({QSslError(QSslError::SelfSignedCertificate, QSslCertificate(m_server->certificatePem()))});
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!reply->isFinished())
+        finished.wait(kTimeoutMs);
+    return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
 }
 
 void TestDemoHost::signInStoresTheSession()
 {
-    QFETCH(qint64, workerId);
-    QFETCH(QString, name);
-
     // What the library stored when it took the session over, before any later token change.
     QJsonObject storedAtStart;
     connect(m_window.get(), &DemoHostWindow::sessionStarted, this, [&] {
         storedAtStart = QJsonDocument::fromJson(m_settings->value(QStringLiteral("quorApiData")).toByteArray()).object();
     });
-    RavelinNavVC *navVC = signIn(workerId);
+    RavelinNavVC *navVC = signIn(3);
     QVERIFY(navVC);
     QVERIFY(navVC->isVisible());
     QVERIFY(!m_window->signInScreen()->isVisible());
-
-    const QString token = storedAtStart.value(QStringLiteral("tokenString")).toString();
     QCOMPARE(storedAtStart.value(QStringLiteral("baseURL")).toString(), m_server->baseUrl());
+    const QString token = storedAtStart.value(QStringLiteral("tokenString")).toString();
     QVERIFY(!token.isEmpty());
     QCOMPARE(token, m_window->session()->token);
     // The stored token is one the server issued for this sign-in.
-    QCOMPARE(download(*m_server, QUrl(QStringLiteral("https://%1/api/settings-constants").arg(m_server->baseUrl())),
-                      token.toUtf8())
-                 .status,
-             200);
+    QCOMPARE(download(QStringLiteral("/api/settings-constants"), token.toUtf8()).first, 200);
 
-    QCOMPARE(navVC->currentUserId, std::optional<qint64>(workerId));
+    QCOMPARE(navVC->currentUserId, std::optional<qint64>(3));
     QCOMPARE(navVC->vcDelegate(), static_cast<RavelinNavVCDelegate *>(m_window.get()));
     QVERIFY(navVC->assetsList.has_value());
     for (const DemoUser &user : m_server->users())
         QCOMPARE(navVC->assetsList->value(user.id), (QStringList{user.name, user.icon}));
-    QCOMPARE(m_window->hostPanel()->userName(), name);
+    QCOMPARE(m_window->hostPanel()->userName(), QStringLiteral("Chris Okafor"));
 }
 
 void TestDemoHost::refusedSignInStaysOnSignIn()
@@ -238,17 +210,15 @@ void TestDemoHost::refusedSignInStaysOnSignIn()
     m_window->signIn(desk->id);
     QVERIFY(m_window->signInScreen()->isBusy());
     QVERIFY(failed.wait(kTimeoutMs));
-    QVERIFY(!m_window->navVC());
-    QVERIFY(!m_window->isSignedIn());
+    QVERIFY(!m_window->navVC() && !m_window->isSignedIn());
     QVERIFY(!m_window->signInScreen()->isBusy());
     QVERIFY(m_window->signInScreen()->message().contains(failed.first().first().toString()));
 }
 
 void TestDemoHost::panelFollowsDidSwipe()
 {
-    RavelinNavVC *navVC = signIn(2);
+    RavelinNavVC *navVC = signIn(2, true);
     QVERIFY(navVC);
-    waitForDashboard(navVC);
     QSignalSpy swiped(m_window.get(), &DemoHostWindow::swiped);
     QToolButton *panelButton = navVC->dashboard()->headerView()->panelButton();
     HostPanel *panel = m_window->hostPanel();
@@ -259,7 +229,6 @@ void TestDemoHost::panelFollowsDidSwipe()
     QCOMPARE(swiped.at(0).at(0).toBool(), false);
     QVERIFY(panel->isShown());
     QTRY_VERIFY_WITH_TIMEOUT(panel->isSettled() && panel->isVisible(), kTimeoutMs);
-
     panelButton->click();
     QCOMPARE(swiped.at(1).at(0).toBool(), true);
     QVERIFY(!panel->isShown());
@@ -297,18 +266,15 @@ void TestDemoHost::uploadImageStoresPicture()
     });
     QTRY_VERIFY_WITH_TIMEOUT(answer.has_value(), kTimeoutMs);
     QCOMPARE(answer->first, stored);
-    if (!stored) {
-        QVERIFY(!answer->second.has_value());
+    QCOMPARE(answer->second.has_value(), stored);
+    if (!stored)
         return;
-    }
-    QVERIFY(answer->second.has_value());
-    const QString path = *answer->second;
-    QVERIFY(path.endsWith(fileName));
+    QVERIFY(answer->second->endsWith(fileName));
 
     // The answered path is where the server gives the picture back.
-    const Download file = download(*m_server, QUrl(QStringLiteral("https://%1/files/%2").arg(m_server->baseUrl(), path)));
-    QCOMPARE(file.status, 200);
-    const QImage back = QImage::fromData(file.body);
+    const auto [status, body] = download(QStringLiteral("/files/") + *answer->second);
+    QCOMPARE(status, 200);
+    const QImage back = QImage::fromData(body);
     QCOMPARE(back.size(), picture.size());
     const QColor middle = back.pixelColor(32, 24);
     QVERIFY2(qAbs(middle.green() - 160) < 12 && qAbs(middle.red() - 20) < 12, qPrintable(middle.name()));
@@ -316,9 +282,8 @@ void TestDemoHost::uploadImageStoresPicture()
 
 void TestDemoHost::emergencyTurnsTheBarRed()
 {
-    RavelinNavVC *navVC = signIn(1);
+    RavelinNavVC *navVC = signIn(1, true);
     QVERIFY(navVC);
-    waitForDashboard(navVC);
     QList<QVariant> posted;
     QObject observer;
     m_center->addObserver(&observer, NotificationNames::emergencyUpdate, [&posted](const QVariant &o) { posted.append(o); });
@@ -328,7 +293,6 @@ void TestDemoHost::emergencyTurnsTheBarRed()
     toggle->click();
     QCOMPARE(posted, (QList<QVariant>{QVariant(true)}));
     QVERIFY2(isRed(navVC->navigationBar()->barColor()), qPrintable(navVC->navigationBar()->barColor().name()));
-
     toggle->click();
     QCOMPARE(posted.last(), QVariant(false));
     QCOMPARE(navVC->navigationBar()->barColor(), navVC->standardBarColor());
@@ -350,19 +314,17 @@ void TestDemoHost::taskEventCarriesItsType()
     QVERIFY(signIn(2));
     QList<TaskUpdateEventPtr> events;
     QObject observer;
-    m_center->addObserver(&observer, NotificationNames::taskEvent, [&events](const QVariant &o) {
-        events.append(o.value<TaskUpdateEventPtr>());
-    });
+    m_center->addObserver(&observer, NotificationNames::taskEvent,
+                          [&events](const QVariant &o) { events.append(o.value<TaskUpdateEventPtr>()); });
 
-    // A task of another worker: the menu offers every task of the deployment.
+    // A task of another worker: the menu offers every task of the deployment, the worker's own first.
     const DemoTask &task = m_data.tasks.at(3);
     m_window->openTaskEventSheet();
     TaskEventSheet *sheet = m_window->taskEventSheet();
     QVERIFY(sheet->isOpen());
     QCOMPARE(sheet->tasks().size(), m_data.tasks.size());
-    QCOMPARE(sheet->tasks().constFirst().assignedUserId, std::optional<qint64>(2)); // the worker's own come first
-    QVERIFY(sheet->selectTask(task.id));
-    QVERIFY(sheet->selectKind(kind));
+    QCOMPARE(sheet->tasks().constFirst().assignedUserId, std::optional<qint64>(2));
+    QVERIFY(sheet->selectTask(task.id) && sheet->selectKind(kind));
     sheet->postButton()->click();
 
     QVERIFY(!sheet->isOpen());
@@ -374,43 +336,41 @@ void TestDemoHost::taskEventCarriesItsType()
     QCOMPARE(events.first()->assetId, std::optional<qint64>(2));
 }
 
-void TestDemoHost::sessionExpiredReturnsToSignIn()
+void TestDemoHost::sessionExpiryReturnsToSignIn_data()
 {
-    QPointer<RavelinNavVC> first = signIn(1);
+    QTest::addColumn<bool>("fromLibrary");
+    QTest::newRow("the host ends it") << false;
+    QTest::newRow("the library finds no session") << true;
+}
+
+void TestDemoHost::sessionExpiryReturnsToSignIn()
+{
+    QFETCH(bool, fromLibrary);
+    QPointer<RavelinNavVC> first = signIn(1, true);
     QVERIFY(first);
     m_window->hostBar()->emergencyButton()->click();
     QSignalSpy returned(m_window.get(), &DemoHostWindow::returnedToSignIn);
-
-    m_window->sessionExpired();
+    if (fromLibrary) {
+        // Without stored session data the library's next request tells the host.
+        m_settings->remove(QStringLiteral("quorApiData"));
+        first->dashboard()->pullToRefresh();
+        QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
+    } else {
+        m_window->sessionExpired();
+    }
     QCOMPARE(returned.size(), 1);
     QVERIFY(m_window->signInScreen()->isVisible());
     QVERIFY(!m_window->signInScreen()->message().isEmpty());
-    QVERIFY(!m_window->isSignedIn());
-    QVERIFY(!m_window->navVC());
+    QVERIFY(!m_window->isSignedIn() && !m_window->navVC());
     QVERIFY(!m_window->hostBar()->isEmergency());
     QTRY_VERIFY_WITH_TIMEOUT(first.isNull(), kTimeoutMs);
 
-    // A second expiry of the same session changes nothing.
+    // A second expiry of the same session changes nothing; the next worker signs in afresh.
     m_window->sessionExpired();
     QCOMPARE(returned.size(), 1);
-
     QPointer<RavelinNavVC> second = signIn(3);
     QVERIFY(second);
     QCOMPARE(second->currentUserId, std::optional<qint64>(3));
-}
-
-void TestDemoHost::expiredSessionFromTheLibrary()
-{
-    RavelinNavVC *navVC = signIn(1);
-    QVERIFY(navVC);
-    waitForDashboard(navVC);
-    QSignalSpy returned(m_window.get(), &DemoHostWindow::returnedToSignIn);
-
-    // Without stored session data the library's next request tells the host.
-    m_settings->remove(QStringLiteral("quorApiData"));
-    navVC->dashboard()->pullToRefresh();
-    QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
-    QVERIFY(m_window->signInScreen()->isVisible());
 }
 
 void TestDemoHost::tourWritesPicturesAndSummary()
@@ -418,27 +378,26 @@ void TestDemoHost::tourWritesPicturesAndSummary()
     QTemporaryDir out;
     QVERIFY(out.isValid());
     DemoTour tour(m_window.get(), DemoTour::Options{out.path(), std::chrono::milliseconds(kTimeoutMs), 3, true});
-    const int code = tour.run();
-    QVERIFY2(code == 0, qPrintable(tour.failure()));
+    QVERIFY2(tour.run() == 0, qPrintable(tour.failure()));
 
-    const QStringList pictures = QDir(out.path()).entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
-    const QStringList expected{"01-sign-in.png",        "02-dashboard.png",        "03-acknowledge-prompt.png",
-                               "04-acknowledge.png",    "05-start.png",            "06-host-panel.png",
-                               "07-task-event-sheet.png", "08-task-event.png",     "09-emergency.png"};
-    QCOMPARE(pictures, expected);
+    const QDir dir(out.path());
+    const QStringList pictures = dir.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
+    QCOMPARE(pictures, (QStringList{"01-sign-in.png", "02-dashboard.png", "03-acknowledge-prompt.png", "04-acknowledge.png",
+                                    "05-start.png", "06-host-panel.png", "07-task-event-sheet.png", "08-task-event.png",
+                                    "09-emergency.png"}));
     for (const QString &name : pictures) {
-        const QImage picture(QDir(out.path()).filePath(name));
+        const QImage picture(dir.filePath(name));
         QCOMPARE(picture.size(), m_window->size() * picture.devicePixelRatio());
     }
     // The emergency step's picture has the red bar at its top.
-    const QImage last(QDir(out.path()).filePath(expected.last()));
+    const QImage last(dir.filePath(pictures.last()));
     QVERIFY(isRed(last.pixelColor(last.width() / 2, 4)));
 
-    QFile summary(QDir(out.path()).filePath(QStringLiteral("summary.txt")));
+    QFile summary(dir.filePath(QStringLiteral("summary.txt")));
     QVERIFY(summary.open(QIODevice::ReadOnly | QIODevice::Text));
     const QStringList lines = QString::fromUtf8(summary.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines, tour.summary());
-    QCOMPARE(lines.size(), expected.size());
+    QCOMPARE(lines.size(), pictures.size());
     QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: ")) && lines.at(0).contains(QStringLiteral("Chris Okafor")));
     QVERIFY2(lines.at(3).contains(QStringLiteral("Assigned -> Acknowledged")), qPrintable(lines.at(3)));
     QVERIFY2(lines.at(7).contains(QStringLiteral("Task newly assigned to you.")), qPrintable(lines.at(7)));
@@ -460,30 +419,24 @@ void TestDemoHost::tourStopsWhenTheSessionEnds()
     QVERIFY(tour.summary().isEmpty());
 }
 
-void TestDemoHost::signInAnswerDecoding_data()
+void TestDemoHost::signInRefusalsDoNotDecode_data()
 {
+    // A good answer is taken over in signInStoresTheSession.
     QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("decodes");
-    QTest::addColumn<QString>("tokenOrMessage");
-    QTest::newRow("answer") << QByteArray(R"({"success":true,"data":{"token":"abc","userId":2,"assets":[{"id":2,"name":"Bo","icon":"people_02"}]}})")
-                            << true << QStringLiteral("abc");
-    QTest::newRow("refusal") << QByteArray(R"({"success":false,"message":"Unknown user"})") << false << QStringLiteral("Unknown user");
-    QTest::newRow("no token") << QByteArray(R"({"success":true,"data":{"userId":2,"assets":[]}})") << false << QString();
+    QTest::addColumn<QString>("message");
+    QTest::newRow("refusal") << QByteArray(R"({"success":false,"message":"Unknown user"})") << QStringLiteral("Unknown user");
+    QTest::newRow("no token") << QByteArray(R"({"success":true,"data":{"userId":2,"assets":[]}})") << QString();
 }
 
-void TestDemoHost::signInAnswerDecoding()
+void TestDemoHost::signInRefusalsDoNotDecode()
 {
     QFETCH(QByteArray, body);
-    QFETCH(bool, decodes);
-    QFETCH(QString, tokenOrMessage);
+    QFETCH(QString, message);
     try {
         const SignInAnswer answer = json::decode<SignInAnswer>(body);
-        QVERIFY(decodes);
-        QCOMPARE(answer.token, tokenOrMessage);
-        QCOMPARE(answer.assetsList(), (QMap<qint64, QStringList>{{2, {"Bo", "people_02"}}}));
+        QFAIL(qPrintable(answer.token));
     } catch (const json::DecodingError &error) {
-        QVERIFY(!decodes);
-        QVERIFY(error.debugDescription().contains(tokenOrMessage));
+        QVERIFY(error.debugDescription().contains(message));
     }
 }
 
@@ -507,43 +460,47 @@ void TestDemoHost::initials()
 void TestDemoHost::options_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<bool>("withDisplay");
+    QTest::addColumn<QStringList>("display"); // DISPLAY, WAYLAND_DISPLAY, QT_QPA_PLATFORM
     QTest::addColumn<bool>("valid");
     QTest::addColumn<DemoOptions::Mode>("mode");
     QTest::addColumn<QString>("tourDir");
     QTest::addColumn<QString>("apiHost");
 
     using M = DemoOptions::Mode;
-    QTest::newRow("window") << QStringList{} << true << true << M::window << QString() << QString();
-    QTest::newRow("no display: tour") << QStringList{} << false << true << M::tour << QStringLiteral("out/tour") << QString();
-    QTest::newRow("tour asked") << QStringList{"--tour", "/tmp/x"} << true << true << M::tour << QStringLiteral("/tmp/x")
-                                << QString();
-    QTest::newRow("tour with =") << QStringList{"--tour=pics"} << true << true << M::tour << QStringLiteral("pics") << QString();
-    QTest::newRow("api host") << QStringList{"--api-host", "10.0.0.5:8443", "--token", "T", "--user-id", "7"} << true << true
-                              << M::window << QString() << QStringLiteral("10.0.0.5:8443");
-    QTest::newRow("api host without token") << QStringList{"--api-host", "h:1", "--user-id", "7"} << true << false << M::window
-                                            << QString() << QString();
-    QTest::newRow("api host with scheme") << QStringList{"--api-host", "https://h:1", "--token", "T", "--user-id", "7"} << true
-                                          << false << M::window << QString() << QString();
-    QTest::newRow("user id not a number") << QStringList{"--api-host", "h:1", "--token", "T", "--user-id", "x"} << true << false
-                                          << M::window << QString() << QString();
-    QTest::newRow("token alone") << QStringList{"--token", "T"} << true << false << M::window << QString() << QString();
-    QTest::newRow("tour without folder") << QStringList{"--tour"} << true << false << M::window << QString() << QString();
-    QTest::newRow("unknown") << QStringList{"--fast"} << true << false << M::window << QString() << QString();
-    QTest::newRow("help") << QStringList{"--tour", "x", "-h"} << true << true << M::help << QStringLiteral("x") << QString();
+    const QStringList x11{":0", "", ""};
+    const auto row = [](const char *name, const QStringList &arguments, const QStringList &display, M mode,
+                        const QString &tourDir = {}, const QString &apiHost = {}) {
+        QTest::newRow(name) << arguments << display << true << mode << tourDir << apiHost;
+    };
+    row("X11: window", {}, x11, M::window);
+    row("Wayland: window", {}, {"", "wayland-0", ""}, M::window);
+    row("no display: tour", {}, {"", "", ""}, M::tour, "out/tour");
+    row("offscreen over X11: tour", {}, {":0", "", "offscreen"}, M::tour, "out/tour");
+    row("tour asked", {"--tour", "/tmp/x"}, x11, M::tour, "/tmp/x");
+    row("tour with =", {"--tour=pics"}, x11, M::tour, "pics");
+    row("api host", {"--api-host", "10.0.0.5:8443", "--token", "T", "--user-id", "7"}, x11, M::window, {}, "10.0.0.5:8443");
+    row("help", {"--tour", "x", "-h"}, x11, M::help, "x");
+    const auto refused = [&x11](const char *name, const QStringList &arguments) {
+        QTest::newRow(name) << arguments << x11 << false << M::window << QString() << QString();
+    };
+    refused("api host without token", {"--api-host", "h:1", "--user-id", "7"});
+    refused("api host with scheme", {"--api-host", "https://h:1", "--token", "T", "--user-id", "7"});
+    refused("user id not a number", {"--api-host", "h:1", "--token", "T", "--user-id", "x"});
+    refused("token alone", {"--token", "T"});
+    refused("tour without folder", {"--tour"});
+    refused("unknown", {"--fast"});
 }
 
 void TestDemoHost::options()
 {
     QFETCH(QStringList, arguments);
-    QFETCH(bool, withDisplay);
+    QFETCH(QStringList, display);
     QFETCH(bool, valid);
     QFETCH(DemoOptions::Mode, mode);
     QFETCH(QString, tourDir);
     QFETCH(QString, apiHost);
 
-    const DemoOptions::Display display{withDisplay ? QStringLiteral(":0") : QString(), QString(), QString()};
-    const auto parsed = DemoOptions::parse(arguments, display);
+    const auto parsed = DemoOptions::parse(arguments, DemoOptions::Display{display.at(0), display.at(1), display.at(2)});
     QCOMPARE(parsed.isSuccess(), valid);
     if (!valid) {
         QVERIFY(!parsed.error().isEmpty());
@@ -552,30 +509,8 @@ void TestDemoHost::options()
     QCOMPARE(parsed.value().mode, mode);
     QCOMPARE(parsed.value().tourDir, tourDir);
     QCOMPARE(parsed.value().apiHost.value_or(QString()), apiHost);
-}
-
-void TestDemoHost::displayChoosesTheTour_data()
-{
-    QTest::addColumn<QString>("display");
-    QTest::addColumn<QString>("wayland");
-    QTest::addColumn<QString>("platform");
-    QTest::addColumn<bool>("tour");
-    QTest::newRow("X11") << QStringLiteral(":0") << QString() << QString() << false;
-    QTest::newRow("Wayland") << QString() << QStringLiteral("wayland-0") << QString() << false;
-    QTest::newRow("nothing") << QString() << QString() << QString() << true;
-    QTest::newRow("offscreen over X11") << QStringLiteral(":0") << QString() << QStringLiteral("offscreen") << true;
-}
-
-void TestDemoHost::displayChoosesTheTour()
-{
-    QFETCH(QString, display);
-    QFETCH(QString, wayland);
-    QFETCH(QString, platform);
-    QFETCH(bool, tour);
-    const auto parsed = DemoOptions::parse({}, DemoOptions::Display{display, wayland, platform});
-    QVERIFY(parsed.isSuccess());
-    QCOMPARE(parsed.value().mode == DemoOptions::Mode::tour, tour);
-    QCOMPARE(parsed.value().tourForcedByDisplay, tour);
+    // The tour is forced only when it was not asked for.
+    QCOMPARE(parsed.value().tourForcedByDisplay, mode == DemoOptions::Mode::tour && arguments.isEmpty());
 }
 
 QTEST_MAIN(TestDemoHost)
