@@ -12,11 +12,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include <chrono>
-
 using namespace ravelin;
 using namespace ravelin::test;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -65,8 +62,6 @@ private slots:
     void transientAlertDismissesItselfThenCompletes_data();
     void transientAlertDismissesItselfThenCompletes();
     void transientCompletionDoesNotOutliveItsHost();
-    void transientAlertGoesWithItsWindow();
-    void eventAlertPutsSubtitleAndBodyOnTwoLines();
     void attributedMessageShowsItsText();
     void missingHostStopsTheProcess();
 };
@@ -238,31 +233,16 @@ void tst_AlertPresenter::transientCompletionDoesNotOutliveItsHost()
     // The alert still leaves after its delay, but the completion stays silent.
     QTRY_VERIFY_WITH_TIMEOUT(view.isNull(), 6000);
     QVERIFY(!completed);
-}
 
-void tst_AlertPresenter::transientAlertGoesWithItsWindow()
-{
-    bool completed = false;
-    QPointer<AlertView> view;
+    // An alert whose window goes leaves with it, silently too.
     {
-        Window window;
-        view = AlertPresenter::presentTransient(window.screen, QStringLiteral("Title"), QString(), 10ms,
-                                                [&completed] { completed = true; });
+        Window gone;
+        view = AlertPresenter::presentTransient(gone.screen, QStringLiteral("Title"), QString(),
+                                                std::chrono::milliseconds(10), [&completed] { completed = true; });
     }
     QVERIFY(view.isNull());
     QTest::qWait(100);
     QVERIFY(!completed);
-}
-
-void tst_AlertPresenter::eventAlertPutsSubtitleAndBodyOnTwoLines()
-{
-    Window window;
-    AlertView *view = AlertPresenter::presentEventAlert(window.screen, QStringLiteral("Task Event Update"),
-                                                        QStringLiteral("Pump maintenance"), QStringLiteral("Task deleted."),
-                                                        AlertPresenter::shortDelay);
-    QCOMPARE(view->title(), QStringLiteral("Task Event Update"));
-    QCOMPARE(view->message(), QStringLiteral("Pump maintenance\nTask deleted."));
-    QVERIFY(view->actionTitles().isEmpty());
 }
 
 void tst_AlertPresenter::attributedMessageShowsItsText()
@@ -270,13 +250,10 @@ void tst_AlertPresenter::attributedMessageShowsItsText()
     Window window;
     QVERIFY(window.show());
     QFont light;
-    light.setPointSize(12);
     light.setWeight(QFont::ExtraLight);
-    QFont regular;
-    regular.setPointSize(12);
     Alert alert;
     alert.title = QStringLiteral("Items Status Successfully Updated!");
-    alert.attributedMessage = AttributedText(QStringLiteral("\n Items:\n\n"), light).append(QStringLiteral("A\nB\nC"), regular);
+    alert.attributedMessage = AttributedText(QStringLiteral("\n Items:\n\n"), light).append(QStringLiteral("A\nB\nC"));
     AlertView *view = AlertPresenter::presentTransient(window.screen, alert, AlertPresenter::longDelay);
     QCOMPARE(view->message(), QStringLiteral("\n Items:\n\nA\nB\nC"));
     QVERIFY(view->attributedMessage().has_value());

@@ -31,8 +31,7 @@ class tst_KeyboardObserving : public QObject
 private slots:
     void showAndHideReachTheScreenOnce();
     void removedOrDestroyedScreensHearNothing();
-    void notifierPostsOnChanges_data();
-    void notifierPostsOnChanges();
+    void notifierPostsOnlyChanges();
 };
 
 void tst_KeyboardObserving::showAndHideReachTheScreenOnce()
@@ -70,39 +69,22 @@ void tst_KeyboardObserving::removedOrDestroyedScreensHearNothing()
     center.post(KeyboardNotificationNames::keyboardWillHide);
 }
 
-void tst_KeyboardObserving::notifierPostsOnChanges_data()
+void tst_KeyboardObserving::notifierPostsOnlyChanges()
 {
-    QTest::addColumn<QList<bool>>("visible");
-    QTest::addColumn<QList<QRectF>>("frames");
-    QTest::addColumn<QList<QRectF>>("expectedShown");
-    QTest::addColumn<int>("expectedHidden");
-
-    const QRectF low(0, 500, 390, 344);
-    const QRectF high(0, 450, 390, 394);
-    QTest::newRow("appears then goes") << QList<bool>{true, false} << QList<QRectF>{low, QRectF()}
-                                       << QList<QRectF>{low} << 1;
-    QTest::newRow("same frame twice") << QList<bool>{true, true} << QList<QRectF>{low, low} << QList<QRectF>{low} << 0;
-    QTest::newRow("frame changes while shown") << QList<bool>{true, true} << QList<QRectF>{low, high}
-                                               << QList<QRectF>{low, high} << 0;
-    QTest::newRow("hidden while hidden") << QList<bool>{false, false} << QList<QRectF>{QRectF(), QRectF()}
-                                         << QList<QRectF>{} << 0;
-}
-
-void tst_KeyboardObserving::notifierPostsOnChanges()
-{
-    QFETCH(QList<bool>, visible);
-    QFETCH(QList<QRectF>, frames);
-    QFETCH(QList<QRectF>, expectedShown);
-    QFETCH(int, expectedHidden);
-
     NotificationCenter center;
     Screen screen;
     screen.addKeyboardObservers(center);
     KeyboardNotifier notifier(center, nullptr);
-    for (qsizetype index = 0; index < visible.size(); ++index)
-        notifier.keyboardChanged(visible.at(index), frames.at(index));
-    QCOMPARE(screen.shown, expectedShown);
-    QCOMPARE(screen.hidden, expectedHidden);
+    const QRectF low(0, 500, 390, 344);
+    const QRectF high(0, 450, 390, 394);
+    notifier.keyboardChanged(false, QRectF()); // hidden while hidden
+    notifier.keyboardChanged(true, low);
+    notifier.keyboardChanged(true, low); // the same frame again
+    notifier.keyboardChanged(true, high);
+    notifier.keyboardChanged(false, QRectF());
+    notifier.keyboardChanged(false, QRectF());
+    QCOMPARE(screen.shown, (QList<QRectF>{low, high}));
+    QCOMPARE(screen.hidden, 1);
 }
 
 QTEST_MAIN(tst_KeyboardObserving)

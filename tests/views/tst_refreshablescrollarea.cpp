@@ -184,11 +184,11 @@ void tst_RefreshableScrollArea::spinnerAndTitleTakeTheTint()
     const QImage image = grabShot(*m_area, QStringLiteral("refreshablescrollarea"));
     // The spinner's spokes are drawn in the tint somewhere in the band.
     bool tinted = false;
-    for (int y = 0; y < band && !tinted; ++y) {
-        for (int x = 0; x < image.width() && !tinted; ++x) {
+    for (int y = 0; y < band; ++y) {
+        for (int x = 0; x < image.width(); ++x) {
             const QColor c = image.pixelColor(x, y);
-            tinted = qAbs(c.red() - tint.red()) < 40 && qAbs(c.green() - tint.green()) < 40
-                  && qAbs(c.blue() - tint.blue()) < 40;
+            tinted = tinted || (qAbs(c.red() - tint.red()) < 40 && qAbs(c.green() - tint.green()) < 40
+                                && qAbs(c.blue() - tint.blue()) < 40);
         }
     }
     QVERIFY(tinted);

@@ -11,10 +11,7 @@ class tst_ViewGeometry : public QObject
 private slots:
     void roundedBorder_data();
     void roundedBorder();
-    void cellFrame_data();
-    void cellFrame();
-    void fittedCellHeight_data();
-    void fittedCellHeight();
+    void cellFrameAndHeight();
 };
 
 void tst_ViewGeometry::roundedBorder_data()
@@ -43,39 +40,16 @@ void tst_ViewGeometry::roundedBorder()
              (RoundedBorder{expectedRect, expectedRadius, borderWidth}));
 }
 
-void tst_ViewGeometry::cellFrame_data()
+void tst_ViewGeometry::cellFrameAndHeight()
 {
-    QTest::addColumn<QRect>("given");
-    QTest::addColumn<QRect>("expected");
-    QTest::newRow("fitted cell 320 x 100") << QRect(0, 0, 320, 100) << QRect(2, 2, 316, 96);
-    QTest::newRow("second row") << QRect(0, 100, 320, 100) << QRect(2, 102, 316, 96);
-    QTest::newRow("item row 75 high") << QRect(0, 0, 390, 75) << QRect(2, 2, 386, 71);
-}
-
-void tst_ViewGeometry::cellFrame()
-{
-    QFETCH(QRect, given);
-    QFETCH(QRect, expected);
-    QCOMPARE(ViewGeometry::cellFrame(given), expected);
-    QCOMPARE(ViewGeometry::cellFrame(QRectF(given)), QRectF(expected));
-}
-
-void tst_ViewGeometry::fittedCellHeight_data()
-{
-    QTest::addColumn<qreal>("laidOut");
-    QTest::addColumn<qreal>("minHeight");
-    QTest::addColumn<qreal>("expected");
-    QTest::newRow("60 below the default minimum") << 60.0 << 100.0 << 100.0;
-    QTest::newRow("taller than the minimum") << 140.5 << 100.0 << 140.5;
-    QTest::newRow("item cell minimum 75") << 44.0 << 75.0 << 75.0;
-}
-
-void tst_ViewGeometry::fittedCellHeight()
-{
-    QFETCH(qreal, laidOut);
-    QFETCH(qreal, minHeight);
-    QFETCH(qreal, expected);
-    QCOMPARE(ViewGeometry::fittedCellHeight(laidOut, minHeight), expected);
+    // A 2-pixel gap on every side, at any position.
+    QCOMPARE(ViewGeometry::cellFrame(QRect(0, 0, 320, 100)), QRect(2, 2, 316, 96));
+    QCOMPARE(ViewGeometry::cellFrame(QRect(0, 100, 390, 75)), QRect(2, 102, 386, 71));
+    QCOMPARE(ViewGeometry::cellFrame(QRectF(0, 100, 390, 75)), QRectF(2, 102, 386, 71));
+    // Never lower than the minimum.
+    QCOMPARE(ViewGeometry::fittedCellHeight(60, 100), 100.0);
+    QCOMPARE(ViewGeometry::fittedCellHeight(140.5, 100), 140.5);
+    QCOMPARE(ViewGeometry::fittedCellHeight(44, 75), 75.0);
 }
 
 QTEST_GUILESS_MAIN(tst_ViewGeometry)
