@@ -1,34 +1,15 @@
 #include "demo/server/demoserver.h"
 
-#include "demo/common/selfsignedcertificate.h"
+#include "demo/common/loopbackserver.h"
 #include "demo/server/demoapi.h"
 
 #include <httplib.h>
 
-#include <sys/socket.h>
-
-#include <atomic>
 #include <chrono>
-#include <thread>
 
 namespace ravelin {
 
 namespace {
-
-// One request per connection: no idle keep-alive connection holds a server
-// thread when the server stops. A silent connection is dropped after this long.
-constexpr size_t kRequestsPerConnection = 1;
-constexpr time_t kIdleSeconds = 2;
-constexpr size_t kMaxBodyBytes = 32 * 1024 * 1024;
-constexpr auto kStartTimeout = std::chrono::seconds(10);
-
-// Address reuse for a quick restart, but not SO_REUSEPORT (the library's
-// default), which would let a second server listen on the same port.
-void listeningSocketOptions(socket_t socket)
-{
-    int yes = 1;
-    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-}
 
 DemoRequest toDemoRequest(const httplib::Request &request)
 {
@@ -43,6 +24,14 @@ DemoRequest toDemoRequest(const httplib::Request &request)
     return out;
 }
 
+void serve(DemoApi &api, const httplib::Request &request, httplib::Response &response)
+{
+    const DemoResponse answer = api.handle(toDemoRequest(request));
+    response.status = answer.status;
+    response.set_content(answer.body.constData(), static_cast<size_t>(answer.body.size()),
+                         answer.contentType.toStdString());
+}
+
 } // namespace
 
 struct DemoServer::Private
@@ -50,17 +39,14 @@ struct DemoServer::Private
     // The certificate is checked by TLS peers against their real time, whatever
     // time the deployment runs on; it is therefore dated by the system clock.
     Private(DemoData data, DemoClock clock)
-        : certificate(SelfSignedCertificate::create(std::chrono::system_clock::now()))
-        , api(std::move(data), std::move(clock))
+        : api(std::move(data), std::move(clock))
+        , server(SelfSignedCertificate::create(std::chrono::system_clock::now()),
+                 [this](const httplib::Request &request, httplib::Response &response) { serve(api, request, response); })
     {
     }
 
-    SelfSignedCertificate certificate;
     DemoApi api;
-    std::unique_ptr<httplib::SSLServer> server;
-    std::thread thread;
-    std::atomic<bool> finished{true};
-    int port = 0;
+    LoopbackServer server; // last: it stops serving before the API goes
 };
 
 DemoServer::DemoServer(DemoData data, DemoClock clock)
@@ -68,97 +54,36 @@ DemoServer::DemoServer(DemoData data, DemoClock clock)
 {
 }
 
-DemoServer::~DemoServer()
-{
-    stop();
-}
+DemoServer::~DemoServer() = default;
 
 bool DemoServer::start(quint16 port)
 {
-    if (d->server)
-        return false;
-    auto server = std::make_unique<httplib::SSLServer>(d->certificate.certificate(), d->certificate.privateKey());
-    if (!server->is_valid())
-        return false;
-
-    DemoApi *api = &d->api;
-    const auto serve = [api](const httplib::Request &request, httplib::Response &response) {
-        const DemoResponse answer = api->handle(toDemoRequest(request));
-        response.status = answer.status;
-        response.set_content(answer.body.constData(), static_cast<size_t>(answer.body.size()),
-                             answer.contentType.toStdString());
-    };
-    server->Get(".*", serve);
-    server->Post(".*", serve);
-    server->Put(".*", serve);
-    server->Patch(".*", serve);
-    server->Delete(".*", serve);
-    server->set_socket_options(listeningSocketOptions);
-    server->set_keep_alive_max_count(kRequestsPerConnection);
-    server->set_keep_alive_timeout(kIdleSeconds);
-    server->set_read_timeout(kIdleSeconds);
-    server->set_payload_max_length(kMaxBodyBytes);
-
-    int bound = 0;
-    if (port == 0) {
-        bound = server->bind_to_any_port("127.0.0.1");
-    } else if (server->bind_to_port("127.0.0.1", port)) {
-        bound = port;
-    }
-    if (bound <= 0)
-        return false;
-
-    httplib::SSLServer *raw = server.get();
-    d->finished = false;
-    d->thread = std::thread([raw, &finished = d->finished] {
-        raw->listen_after_bind();
-        finished = true;
-    });
-    const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
-    while (!raw->is_running() && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    d->server = std::move(server);
-    d->port = bound;
-    if (!raw->is_running()) {
-        stop();
-        return false;
-    }
-    return true;
+    return d->server.start(port);
 }
 
 void DemoServer::stop()
 {
-    if (!d->server)
-        return;
-    // stop() only takes effect once the server loop runs; repeat it until the loop has ended.
-    while (!d->finished) {
-        d->server->stop();
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    if (d->thread.joinable())
-        d->thread.join();
-    d->server.reset();
-    d->port = 0;
+    d->server.stop();
 }
 
 bool DemoServer::isRunning() const
 {
-    return d->server && d->server->is_running();
+    return d->server.isRunning();
 }
 
 quint16 DemoServer::port() const
 {
-    return static_cast<quint16>(d->port);
+    return d->server.port();
 }
 
 QString DemoServer::baseUrl() const
 {
-    return QStringLiteral("127.0.0.1:%1").arg(port());
+    return d->server.baseUrl();
 }
 
 QByteArray DemoServer::certificatePem() const
 {
-    return d->certificate.certificatePem();
+    return d->server.certificatePem();
 }
 
 std::optional<QString> DemoServer::signIn(qint64 userId)

@@ -1,37 +1,18 @@
 #include "support/testserver.h"
 
 #include "api/fatalerror.h"
-#include "demo/common/selfsignedcertificate.h"
+#include "demo/common/loopbackserver.h"
 
 #include <QUrlQuery>
 
 #include <httplib.h>
 
-#include <sys/socket.h>
-
-#include <chrono>
 #include <map>
 #include <mutex>
-#include <thread>
 
 namespace ravelin::test {
 
 namespace {
-
-// Every connection is closed after one answer, so that no idle keep-alive
-// connection holds a server thread when the server stops; a connection that
-// opens but stays silent is dropped after this long, which bounds the stop.
-constexpr size_t kRequestsPerConnection = 1;
-constexpr time_t kKeepAliveSeconds = 1;
-constexpr auto kStartTimeout = std::chrono::seconds(10);
-
-// Address reuse, but not SO_REUSEPORT (the library's default), so that no
-// two servers ever share a port.
-void listeningSocketOptions(socket_t socket)
-{
-    int yes = 1;
-    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-}
 
 RecordedRequest record(const httplib::Request &request)
 {
@@ -88,12 +69,6 @@ std::optional<QString> RecordedRequest::queryValue(const QString &name) const
 
 struct TestServer::Private
 {
-    Private()
-        : certificate(SelfSignedCertificate::create())
-        , server(certificate.certificate(), certificate.privateKey())
-    {
-    }
-
     void serve(const httplib::Request &request, httplib::Response &response)
     {
         RecordedRequest recorded = record(request);
@@ -128,65 +103,33 @@ struct TestServer::Private
         return best ? best->handler : Handler();
     }
 
-    SelfSignedCertificate certificate;
-    httplib::SSLServer server;
-    std::thread thread;
-    int port = -1;
-
     mutable std::mutex mutex;
     std::map<std::pair<QByteArray, QString>, Handler> exactRoutes;
     QList<PrefixRoute> prefixRoutes;
     QList<RecordedRequest> received;
+    std::unique_ptr<LoopbackServer> server; // last: it stops serving before the routes go
 };
 
 TestServer::TestServer()
     : d(std::make_unique<Private>())
 {
-    if (!d->server.is_valid())
-        fatalError(QStringLiteral("The test server could not set up TLS"), "TestServer");
-
-    const auto serve = [this](const httplib::Request &request, httplib::Response &response) {
-        d->serve(request, response);
-    };
-    d->server.Get(".*", serve);
-    d->server.Post(".*", serve);
-    d->server.Put(".*", serve);
-    d->server.Patch(".*", serve);
-    d->server.Delete(".*", serve);
-    d->server.Options(".*", serve);
-    d->server.set_socket_options(listeningSocketOptions);
-    d->server.set_keep_alive_max_count(kRequestsPerConnection);
-    d->server.set_keep_alive_timeout(kKeepAliveSeconds);
-
-    d->port = d->server.bind_to_any_port("127.0.0.1");
-    if (d->port <= 0)
-        fatalError(QStringLiteral("The test server could not bind to 127.0.0.1"), "TestServer");
-    d->thread = std::thread([this] { d->server.listen_after_bind(); });
-
-    const auto deadline = std::chrono::steady_clock::now() + kStartTimeout;
-    while (!d->server.is_running()) {
-        if (std::chrono::steady_clock::now() > deadline) {
-            fatalError(QStringLiteral("The test server did not start listening"), "TestServer");
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    d->server = std::make_unique<LoopbackServer>(
+        SelfSignedCertificate::create(),
+        [this](const httplib::Request &request, httplib::Response &response) { d->serve(request, response); });
+    if (!d->server->start())
+        fatalError(QStringLiteral("The test server could not listen on 127.0.0.1"), "TestServer");
 }
 
-TestServer::~TestServer()
-{
-    d->server.stop();
-    if (d->thread.joinable())
-        d->thread.join();
-}
+TestServer::~TestServer() = default;
 
 quint16 TestServer::port() const
 {
-    return static_cast<quint16>(d->port);
+    return d->server->port();
 }
 
 QString TestServer::baseUrl() const
 {
-    return QStringLiteral("127.0.0.1:%1").arg(port());
+    return d->server->baseUrl();
 }
 
 void TestServer::on(const QByteArray &method, const QString &path, CannedResponse response)
