@@ -86,7 +86,6 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
     ApiQueue *apiQueue = &queue;
 
     withFreshSession(
-        queue, guard,
         [this, route, apiQueue, guard, decode = std::move(decode), guardedFail] {
             sendRaw(route, [apiQueue, guard, decode, guardedFail](const RawReply &reply) {
                 if (!reply.status) {
@@ -119,10 +118,8 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
         guardedFail);
 }
 
-void NetworkManager::withFreshSession(ApiQueue &queue, QPointer<QObject> guard, std::function<void()> proceed, Failure fail)
+void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fail)
 {
-    Q_UNUSED(queue)
-    Q_UNUSED(guard)
     auto session = m_store->load();
     if (!session) {
         notifySessionExpired();
@@ -197,7 +194,6 @@ void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObj
     const Router route = Router::getFile(path, isThumb);
 
     withFreshSession(
-        ApiQueue::shared(), guard,
         [this, route, guard, completion] {
             sendRaw(route, [guard, completion](const RawReply &reply) {
                 if (!guard)

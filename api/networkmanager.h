@@ -90,7 +90,7 @@ private:
 
     void perform(const Router &route, ApiQueue &queue, const QObject *context, DecodeJob decode, Failure fail);
     // Checks the session and the token, then runs `proceed` (or fails).
-    void withFreshSession(ApiQueue &queue, QPointer<QObject> guard, std::function<void()> proceed, Failure fail);
+    void withFreshSession(std::function<void()> proceed, Failure fail);
     void sendRaw(const Router &route, std::function<void(const RawReply &)> handler);
     void notifySessionExpired() const;
     [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const;
