@@ -26,16 +26,18 @@ AlertView *AlertPresenter::presentTransient(QWidget *host, Alert alert, std::chr
     alert.actions.clear();
     AlertView *view = present(host, std::move(alert));
     const QPointer<QWidget> guardedHost(host);
-    // The alert is the timer's context: if the window (and with it the alert)
-    // goes first, nothing fires; if only the host goes, the alert still leaves
-    // but the completion does not run.
-    QTimer::singleShot(delay, view, [view, guardedHost, completion = std::move(completion)] {
+    // The alert is the context: if the window (and with it the alert) goes
+    // first, nothing fires; if only the host goes, the alert still leaves but
+    // the completion does not run. Escape ends the wait early, to the same end.
+    const auto finish = [view, guardedHost, completion = std::move(completion)] {
         if (view->isDismissed())
             return;
         view->dismiss();
         if (guardedHost && completion)
             completion();
-    });
+    };
+    QObject::connect(view, &AlertView::dismissalRequested, view, finish);
+    QTimer::singleShot(delay, view, finish);
     return view;
 }
 

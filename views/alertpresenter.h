@@ -24,8 +24,9 @@ public:
     // An alert with buttons over the host's window.
     static AlertView *present(QWidget *host, Alert alert);
 
-    // An alert without buttons that dismisses itself after the delay and then
-    // runs the completion, unless the host is gone by then (then nothing runs).
+    // An alert without buttons that dismisses itself after the delay (or
+    // earlier, on Escape) and then runs the completion, unless the host is gone
+    // by then (then nothing runs).
     static AlertView *presentTransient(QWidget *host, Alert alert, std::chrono::milliseconds delay,
                                        std::function<void()> completion = {});
     static AlertView *presentTransient(QWidget *host, const QString &title, const QString &message,

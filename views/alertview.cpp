@@ -1,12 +1,18 @@
 #include "views/alertview.h"
 
 #include "resources/namedcolors.h"
+#include "views/accessiblefactory.h"
+#include "views/focuschain.h"
+#include "views/focusring.h"
 #include "views/roundedview.h"
+#include "views/textscale.h"
 
+#include <QAccessible>
 #include <QBoxLayout>
 #include <QEvent>
 #include <QFrame>
 #include <QKeyEvent>
+#include <QMetaMethod>
 #include <QLabel>
 #include <QPainter>
 #include <QPointer>
@@ -51,11 +57,16 @@ AlertView::AlertView(Alert alert, QWidget *window)
     : QWidget(window)
     , m_alert(std::move(alert))
 {
+    AccessibleFactory::describe(staticMetaObject, QAccessible::AlertMessage);
     setObjectName(objectNameForAlerts);
+    // Heard as its title (or its message when it has none), then its message.
+    setAccessibleName(m_alert.title.isEmpty() ? message() : m_alert.title);
+    setAccessibleDescription(m_alert.title.isEmpty() ? QString() : message());
     if (window != nullptr)
         m_previousFocus = window->focusWidget();
     setAttribute(Qt::WA_NoMousePropagation);
-    setFocusPolicy(Qt::StrongFocus);
+    // It takes the focus when it shows; Tab then goes to its buttons.
+    setFocusPolicy(Qt::ClickFocus);
     build();
     if (window != nullptr)
         window->installEventFilter(this);
@@ -130,9 +141,27 @@ bool AlertView::eventFilter(QObject *watched, QEvent *event)
 
 void AlertView::keyPressEvent(QKeyEvent *event)
 {
+    if (FocusChain::clickFocusedButton(this, event))
+        return;
     if (event->key() == Qt::Key_Escape) {
+        // The answer that changes nothing: the cancel button, else a button
+        // that only closes the alert; an alert without buttons just goes.
+        if (m_alert.actions.isEmpty()) {
+            // Whoever shows it decides what its going leads to.
+            if (isSignalConnected(QMetaMethod::fromSignal(&AlertView::dismissalRequested)))
+                emit dismissalRequested();
+            else
+                dismiss();
+            return;
+        }
         for (const AlertAction &action : std::as_const(m_alert.actions)) {
             if (action.style == AlertActionStyle::cancel) {
+                triggerAction(action.title);
+                return;
+            }
+        }
+        for (const AlertAction &action : std::as_const(m_alert.actions)) {
+            if (!action.handler) {
                 triggerAction(action.title);
                 return;
             }
@@ -140,6 +169,20 @@ void AlertView::keyPressEvent(QKeyEvent *event)
     }
     // Nothing reaches the screen under the alert.
     event->accept();
+}
+
+bool AlertView::focusNextPrevChild(bool next)
+{
+    // Tab goes round the alert's buttons only.
+    FocusChain::moveWithin(this, next);
+    return true;
+}
+
+void AlertView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    QAccessibleEvent shown(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&shown);
 }
 
 void AlertView::mousePressEvent(QMouseEvent *event)
@@ -171,7 +214,7 @@ void AlertView::build()
     titleLabel->setWordWrap(true);
     titleLabel->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     QFont titleFont = titleLabel->font();
-    titleFont.setPointSizeF(12.5);
+    titleFont.setPointSizeF(TextScale::scaled(12.5));
     titleFont.setWeight(QFont::DemiBold);
     titleLabel->setFont(titleFont);
     QPalette titlePalette = titleLabel->palette();
@@ -185,7 +228,7 @@ void AlertView::build()
     messageLabel->setWordWrap(true);
     messageLabel->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     QFont messageFont = messageLabel->font();
-    messageFont.setPointSizeF(10.0);
+    messageFont.setPointSizeF(TextScale::scaled(10.0));
     messageLabel->setFont(messageFont);
     QPalette messagePalette = messageLabel->palette();
     messagePalette.setColor(QPalette::WindowText, labelColor);
@@ -215,17 +258,20 @@ void AlertView::build()
             buttons->addWidget(hairline(m_card, sideBySide ? Qt::Vertical : Qt::Horizontal));
         auto *button = new QPushButton(action.title, m_card);
         button->setObjectName(QStringLiteral("alertAction"));
+        button->setFocusPolicy(Qt::TabFocus);
         button->setFlat(true);
         button->setCursor(Qt::PointingHandCursor);
-        button->setMinimumHeight(buttonHeight);
+        button->setMinimumHeight(TextScale::scaled(buttonHeight));
         button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         QFont buttonFont = button->font();
-        buttonFont.setPointSizeF(12.0);
+        buttonFont.setPointSizeF(TextScale::scaled(12.0));
         buttonFont.setWeight(action.style == AlertActionStyle::cancel ? QFont::DemiBold : QFont::Normal);
         button->setFont(buttonFont);
-        button->setStyleSheet(QStringLiteral("QPushButton { border: none; background: transparent; color: %1; }"
-                                             "QPushButton:pressed { background: rgba(127, 127, 127, 40); }")
-                                  .arg(actionColor(action.style).name()));
+        button->setStyleSheet(QStringLiteral("QPushButton { border: 2px solid transparent; border-radius: 10px;"
+                                             " background: transparent; color: %1; }"
+                                             "QPushButton:pressed { background: rgba(127, 127, 127, 40); }"
+                                             "QPushButton:focus { border-color: %2; }")
+                                  .arg(actionColor(action.style).name(), FocusRing::color().name()));
         const QString title = action.title;
         connect(button, &QPushButton::clicked, this, [this, title] { triggerAction(title); });
         buttons->addWidget(button);
@@ -240,7 +286,7 @@ void AlertView::coverWindow()
     if (window == nullptr)
         return;
     setGeometry(window->rect());
-    const int width = std::max(120, std::min(cardWidth, window->width() - 2 * windowMargin));
+    const int width = std::max(120, std::min(TextScale::scaled(cardWidth), window->width() - 2 * windowMargin));
     const int height = m_card->layout()->totalHeightForWidth(width);
     m_card->setGeometry((window->width() - width) / 2, (window->height() - height) / 2, width,
                         std::max(height, m_card->layout()->totalMinimumSize().height()));

@@ -16,6 +16,11 @@ class RoundedView;
 // An alert shown inside a window: it dims the whole window and shows a centred
 // rounded card with the title, the message and the buttons. It blocks the
 // window's content while it is up. Its object name is "alert".
+//
+// Assistive technology hears it as an alert named by its title. From the
+// keyboard, Tab goes round its buttons, Enter or Space presses the focused one,
+// and Escape gives the answer that changes nothing (the cancel button, else a
+// button without an action) or takes away an alert without buttons.
 class AlertView : public QWidget
 {
     Q_OBJECT
@@ -44,12 +49,16 @@ public:
 
 signals:
     void dismissed();
+    // Escape on an alert without buttons: its presenter takes it away.
+    void dismissalRequested();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     void build();

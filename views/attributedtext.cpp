@@ -35,7 +35,7 @@ QString cssFor(const TextRun &run)
 
 AttributedText::AttributedText(const QString &text, std::optional<QFont> font, std::optional<QColor> color)
 {
-    append(text, std::move(font), std::move(color));
+    append(text, std::move(font), color);
 }
 
 AttributedText &AttributedText::append(const QString &text, std::optional<QFont> font, std::optional<QColor> color)
@@ -45,7 +45,7 @@ AttributedText &AttributedText::append(const QString &text, std::optional<QFont>
     TextRun run;
     run.text = text;
     run.font = std::move(font);
-    run.color = std::move(color);
+    run.color = color;
     m_runs.append(std::move(run));
     return *this;
 }

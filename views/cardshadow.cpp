@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPixmap>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QWidget>
 
@@ -68,9 +70,9 @@ public:
     ShadowLayer(QWidget *target, const QString &name, ShadowStyle style, qreal cornerRadius, std::optional<QColor> fill)
         : QWidget(target->parentWidget())
         , m_target(target)
-        , m_style(std::move(style))
+        , m_style(style)
         , m_cornerRadius(cornerRadius)
-        , m_fill(std::move(fill))
+        , m_fill(fill)
     {
         setObjectName(name);
         setProperty(targetProperty, QVariant::fromValue(static_cast<QObject *>(target)));
@@ -250,14 +252,36 @@ void CardShadow::paintShadow(QPainter &painter, const QRectF &shape, qreal corne
 
 void CardShadow::paintCard(QPainter &painter, const QRectF &frame, qreal cornerRadius, const QColor &color)
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    paintShadow(painter, frame, cornerRadius, lightShadowStyle());
-    paintShadow(painter, frame, cornerRadius, darkShadowStyle());
-    QPainterPath path;
-    path.addRoundedRect(frame, cornerRadius, cornerRadius);
-    painter.fillPath(path, color);
-    painter.restore();
+    // Cards of one size look alike: drawn once (shadows and fill) and then copied.
+    const qreal ratio = painter.device() != nullptr ? painter.device()->devicePixelRatioF() : 1.0;
+    const ShadowStyle light = lightShadowStyle();
+    const ShadowStyle dark = darkShadowStyle();
+    const qreal margin = std::ceil(std::max(reach(light), reach(dark)) + 1);
+    const QSizeF size(frame.width() + 2 * margin, frame.height() + 2 * margin);
+    const QString key = QStringLiteral("ravelin-card-%1x%2-%3-%4-%5-%6")
+                            .arg(frame.width())
+                            .arg(frame.height())
+                            .arg(cornerRadius)
+                            .arg(color.rgba(), 0, 16)
+                            .arg(light.color.rgba(), 0, 16)
+                            .arg(ratio);
+    QPixmap card;
+    if (!QPixmapCache::find(key, &card)) {
+        card = QPixmap((size * ratio).toSize());
+        card.setDevicePixelRatio(ratio);
+        card.fill(Qt::transparent);
+        QPainter cardPainter(&card);
+        cardPainter.setRenderHint(QPainter::Antialiasing);
+        const QRectF shape(QPointF(margin, margin), frame.size());
+        paintShadow(cardPainter, shape, cornerRadius, light);
+        paintShadow(cardPainter, shape, cornerRadius, dark);
+        QPainterPath path;
+        path.addRoundedRect(shape, cornerRadius, cornerRadius);
+        cardPainter.fillPath(path, color);
+        cardPainter.end();
+        QPixmapCache::insert(key, card);
+    }
+    painter.drawPixmap(frame.topLeft() - QPointF(margin, margin), card);
 }
 
 } // namespace ravelin

@@ -1,5 +1,7 @@
 #include "views/refreshablescrollarea.h"
 
+#include "views/textscale.h"
+
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -47,6 +49,8 @@ public:
     void setTitle(const QString &title)
     {
         m_title = title;
+        // A screen reader hears what the spinner is busy with.
+        setAccessibleName(title);
         update();
     }
 
@@ -88,8 +92,7 @@ protected:
         painter.setRenderHint(QPainter::TextAntialiasing);
         painter.setOpacity(std::clamp<qreal>(qreal(height()) / RefreshableScrollArea::indicatorHeight, 0, 1));
 
-        QFont titleFont = font();
-        titleFont.setPixelSize(12);
+        const QFont titleFont = TextScale::font(font(), 12);
         const QFontMetricsF metrics(titleFont);
         const qreal block = spinnerSize + (m_title.isEmpty() ? 0 : 6 + metrics.height());
         // The block sits in the middle of the last indicatorHeight pixels, so it
@@ -141,6 +144,9 @@ RefreshableScrollArea::RefreshableScrollArea(QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Not a stop of its own for Tab: it follows the focus through its content,
+    // and Page Up and Page Down still scroll it from there.
+    setFocusPolicy(Qt::NoFocus);
 
     m_indicator = new RefreshIndicator(this);
     m_indicator->setColor(m_tintColor);

@@ -72,7 +72,7 @@ void tst_PieChartView::sliceAngles()
     QFETCH(QList<qreal>, values);
     QFETCH(qreal, gap);
     QFETCH(QList<SliceAngles>, expected);
-    QCOMPARE(PieChartView::sliceAngles(values, gap), expected);
+    QCOMPARE(ChartPainter::sliceAngles(values, gap), expected);
 }
 
 void tst_PieChartView::chartsKeepTheirSlicesAndCentreText()
@@ -126,7 +126,7 @@ void tst_PieChartView::progressIsClampedAndCentred()
 
 void tst_PieChartView::chartFontIsLightAtSizeNine()
 {
-    const QFont font = PieChartView::chartFont();
+    const QFont font = ChartPainter::font();
     QCOMPARE(font.pointSize(), 9);
     QCOMPARE(font.families().constFirst(), QStringLiteral("HelveticaNeue-Light"));
     QCOMPARE(font.weight(), QFont::Light);
