@@ -6,19 +6,18 @@ namespace ravelin {
 
 namespace {
 
-bool digits(std::string_view text, std::size_t at, std::size_t count, int &value)
+// A character, or two, as a number; a character that is not a digit is noted
+// in `notDigits`.
+Q_ALWAYS_INLINE int oneDigit(char c, unsigned &notDigits)
 {
-    if (at + count > text.size())
-        return false;
-    int v = 0;
-    for (std::size_t i = at; i < at + count; ++i) {
-        const char c = text[i];
-        if (c < '0' || c > '9')
-            return false;
-        v = v * 10 + (c - '0');
-    }
-    value = v;
-    return true;
+    const unsigned d = unsigned(static_cast<unsigned char>(c)) - unsigned('0');
+    notDigits |= unsigned(d > 9);
+    return int(d);
+}
+
+Q_ALWAYS_INLINE int twoDigits(const char *p, unsigned &notDigits)
+{
+    return oneDigit(p[0], notDigits) * 10 + oneDigit(p[1], notDigits);
 }
 
 bool isLeap(int year)
@@ -37,39 +36,45 @@ int daysInMonth(int year, int month)
 std::optional<qint64> parseServerDateMSecs(std::string_view s)
 {
     // yyyy-MM-ddTHH:mm:ss.SSS is 23 characters, the zone follows.
-    int year, month, day, hour, minute, second, millis;
     if (s.size() < 24 || s[4] != '-' || s[7] != '-' || s[10] != 'T' || s[13] != ':' || s[16] != ':' || s[19] != '.')
         return std::nullopt;
-    if (!digits(s, 0, 4, year) || !digits(s, 5, 2, month) || !digits(s, 8, 2, day) || !digits(s, 11, 2, hour)
-        || !digits(s, 14, 2, minute) || !digits(s, 17, 2, second) || !digits(s, 20, 3, millis))
-        return std::nullopt;
-    if (month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month) || hour > 23 || minute > 59 || second > 59)
+    // The digits are read without a check each; one check at the end tells
+    // whether every one of them was a digit.
+    const char *p = s.data();
+    unsigned notDigits = 0;
+    const int year = twoDigits(p, notDigits) * 100 + twoDigits(p + 2, notDigits);
+    const int month = twoDigits(p + 5, notDigits);
+    const int day = twoDigits(p + 8, notDigits);
+    const int hour = twoDigits(p + 11, notDigits);
+    const int minute = twoDigits(p + 14, notDigits);
+    const int second = twoDigits(p + 17, notDigits);
+    const int millis = oneDigit(p[20], notDigits) * 100 + twoDigits(p + 21, notDigits);
+    if (notDigits || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month) || hour > 23 || minute > 59
+        || second > 59)
         return std::nullopt;
 
+    // "Z", or an offset: "+HH", "+HHMM" or "+HH:MM".
     int offsetMinutes = 0;
     const std::string_view zone = s.substr(23);
     if (zone != "Z") {
+        const char *z = zone.data();
+        int zm = 0;
         if (zone[0] != '+' && zone[0] != '-')
             return std::nullopt;
-        int zh = 0, zm = 0;
-        if (!digits(zone, 1, 2, zh))
+        if (zone.size() == 5)
+            zm = twoDigits(z + 3, notDigits);
+        else if (zone.size() == 6 && zone[3] == ':')
+            zm = twoDigits(z + 4, notDigits);
+        else if (zone.size() != 3)
             return std::nullopt;
-        if (zone.size() == 5) {
-            if (!digits(zone, 3, 2, zm))
-                return std::nullopt;
-        } else if (zone.size() == 6) {
-            if (zone[3] != ':' || !digits(zone, 4, 2, zm))
-                return std::nullopt;
-        } else if (zone.size() != 3) {
-            return std::nullopt;
-        }
-        if (zh > 23 || zm > 59)
+        const int zh = twoDigits(z + 1, notDigits);
+        if (notDigits || zh > 23 || zm > 59)
             return std::nullopt;
         offsetMinutes = (zh * 60 + zm) * (zone[0] == '-' ? -1 : 1);
     }
 
     const qint64 days = daysFromCivil(year, unsigned(month), unsigned(day));
-    const qint64 seconds = days * 86400 + hour * 3600 + minute * 60 + second - qint64(offsetMinutes) * 60;
+    const qint64 seconds = days * 86400 + qint64(hour) * 3600 + qint64(minute) * 60 + second - qint64(offsetMinutes) * 60;
     return seconds * 1000 + millis;
 }
 

@@ -1,34 +1,21 @@
 #include "api/debuglog.h"
 
-#include <QDebug>
-
-#include <mutex>
-
 namespace ravelin {
 
-namespace {
-std::mutex s_mutex;
-LogSink s_sink;
-} // namespace
+Q_LOGGING_CATEGORY(lcApi, "ravelin.api")
+Q_LOGGING_CATEGORY(lcHost, "ravelin.host")
+Q_LOGGING_CATEGORY(lcTasks, "ravelin.tasks")
+Q_LOGGING_CATEGORY(lcItems, "ravelin.items")
+Q_LOGGING_CATEGORY(lcComments, "ravelin.comments")
 
-void debugLog(const QString &line)
+void debugLog(LogCategory category, const QString &line)
 {
-    std::lock_guard lock(s_mutex);
-    if (s_sink)
-        s_sink(line);
-    else
-        qDebug().noquote() << line;
+    qCDebug(category).noquote() << line;
 }
 
-void debugLog(const QString &label, const QString &value)
+void debugLog(LogCategory category, const QString &label, const QString &value)
 {
-    debugLog(label + QLatin1Char(' ') + value);
-}
-
-LogSink setLogSink(LogSink sink)
-{
-    std::lock_guard lock(s_mutex);
-    return std::exchange(s_sink, std::move(sink));
+    debugLog(category, label + QLatin1Char(' ') + value);
 }
 
 } // namespace ravelin

@@ -9,7 +9,12 @@ namespace ravelin {
 
 namespace {
 std::mutex s_mutex;
-FatalErrorHandler s_handler;
+
+FatalErrorHandler &installedHandler()
+{
+    static FatalErrorHandler handler;
+    return handler;
+}
 } // namespace
 
 void fatalError(const QString &message, const char *source)
@@ -17,7 +22,7 @@ void fatalError(const QString &message, const char *source)
     FatalErrorHandler handler;
     {
         std::lock_guard lock(s_mutex);
-        handler = s_handler;
+        handler = installedHandler();
     }
     if (handler)
         handler(message, source);
@@ -28,7 +33,7 @@ void fatalError(const QString &message, const char *source)
 FatalErrorHandler setFatalErrorHandler(FatalErrorHandler handler)
 {
     std::lock_guard lock(s_mutex);
-    return std::exchange(s_handler, std::move(handler));
+    return std::exchange(installedHandler(), std::move(handler));
 }
 
 } // namespace ravelin

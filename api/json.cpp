@@ -1,15 +1,22 @@
 #include "api/json.h"
 
+#include "api/contentencoding.h"
 #include "api/datecoding.h"
+#include "api/stringpool.h"
 
 #include <simdjson.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 #include <type_traits>
 
 namespace ravelin::json {
+
+static_assert(ContentEncoding::readPadding >= qsizetype(simdjson::SIMDJSON_PADDING),
+              "inflated answers must be readable by the JSON reader where they are");
 
 namespace {
 
@@ -73,6 +80,31 @@ bool keyMatches(std::string_view fieldKey, std::string_view wanted, KeyDecoding 
         || fieldKey.find('_') == std::string_view::npos)
         return false;
     return convertFromSnakeCase(fieldKey) == wanted;
+}
+
+// Two keys of the same length compared a word at a time (keys are short; a
+// library call per candidate costs more than the comparison).
+inline bool sameBytes(std::string_view a, std::string_view b)
+{
+    const std::size_t n = a.size();
+    const auto word = [](const char *p) {
+        std::uint64_t w;
+        std::memcpy(&w, p, sizeof w);
+        return w;
+    };
+    if (n >= 8) {
+        for (std::size_t i = 0; i + 8 <= n; i += 8) {
+            if (word(a.data() + i) != word(b.data() + i))
+                return false;
+        }
+        // The last eight bytes, overlapping what was compared.
+        return word(a.data() + n - 8) == word(b.data() + n - 8);
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        if (a[i] != b[i])
+            return false;
+    }
+    return true;
 }
 
 constexpr qint64 referenceDateSecondsSince1970 = 978307200; // 2001-01-01 00:00 UTC
@@ -200,6 +232,8 @@ std::string_view Value::toStringView() const
 QString Value::toString() const
 {
     const auto s = toStringView();
+    if (m_options->strings)
+        return m_options->strings->make(s);
     return QString::fromUtf8(s.data(), qsizetype(s.size()));
 }
 
@@ -271,13 +305,59 @@ std::optional<Value> Object::find(std::string_view key) const
     return std::nullopt;
 }
 
+void Object::read(std::span<const std::string_view> keys, std::span<std::optional<Value>> out) const
+{
+    const auto &object = load<simdjson::dom::object>(m_object);
+    const std::size_t count = std::min(keys.size(), out.size());
+    const bool convert = m_options->keys == KeyDecoding::convertFromSnakeCase;
+    // The table position the next member is expected at.
+    std::size_t expected = 0;
+    const auto same = [](std::string_view a, std::string_view b) { return a.size() == b.size() && sameBytes(a, b); };
+    const auto slotOf = [&](std::string_view key) -> std::size_t {
+        if (expected < count && same(keys[expected], key))
+            return expected;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (same(keys[i], key))
+                return i;
+        }
+        return count;
+    };
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const std::string_view raw = it.key();
+        std::size_t slot = slotOf(raw);
+        if (slot == count && convert && raw.find('_') != std::string_view::npos)
+            slot = slotOf(convertFromSnakeCase(raw));
+        if (slot == count)
+            continue;
+        expected = slot + 1;
+        if (out[slot])
+            continue; // the first member with a key wins
+        Value v;
+        store(v.m_element, it.value());
+        v.m_options = m_options;
+        out[slot] = v;
+    }
+}
+
+void Object::keyNotFound(std::string_view key)
+{
+    throw DecodingError(DecodingError::Kind::keyNotFound,
+                        QStringLiteral("No value associated with key \"%1\".")
+                            .arg(QString::fromUtf8(key.data(), qsizetype(key.size()))));
+}
+
+const Value &Object::required(const std::optional<Value> &value, std::string_view key)
+{
+    if (!value)
+        keyNotFound(key);
+    return *value;
+}
+
 Value Object::value(std::string_view key) const
 {
     if (auto v = find(key))
         return *v;
-    throw DecodingError(DecodingError::Kind::keyNotFound,
-                        QStringLiteral("No value associated with key \"%1\".")
-                            .arg(QString::fromUtf8(key.data(), qsizetype(key.size()))));
+    keyNotFound(key);
 }
 
 qint64 Object::int64(std::string_view key) const { return value(key).toInt64(); }
@@ -372,7 +452,7 @@ namespace {
 // buffers (several times the size of the answer) and touches them afresh on every
 // parse, which costs as much as the parse itself for a large task list. A parser
 // grown for an answer beyond the limit is released after use rather than kept.
-constexpr std::size_t keptParserCapacity = 8 * 1024 * 1024;
+constexpr std::size_t keptParserCapacity = std::size_t(8) * 1024 * 1024;
 
 std::unique_ptr<simdjson::dom::parser> &threadParser()
 {
@@ -386,6 +466,10 @@ Document::Document(Options options)
     : m_parser(std::move(threadParser()))
     , m_options(options)
 {
+    if (!m_options.strings) {
+        m_strings = std::make_unique<StringPool>();
+        m_options.strings = m_strings.get();
+    }
     if (!m_parser)
         m_parser = std::make_unique<simdjson::dom::parser>();
 }
@@ -401,7 +485,10 @@ Document::~Document()
 Value Document::parse(const QByteArray &bytes)
 {
     simdjson::dom::element root;
-    const auto error = m_parser->parse(bytes.constData(), std::size_t(bytes.size())).get(root);
+    // A body with room to read ahead of its end is parsed where it is; any
+    // other is copied into a padded buffer first.
+    const bool padded = bytes.capacity() - bytes.size() >= qsizetype(simdjson::SIMDJSON_PADDING) && !bytes.isEmpty();
+    const auto error = m_parser->parse(bytes.constData(), std::size_t(bytes.size()), !padded).get(root);
     if (error) {
         throw DecodingError(DecodingError::Kind::dataCorrupted,
                             QStringLiteral("The given data was not valid JSON. (%1)")

@@ -9,6 +9,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,8 @@ struct TaskCategoryDefinition;
 // and failures are thrown as DecodingError and turned into one error value at
 // the edge (the network manager). simdjson stays behind this header.
 namespace ravelin::json {
+
+class StringPool;
 
 enum class KeyDecoding {
     useDefaultKeys,
@@ -43,6 +46,8 @@ struct Options {
     // them on the main thread because answers are decoded on the api queue; when
     // unset, the process-wide settings are read.
     const QList<TaskCategoryDefinition> *taskCategories = nullptr;
+    // Where decoded strings are made; a Document provides its own.
+    StringPool *strings = nullptr;
 };
 
 class DecodingError : public std::exception
@@ -123,6 +128,17 @@ public:
 
     [[nodiscard]] const Options &options() const { return *m_options; }
 
+    // Reads the values of many keys in one walk over the object: out[i] is the
+    // first value under keys[i] (after key conversion), or nothing. For records
+    // with many members, where one lookup per key would walk the object again
+    // and again; the keys are best given in the order the server writes them.
+    void read(std::span<const std::string_view> keys, std::span<std::optional<Value>> out) const;
+
+    // The error of a missing required key.
+    [[noreturn]] static void keyNotFound(std::string_view key);
+    // The value read for a required key (keyNotFound when there is none).
+    [[nodiscard]] static const Value &required(const std::optional<Value> &value, std::string_view key);
+
 private:
     friend class Value;
     Object() = default;
@@ -186,6 +202,7 @@ public:
 
 private:
     std::unique_ptr<simdjson::dom::parser> m_parser;
+    std::unique_ptr<StringPool> m_strings;
     Options m_options;
 };
 

@@ -1,5 +1,6 @@
 #include "api/networkmanager.h"
 
+#include "api/contentencoding.h"
 #include "api/networkmanagerdelegate.h"
 #include "api/sessionstore.h"
 #include "api/settings.h"
@@ -31,6 +32,32 @@ void deliverOnMainThread(const QPointer<QObject> &guard, std::function<void()> w
                 work();
         },
         Qt::QueuedConnection);
+}
+
+void logUninflatable(const QByteArray &encoding)
+{
+    debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: the answer does not inflate as ")
+             + QString::fromLatin1(encoding));
+}
+
+// Qt reports an HTTP error status (4xx, 5xx) as a reply error of its own (content,
+// protocol, server and proxy-authentication errors), and a redirect status
+// without a target as a redirect to an unknown protocol; those answers are mapped
+// by their status. Every error of the network layer is a transport error,
+// whatever status arrived before it (a connection closed in the middle of a 2xx
+// body, a time-out, a redirect loop).
+bool isTransportError(const QNetworkReply &reply, std::optional<int> status)
+{
+    const QNetworkReply::NetworkError error = reply.error();
+    if (error == QNetworkReply::NoError)
+        return false;
+    if (!status)
+        return true;
+    if (*status >= 300 && *status < 400 && !reply.hasRawHeader("Location"))
+        return false;
+    if (*status < 400)
+        return true;
+    return error <= QNetworkReply::UnknownNetworkError;
 }
 
 } // namespace
@@ -88,13 +115,13 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
     withFreshSession(
         [this, route, apiQueue, guard, decode = std::move(decode), guardedFail] {
             sendRaw(route, [apiQueue, guard, decode, guardedFail](const RawReply &reply) {
+                if (reply.transportError) {
+                    debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
+                    guardedFail(ManagerErrors(ManagerErrors::Kind::apiRouteError));
+                    return;
+                }
                 if (!reply.status) {
-                    if (reply.error != QNetworkReply::NoError) {
-                        debugLog(QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
-                        guardedFail(ManagerErrors(ManagerErrors::Kind::apiRouteError));
-                    } else {
-                        guardedFail(ManagerErrors(ManagerErrors::Kind::invalidResponse));
-                    }
+                    guardedFail(ManagerErrors(ManagerErrors::Kind::invalidResponse));
                     return;
                 }
                 if (const auto error = ManagerErrors::fromStatusCode(*reply.status)) {
@@ -103,15 +130,21 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                 }
                 // A Qt reply always carries a data object (possibly empty), so the
                 // "2xx without data" case never arises here: every 2xx is decoded.
-                // Answers are decoded on the api queue; the categories that task
-                // decoding looks up are taken now, on the main thread where the
-                // settings live, as late as possible so that a settings answer
-                // that arrived meanwhile is used.
-                auto categories = std::make_shared<const QList<TaskCategoryDefinition>>(Settings::current().taskCategory);
-                apiQueue->async([body = reply.body, guard, decode, categories] {
+                // Answers are decoded on the api queue, where task decoding looks
+                // categories up in the queue's copy of the settings (the latest
+                // set or received before this answer).
+                apiQueue->async([body = reply.body, encoding = reply.contentEncoding, guard, decode, guardedFail] {
+                    const std::optional<QByteArray> inflated = ContentEncoding::decode(body, encoding);
+                    if (!inflated) {
+                        logUninflatable(encoding);
+                        deliverOnMainThread(guard, [guardedFail] {
+                            guardedFail(ManagerErrors(ManagerErrors::Kind::invalidParsing));
+                        });
+                        return;
+                    }
                     json::Options options = decodingOptions();
-                    options.taskCategories = categories.get();
-                    deliverOnMainThread(guard, decode(body, options));
+                    options.taskCategories = &Settings::queueCategories();
+                    deliverOnMainThread(guard, decode(*inflated, options));
                 });
             });
         },
@@ -123,7 +156,7 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
     auto session = m_store->load();
     if (!session) {
         notifySessionExpired();
-        QTimer::singleShot(0, this, [fail] { fail(ManagerErrors(ManagerErrors::Kind::apiRouteError)); });
+        QTimer::singleShot(0, this, [fail = std::move(fail)] { fail(ManagerErrors(ManagerErrors::Kind::apiRouteError)); });
         return;
     }
     if (session->isTokenFresh(m_clock())) {
@@ -131,18 +164,21 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
         return;
     }
 
-    sendRaw(Router::getToken(), [this, session = *session, proceed, fail](const RawReply &reply) mutable {
+    sendRaw(Router::getToken(), [this, session = *session, proceed = std::move(proceed), fail = std::move(fail)](const RawReply &reply) mutable {
         std::optional<ManagerErrors> error;
         std::optional<TokenResponse> token;
-        if (!reply.status) {
-            if (reply.error != QNetworkReply::NoError)
-                debugLog(QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
-            error = ManagerErrors(reply.error != QNetworkReply::NoError ? ManagerErrors::Kind::apiRouteError
-                                                                        : ManagerErrors::Kind::invalidResponse);
+        if (reply.transportError) {
+            debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
+            error = ManagerErrors(ManagerErrors::Kind::apiRouteError);
+        } else if (!reply.status) {
+            error = ManagerErrors(ManagerErrors::Kind::invalidResponse);
         } else if (const auto statusError = ManagerErrors::fromStatusCode(*reply.status)) {
             error = statusError;
+        } else if (const auto body = ContentEncoding::decode(reply.body, reply.contentEncoding); !body) {
+            logUninflatable(reply.contentEncoding);
+            error = ManagerErrors(ManagerErrors::Kind::invalidParsing);
         } else {
-            const Result<TokenResponse> decoded = decodeBody<TokenResponse>(reply.body, decodingOptions());
+            const Result<TokenResponse> decoded = decodeBody<TokenResponse>(*body, decodingOptions());
             if (decoded.isSuccess())
                 token = decoded.value();
             else
@@ -156,7 +192,7 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
         }
         session.tokenString = token->data;
         session.timestamp = toDateTime(m_clock());
-        debugLog(QStringLiteral("Current token"), token->data);
+        debugLog(lcApi, QStringLiteral("Current token"), token->data);
         m_store->store(session);
         proceed(); // the requested call goes out once, with the new token
     });
@@ -164,11 +200,15 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
 
 void NetworkManager::sendRaw(const Router &route, std::function<void(const RawReply &)> handler)
 {
-    const UrlRequest request = route.urlRequest(*m_store);
+    UrlRequest request = route.urlRequest(*m_store);
     if (request.url().isValid())
-        debugLog(QStringLiteral("Calling route: ") + request.url().toString());
+        debugLog(lcApi, QStringLiteral("Calling route: ") + request.url().toString());
+    request.request.setTransferTimeout(int(m_transferTimeout.count()));
 
-    QNetworkReply *reply = m_network->sendCustomRequest(request.request, request.method, request.body);
+    // Asked for here, compressed answers are left to the api queue to inflate.
+    QNetworkRequest compressed = request.request;
+    compressed.setRawHeader("Accept-Encoding", ContentEncoding::accepted.toByteArray());
+    QNetworkReply *reply = m_network->sendCustomRequest(compressed, request.method, request.body);
     m_replies.append(reply);
     // Every certificate the server presents is accepted.
     connect(reply, &QNetworkReply::sslErrors, reply, [reply](const QList<QSslError> &) { reply->ignoreSslErrors(); });
@@ -179,15 +219,18 @@ void NetworkManager::sendRaw(const Router &route, std::function<void(const RawRe
         const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
         if (status.isValid())
             raw.status = status.toInt();
-        raw.error = reply->error();
+        if (isTransportError(*reply, raw.status))
+            raw.transportError = reply->error();
         raw.errorString = reply->errorString();
-        raw.body = reply->readAll();
+        if (reply->isOpen()) // an aborted transfer (time-out) has nothing left to read
+            raw.body = reply->readAll();
+        raw.contentEncoding = reply->rawHeader("Content-Encoding");
         handler(raw);
     });
 }
 
 void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObject *context,
-                                   std::function<void(const Result<QImage, DownloadError> &)> completion)
+                                   const std::function<void(const Result<QImage, DownloadError> &)> &completion)
 {
     using ImageResult = Result<QImage, DownloadError>;
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
@@ -198,24 +241,27 @@ void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObj
             sendRaw(route, [guard, completion](const RawReply &reply) {
                 if (!guard)
                     return;
-                if (!reply.status) {
-                    if (reply.error != QNetworkReply::NoError) {
-                        debugLog(QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
-                        completion(ImageResult::failure(DownloadError(reply.error, reply.errorString)));
-                    } else {
-                        completion(ImageResult::failure(DownloadError(ManagerErrors(ManagerErrors::Kind::invalidResponse))));
-                    }
+                if (reply.transportError) {
+                    debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
+                    completion(ImageResult::failure(DownloadError(*reply.transportError, reply.errorString)));
                     return;
                 }
-                debugLog(QStringLiteral("Route response: "), QString::number(*reply.status));
+                if (!reply.status) {
+                    completion(ImageResult::failure(DownloadError(ManagerErrors(ManagerErrors::Kind::invalidResponse))));
+                    return;
+                }
+                debugLog(lcApi, QStringLiteral("Route response: "), QString::number(*reply.status));
                 if (const auto error = ManagerErrors::fromStatusCode(*reply.status)) {
                     completion(ImageResult::failure(DownloadError(*error)));
                     return;
                 }
-                ApiQueue::shared().async([body = reply.body, guard, completion] {
-                    QImage image = QImage::fromData(body);
+                ApiQueue::shared().async([body = reply.body, encoding = reply.contentEncoding, guard, completion] {
+                    const std::optional<QByteArray> inflated = ContentEncoding::decode(body, encoding);
+                    if (!inflated)
+                        logUninflatable(encoding);
+                    QImage image = inflated ? QImage::fromData(*inflated) : QImage();
                     if (image.isNull()) {
-                        debugLog(QStringLiteral("Could not translate the data to the requested type. Reason: QImage"));
+                        debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: QImage"));
                     }
                     deliverOnMainThread(guard, [image = std::move(image), completion] {
                         if (image.isNull())
@@ -238,13 +284,13 @@ void NetworkManager::uploadImage(const QImage &image, const QString &fileName, c
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
     RavelinNavVCDelegate *host = hostDelegate();
     if (!host) {
-        QTimer::singleShot(0, this, [guard, completion] {
+        QTimer::singleShot(0, this, [guard, completion = std::move(completion)] {
             if (guard)
                 completion(false, std::nullopt);
         });
         return;
     }
-    host->uploadImage(image, fileName, [guard, completion](bool success, std::optional<QString> path) {
+    host->uploadImage(image, fileName, [guard, completion = std::move(completion)](bool success, std::optional<QString> path) {
         if (guard)
             completion(success, std::move(path));
     });
@@ -254,7 +300,7 @@ void NetworkManager::postComment(qint64 taskId, qint64 userId, const QString &te
                                  bool isIncident, const QObject *context, std::function<void(bool)> completion)
 {
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
-    auto post = [this, guard, taskId, userId, text, isIncident, completion](std::optional<QString> mediaPath) {
+    auto post = [this, guard, taskId, userId, text, isIncident, completion = std::move(completion)](std::optional<QString> mediaPath) {
         if (!guard)
             return;
         const TaskCommentPayload payload(text, taskId, userId, std::nullopt, isIncident, std::move(mediaPath), m_clock());
@@ -262,12 +308,12 @@ void NetworkManager::postComment(qint64 taskId, qint64 userId, const QString &te
             Router::postComment(payload), ApiQueue::shared(), guard.data(),
             [completion](const Result<PostTasksCommentResponse> &result) {
                 if (!result.isSuccess()) {
-                    debugLog(QStringLiteral("We got a failure trying to post the comments. The error we got was: ")
+                    debugLog(lcApi, QStringLiteral("We got a failure trying to post the comments. The error we got was: ")
                              + result.error().localizedDescription());
                     completion(false);
                     return;
                 }
-                debugLog(QStringLiteral("Posted comments ")
+                debugLog(lcApi, QStringLiteral("Posted comments ")
                          + (result.value().success ? QStringLiteral("true") : QStringLiteral("false")));
                 completion(true);
             });

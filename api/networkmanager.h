@@ -4,8 +4,10 @@
 #include "api/clock.h"
 #include "api/debuglog.h"
 #include "api/downloaderror.h"
+#include "api/guardedpointer.h"
 #include "api/json.h"
 #include "api/managererrors.h"
+#include "api/networkmanagerdelegate.h"
 #include "api/result.h"
 #include "api/router.h"
 
@@ -14,6 +16,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,7 +26,6 @@ class QRandomGenerator;
 
 namespace ravelin {
 
-class NetworkManagerDelegate;
 class RavelinNavVCDelegate;
 class SessionStore;
 
@@ -45,19 +47,32 @@ public:
     NetworkManager(QNetworkAccessManager *network, SessionStore *store, Clock clock, QObject *parent = nullptr);
     ~NetworkManager() override;
 
+    // The navigation host, not owned: null once it is destroyed.
     [[nodiscard]] NetworkManagerDelegate *delegate() const { return m_delegate; }
     void setDelegate(NetworkManagerDelegate *delegate);
 
     [[nodiscard]] SessionStore *sessionStore() const { return m_store; }
     [[nodiscard]] const Clock &clock() const { return m_clock; }
 
+    // How long a transfer may go without receiving or sending anything before it
+    // is given up as a transport error (default: the routes' 60 s time-out).
+    [[nodiscard]] std::chrono::milliseconds transferTimeout() const { return m_transferTimeout; }
+    void setTransferTimeout(std::chrono::milliseconds timeout) { m_transferTimeout = timeout; }
+
     // Sends a route and decodes the answer as T (T::decode(const json::Value &)).
     template<class T>
     void request(const Router &route, ApiQueue &queue, const QObject *context, Completion<T> completion);
 
+    // The same, and then `prepare` turns the decoded answer into what the caller
+    // shows, still on the api queue: work that grows with the answer (sorting,
+    // grouping, counting) is done there, never on the main thread.
+    template<class T, class Prepared>
+    void request(const Router &route, ApiQueue &queue, const QObject *context, std::function<Prepared(T &&)> prepare,
+                 Completion<Prepared> completion);
+
     // Fetches a picture through getFile.
     void downloadImage(const QString &path, bool isThumb, const QObject *context,
-                       std::function<void(const Result<QImage, DownloadError> &)> completion);
+                       const std::function<void(const Result<QImage, DownloadError> &)> &completion);
 
     // Posts a comment on a task. With a picture, the host stores it first and the
     // comment carries the path the host returned, whatever the host's success flag.
@@ -77,13 +92,24 @@ public:
     // The decoder settings of every answer: keys converted from snake case, server dates.
     [[nodiscard]] static json::Options decodingOptions();
 
+    // Decodes an answer body as every request does: a decoding failure is logged
+    // ("Could not translate the data to the requested type. Reason: ...") and
+    // becomes invalidParsing. Ids outside their declared range stop the process.
+    template<class T>
+    [[nodiscard]] static Result<T> decodeBody(const QByteArray &body, const json::Options &options);
+
 private:
     struct RawReply
     {
         std::optional<int> status; // set when the answer is an HTTP response
-        QNetworkReply::NetworkError error = QNetworkReply::NoError;
+        // Set when the transfer itself failed (refused, closed or reset connection,
+        // TLS, time-out), even after an HTTP status arrived; not for the errors Qt
+        // derives from an error status, which `status` stands for.
+        std::optional<QNetworkReply::NetworkError> transportError;
         QString errorString;
         QByteArray body;
+        // The body's Content-Encoding; bodies are inflated where they are decoded.
+        QByteArray contentEncoding;
     };
     using DecodeJob = std::function<std::function<void()>(const QByteArray &body, const json::Options &options)>;
     using Failure = std::function<void(ManagerErrors)>;
@@ -95,13 +121,11 @@ private:
     void notifySessionExpired() const;
     [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const;
 
-    template<class T>
-    static Result<T> decodeBody(const QByteArray &body, const json::Options &options);
-
     QNetworkAccessManager *m_network = nullptr;
     SessionStore *m_store = nullptr;
     Clock m_clock;
-    NetworkManagerDelegate *m_delegate = nullptr;
+    std::chrono::milliseconds m_transferTimeout = std::chrono::seconds(Router::requestTimeoutSeconds);
+    GuardedPointer<NetworkManagerDelegate> m_delegate;
     QList<QPointer<QNetworkReply>> m_replies;
 };
 
@@ -111,10 +135,26 @@ Result<T> NetworkManager::decodeBody(const QByteArray &body, const json::Options
     try {
         return Result<T>::success(json::decode<T>(body, options));
     } catch (const json::DecodingError &error) {
-        debugLog(QStringLiteral("Could not translate the data to the requested type. Reason: ")
+        debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: ")
                  + error.localizedDescription());
         return Result<T>::failure(ManagerErrors(ManagerErrors::Kind::invalidParsing));
     }
+}
+
+template<class T, class Prepared>
+void NetworkManager::request(const Router &route, ApiQueue &queue, const QObject *context,
+                             std::function<Prepared(T &&)> prepare, Completion<Prepared> completion)
+{
+    perform(
+        route, queue, context,
+        [prepare, completion](const QByteArray &body, const json::Options &options) -> std::function<void()> {
+            Result<T> decoded = decodeBody<T>(body, options);
+            auto result = std::make_shared<Result<Prepared>>(
+                decoded.isSuccess() ? Result<Prepared>::success(prepare(std::move(decoded).value()))
+                                    : Result<Prepared>::failure(decoded.error()));
+            return [completion, result] { completion(*result); };
+        },
+        [completion](ManagerErrors error) { completion(Result<Prepared>::failure(error)); });
 }
 
 template<class T>

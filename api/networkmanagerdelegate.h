@@ -1,12 +1,15 @@
 #pragma once
 
+#include "api/guardedtarget.h"
+
 namespace ravelin {
 
 class RavelinNavVCDelegate;
 
 // The navigation host as seen by the network manager: through it the manager
-// reaches the host application's delegate.
-class NetworkManagerDelegate
+// reaches the host application's delegate. The manager does not own it and
+// stops using it once it is destroyed (see GuardedTarget).
+class NetworkManagerDelegate : public GuardedTarget
 {
 public:
     virtual ~NetworkManagerDelegate() = default;

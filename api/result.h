@@ -16,7 +16,8 @@ public:
     [[nodiscard]] static Result failure(E error) { return Result(std::in_place_index<1>, std::move(error)); }
 
     [[nodiscard]] bool isSuccess() const { return m_value.index() == 0; }
-    [[nodiscard]] const T &value() const { return std::get<0>(m_value); }
+    [[nodiscard]] const T &value() const & { return std::get<0>(m_value); }
+    [[nodiscard]] T &&value() && { return std::get<0>(std::move(m_value)); }
     [[nodiscard]] const E &error() const { return std::get<1>(m_value); }
 
 private:

@@ -160,7 +160,7 @@ UrlRequest Router::urlRequest(const SessionStore &store) const
     if (const auto *json = std::get_if<JsonBodyParameters>(&params)) {
         result.body = QJsonDocument(json->object).toJson(QJsonDocument::Indented);
         if (result.body.isEmpty())
-            debugLog(QStringLiteral("Router: Failed to parse the body into a request"));
+            debugLog(lcApi, QStringLiteral("Router: Failed to parse the body into a request"));
     } else if (const auto *encoded = std::get_if<EncodedBodyParameters>(&params)) {
         if (encoded->bytes)
             result.body = *encoded->bytes;

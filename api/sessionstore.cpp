@@ -15,12 +15,12 @@ std::optional<APIData> SessionStore::load() const
 {
     const QVariant stored = m_settings->value(QLatin1String(key));
     if (!stored.isValid()) {
-        debugLog(QStringLiteral("Couldnt find key"));
+        debugLog(lcApi, QStringLiteral("Couldnt find key"));
         return std::nullopt;
     }
     auto data = APIData::fromStoredBytes(stored.toByteArray());
     if (!data)
-        debugLog(QStringLiteral("Couldnt decode object"));
+        debugLog(lcApi, QStringLiteral("Couldnt decode object"));
     return data;
 }
 

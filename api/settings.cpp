@@ -1,5 +1,7 @@
 #include "api/settings.h"
 
+#include "api/apiqueue.h"
+
 #include <QJsonArray>
 
 #include <algorithm>
@@ -45,6 +47,13 @@ Settings &currentSettings()
     return s_current;
 }
 
+// The api queue's copy of the task categories; touched on the queue only.
+QList<TaskCategoryDefinition> &queueCategoryList()
+{
+    static QList<TaskCategoryDefinition> s_categories = Settings::defaults().taskCategory;
+    return s_categories;
+}
+
 } // namespace
 
 TaskStatusDefinition TaskStatusDefinition::decode(const json::Value &v) { return decodeDefinition<TaskStatusDefinition>(v); }
@@ -84,6 +93,17 @@ const Settings &Settings::current()
 void Settings::setCurrent(Settings settings)
 {
     currentSettings() = std::move(settings);
+    ApiQueue::shared().async([categories = currentSettings().taskCategory] { queueCategoryList() = categories; });
+}
+
+const QList<TaskCategoryDefinition> &Settings::queueCategories()
+{
+    return queueCategoryList();
+}
+
+void Settings::receivedOnQueue(const Settings &settings)
+{
+    queueCategoryList() = settings.taskCategory;
 }
 
 Settings Settings::fromReceived(const Settings &received)

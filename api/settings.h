@@ -57,6 +57,15 @@ struct Settings
     [[nodiscard]] static const Settings &current();
     static void setCurrent(Settings settings);
 
+    // Answers are decoded on the api queue, which keeps its own copy of the task
+    // categories that tasks are looked up in: the session's, as last set with
+    // setCurrent() or received on the queue, in the order in which the two
+    // reached the queue. So a task answer decoded after the settings answer
+    // sees the received categories, even before the main thread has taken them.
+    // Both on the api queue only.
+    [[nodiscard]] static const QList<TaskCategoryDefinition> &queueCategories();
+    static void receivedOnQueue(const Settings &settings);
+
     // What the session keeps of a received answer: statuses as received, categories
     // sorted by id (stable) behind the entry 0 "All".
     [[nodiscard]] static Settings fromReceived(const Settings &received);

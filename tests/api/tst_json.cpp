@@ -19,6 +19,8 @@ private slots:
     void typedReads();
     void optionalAndNullableKeys();
     void malformedJsonIsDataCorrupted();
+    void stringsOutliveTheirAnswer_data();
+    void stringsOutliveTheirAnswer();
 };
 
 void TestJson::snakeCase_data()
@@ -141,6 +143,33 @@ void TestJson::malformedJsonIsDataCorrupted()
     } catch (const json::DecodingError &error) {
         QCOMPARE(error.kind(), json::DecodingError::Kind::dataCorrupted);
     }
+}
+
+void TestJson::stringsOutliveTheirAnswer_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("ascii") << QStringLiteral("Pump station");
+    QTest::newRow("accents and emoji") << QStringLiteral("Prüfung – Ventil \U0001F527");
+    QTest::newRow("longer than a pooled string") << QStringLiteral("x").repeated(5000);
+}
+
+void TestJson::stringsOutliveTheirAnswer()
+{
+    QFETCH(QString, text);
+    QStringList read;
+    {
+        json::Document document;
+        const QByteArray body = "[\"" + text.toUtf8() + "\", \"neighbour\", \"" + text.toUtf8() + "\"]";
+        for (const json::Value v : document.parse(body).toArray())
+            read.append(v.toString());
+    }
+    QCOMPARE(read, (QStringList{text, "neighbour", text}));
+    // Each string ends where it should, and a change to one leaves the others alone.
+    QCOMPARE(read.at(0).utf16()[text.size()], u'\0');
+    read[1].append(QStringLiteral(" changed"));
+    read[0].prepend(QLatin1Char('>'));
+    QCOMPARE(read, (QStringList{QLatin1Char('>') + text, "neighbour changed", text}));
 }
 
 QTEST_GUILESS_MAIN(TestJson)

@@ -76,6 +76,7 @@ private slots:
     void transportErrorIsRouteError();
     void completionRunsOnMainThreadExactlyOnce();
     void closedReceiverIsNotCalledBack();
+    void destroyedDelegateIsNotCalled();
     void commentWithPhotoUploadsFirst_data();
     void commentWithPhotoUploadsFirst();
     void downloadImage();
@@ -340,6 +341,17 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     m_manager.reset();
     QTest::qWait(300);
     QVERIFY(!called);
+}
+
+void TestNetworkManager::destroyedDelegateIsNotCalled()
+{
+    auto delegate = std::make_unique<FakeHost>();
+    m_manager->setDelegate(delegate.get());
+    delegate.reset();
+    QCOMPARE(m_manager->delegate(), nullptr);
+    m_settings->clear(); // no session: the host would be told that it expired
+    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
 }
 
 void TestNetworkManager::commentWithPhotoUploadsFirst_data()

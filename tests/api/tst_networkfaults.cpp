@@ -1,0 +1,264 @@
+#include "api/networkmanager.h"
+#include "api/networkmanagerdelegate.h"
+#include "api/sessionstore.h"
+#include "api/settings.h"
+#include "support/apiharness.h"
+#include "support/faultserver.h"
+#include "support/logcapture.h"
+
+#include <QBuffer>
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+using namespace ravelin;
+using namespace std::chrono;
+using test::FaultServer;
+
+namespace {
+
+enum class Call { request, regeneration, download };
+
+constexpr int answerTimeoutMs = 30000;
+// Only a stalled answer is meant to run into the time-out; every other answer,
+// dripped ones too, gets time enough on a slow machine.
+constexpr auto stallTimeout = milliseconds(300);
+constexpr auto ampleTimeout = seconds(20);
+const TimePoint now = TimePoint(milliseconds(1795169730123));
+
+const QString settingsPath = QStringLiteral("/api/settings-constants");
+const QString tokenPath = QStringLiteral("/api/regenerate-token");
+const QString picturePath = QStringLiteral("/files/p/a.png");
+
+const QByteArray settingsBody =
+    R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
+
+QByteArray largeSettingsBody()
+{
+    QByteArray categories;
+    for (int i = 1; i <= 200000; ++i)
+        categories += (i > 1 ? "," : "") + QByteArray(R"({"id":)") + QByteArray::number(i) + R"(,"name":"Category )"
+                      + QByteArray::number(i) + "\"}";
+    return R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[)" + categories + "]}}";
+}
+
+QByteArray pictureBytes()
+{
+    QImage picture(16, 8, QImage::Format_RGB32);
+    picture.fill(Qt::darkCyan);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return png;
+}
+
+FaultServer::Script fault(FaultServer::Behaviour behaviour, int status, QByteArray body,
+                          QByteArray contentType = "application/json")
+{
+    return FaultServer::Script{behaviour, status, std::move(body), std::move(contentType), {}};
+}
+
+FaultServer::Script redirectTo(const QByteArray &location)
+{
+    return FaultServer::Script{FaultServer::Behaviour::answer, 302, {}, "text/plain", {{"Location", location}}};
+}
+
+QString describe(const ManagerErrors &error)
+{
+    switch (error.kind()) {
+    case ManagerErrors::Kind::invalidStatusCode: return QStringLiteral("invalidStatusCode(%1)").arg(error.statusCode());
+    case ManagerErrors::Kind::invalidResponse: return QStringLiteral("invalidResponse");
+    case ManagerErrors::Kind::invalidParsing: return QStringLiteral("invalidParsing");
+    case ManagerErrors::Kind::invalidToken: return QStringLiteral("invalidToken");
+    case ManagerErrors::Kind::sessionExpired: return QStringLiteral("sessionExpired");
+    case ManagerErrors::Kind::apiRouteError: return QStringLiteral("apiRouteError");
+    }
+    return {};
+}
+
+// A picture download passes a transport error on as it is.
+QString describe(const DownloadError &error)
+{
+    return error.managerError() ? describe(*error.managerError()) : QStringLiteral("transport error");
+}
+
+template<class T, class E>
+QString describe(const Result<T, E> &result)
+{
+    return result.isSuccess() ? QStringLiteral("success") : describe(result.error());
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Call)
+Q_DECLARE_METATYPE(ravelin::test::FaultServer::Script)
+
+// Every request against a misbehaving server completes exactly once, on the main
+// thread, with the error kind of the fault. Transport errors are checked before
+// the HTTP status, wherever a reply is mapped: the call itself, the token
+// regeneration before it, and a picture download.
+class TestNetworkFaults : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void faultyAnswer_data();
+    void faultyAnswer();
+
+private:
+    std::unique_ptr<FaultServer> m_server;
+    QTemporaryDir m_dir;
+    std::unique_ptr<QSettings> m_settings;
+    std::unique_ptr<SessionStore> m_store;
+    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<NetworkManager> m_manager;
+    test::FakeHost m_host;
+};
+
+void TestNetworkFaults::initTestCase()
+{
+    m_server = std::make_unique<FaultServer>();
+    QVERIFY(m_server->listen());
+}
+
+void TestNetworkFaults::init()
+{
+    m_settings = std::make_unique<QSettings>(m_dir.filePath(QStringLiteral("faults.ini")), QSettings::IniFormat);
+    m_settings->clear();
+    m_store = std::make_unique<SessionStore>(m_settings.get());
+    m_network = std::make_unique<QNetworkAccessManager>();
+    m_manager = std::make_unique<NetworkManager>(m_network.get(), m_store.get(), fixedClock(now));
+    m_host = test::FakeHost();
+    m_manager->setDelegate(&m_host);
+}
+
+void TestNetworkFaults::cleanup()
+{
+    m_manager.reset();
+    m_network.reset();
+}
+
+void TestNetworkFaults::faultyAnswer_data()
+{
+    using B = FaultServer::Behaviour;
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<FaultServer::Script>("script");
+    QTest::addColumn<QString>("outcome");
+    QTest::addColumn<bool>("transportLine"); // "ERROR FOR REQUEST " logged
+
+    const QByteArray elsewhere = "https://" + m_server->baseUrl().toUtf8() + "/api/elsewhere";
+    const QByteArray loop = "https://" + m_server->baseUrl().toUtf8() + settingsPath.toUtf8();
+    const QByteArray plainHttp = "http://" + m_server->baseUrl().toUtf8() + "/api/elsewhere";
+    const QByteArray nested = QByteArray(100000, '[') + QByteArray(100000, ']');
+    const QByteArray token = R"({"success":true,"data":"fresh"})";
+
+    QTest::newRow("2xx closed mid-body") << Call::request << fault(B::closeMidBody, 200, settingsBody)
+                                         << "apiRouteError" << true;
+    QTest::newRow("2xx stalled mid-body past the time-out")
+        << Call::request << fault(B::stallMidBody, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("stalled before the headers")
+        << Call::request << fault(B::stallBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("reset before the headers")
+        << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("dripped one byte at a time") << Call::request << fault(B::drip, 200, settingsBody)
+                                                << "success" << false;
+    QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
+    QTest::newRow("garbage 200") << Call::request << fault(B::answer, 200, QByteArray("\0\xff{\"succ", 8))
+                                 << "invalidParsing" << false;
+    QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested)
+                                       << "invalidParsing" << false;
+    QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody())
+                                    << "success" << false;
+    QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html")
+                                       << "success" << false;
+    QTest::newRow("HTML page as 200") << Call::request
+                                      << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
+                                      << "invalidParsing" << false;
+    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody)
+                         << "invalidStatusCode(500)" << false;
+    QTest::newRow("503 empty") << Call::request << fault(B::answer, 503, {}) << "invalidStatusCode(503)"
+                               << false;
+    QTest::newRow("redirect to the answer")
+        << Call::request << redirectTo(elsewhere) << "success"
+        << false;
+    QTest::newRow("redirect loop") << Call::request
+                                   << redirectTo(loop)
+                                   << "apiRouteError" << true;
+    QTest::newRow("redirect to plain http")
+        << Call::request << redirectTo(plainHttp)
+        << "apiRouteError" << true;
+
+    QTest::newRow("token closed mid-body") << Call::regeneration << fault(B::closeMidBody, 200, token)
+                                           << "apiRouteError" << true;
+    QTest::newRow("token stalled past the time-out")
+        << Call::regeneration << fault(B::stallMidBody, 200, token) << "apiRouteError" << true;
+    QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":")
+                                   << "invalidParsing" << false;
+    QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
+
+    QTest::newRow("picture closed mid-body")
+        << Call::download << fault(B::closeMidBody, 200, pictureBytes(), "image/png") << "transport error"
+        << true;
+    QTest::newRow("picture stalled past the time-out")
+        << Call::download << fault(B::stallMidBody, 200, pictureBytes(), "image/png") << "transport error"
+        << true;
+    QTest::newRow("picture reset before the headers")
+        << Call::download << fault(B::resetBeforeHeaders, 200, pictureBytes(), "image/png")
+        << "transport error" << true;
+    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, pictureBytes(), "image/png")
+                                     << "success" << false;
+    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/png")
+                                     << "invalidParsing" << false;
+}
+
+void TestNetworkFaults::faultyAnswer()
+{
+    QFETCH(Call, call);
+    QFETCH(FaultServer::Script, script);
+    QFETCH(QString, outcome);
+    QFETCH(bool, transportLine);
+
+    // A stale token sends the regeneration first; a fresh one goes straight to the call.
+    const TimePoint stamped = call == Call::regeneration ? now - hours(5) : now - seconds(60);
+    m_store->store(APIData{m_server->baseUrl(), QStringLiteral("tok"), toDateTime(stamped)});
+    const QString faultyPath = call == Call::regeneration ? tokenPath : call == Call::download ? picturePath : settingsPath;
+    m_server->script(settingsPath, fault(FaultServer::Behaviour::answer, 200, settingsBody));
+    m_server->script(QStringLiteral("/api/elsewhere"), fault(FaultServer::Behaviour::answer, 200, settingsBody));
+    m_server->script(faultyPath, script);
+    const bool stalls = script.behaviour == FaultServer::Behaviour::stallBeforeHeaders
+                        || script.behaviour == FaultServer::Behaviour::stallMidBody;
+    m_manager->setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
+    test::LogCapture log;
+
+    int calls = 0;
+    QString got;
+    QThread *thread = nullptr;
+    auto record = [&](const auto &result) {
+        ++calls;
+        got = describe(result);
+        thread = QThread::currentThread();
+    };
+    if (call == Call::download)
+        m_manager->downloadImage(QStringLiteral("p/a.png"), false, this, record);
+    else
+        m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this, record);
+
+    QTRY_VERIFY_WITH_TIMEOUT(calls > 0, answerTimeoutMs);
+    // Whatever is still under way settles before the count is read again.
+    ApiQueue::shared().waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(calls, 1);
+    QCOMPARE(thread, QThread::currentThread());
+    QCOMPARE(got, outcome);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("ERROR FOR REQUEST ")).size(), transportLine ? 1 : 0);
+    QCOMPARE(m_host.sessionExpiredCalls, call == Call::regeneration && outcome != QLatin1String("success") ? 1 : 0);
+}
+
+QTEST_GUILESS_MAIN(TestNetworkFaults)
+#include "tst_networkfaults.moc"
