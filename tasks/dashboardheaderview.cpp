@@ -2,7 +2,9 @@
 
 #include "resources/namedcolors.h"
 #include "tasks/piechartview.h"
+#include "views/focusring.h"
 #include "views/roundedview.h"
+#include "views/textscale.h"
 
 #include <QHBoxLayout>
 #include <QIcon>
@@ -77,10 +79,7 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
     top->setSpacing(6);
     m_caption = new QLabel(QStringLiteral("Overview"), m_card);
     m_caption->setObjectName(QStringLiteral("headerCaption"));
-    QFont captionFont = m_caption->font();
-    captionFont.setPixelSize(13);
-    captionFont.setWeight(QFont::DemiBold);
-    m_caption->setFont(captionFont);
+    m_caption->setFont(TextScale::font(m_caption->font(), 13, QFont::DemiBold));
     m_caption->setStyleSheet(
         QStringLiteral("color: %1;").arg(NamedColors::color(ColorNames::secondaryLabelText, QColor(Qt::gray)).name()));
     top->addWidget(m_caption);
@@ -90,12 +89,15 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
     m_panelButton->setObjectName(QStringLiteral("panelButton"));
     m_panelButton->setAccessibleName(QStringLiteral("Panel"));
     m_panelButton->setToolTip(QStringLiteral("Show or hide the panel"));
+    m_panelButton->setAccessibleDescription(m_panelButton->toolTip());
     m_panelButton->setCursor(Qt::PointingHandCursor);
     m_panelButton->setAutoRaise(true);
     m_panelButton->setIconSize(QSize(iconSide, iconSide));
-    m_panelButton->setFixedSize(34, 30);
-    m_panelButton->setStyleSheet(QStringLiteral("QToolButton { border: none; border-radius: 8px; }"
-                                                "QToolButton:pressed { background: rgba(0,0,0,20); }"));
+    m_panelButton->setFixedSize(TextScale::scaled(QSize(34, 30)));
+    m_panelButton->setStyleSheet(QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: 8px; }"
+                                                "QToolButton:pressed { background: rgba(0,0,0,20); }"
+                                                "QToolButton:focus { border-color: %1; }")
+                                     .arg(FocusRing::color().name()));
     connect(m_panelButton, &QToolButton::clicked, this, [this] {
         const bool wasSelected = m_panelButtonSelected;
         emit panelButtonTapped(wasSelected);
@@ -107,7 +109,7 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
     m_pieChartView = new PieChartView(m_card);
     m_pieChartView->setObjectName(QStringLiteral("pieChartView"));
     m_pieChartView->setLegendVisible(true);
-    m_pieChartView->setFixedHeight(chartHeight);
+    m_pieChartView->setFixedHeight(TextScale::scaled(chartHeight));
     column->addWidget(m_pieChartView);
 
     m_cover = new QWidget(this);

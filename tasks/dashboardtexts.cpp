@@ -1,9 +1,10 @@
 #include "tasks/dashboardtexts.h"
 
-#include "api/networkmanager.h"
 #include "items/itemstatus.h"
 #include "resources/namedcolors.h"
 #include "tasks/dashboardvm.h"
+
+#include <QCoreApplication>
 
 #include <algorithm>
 #include <limits>
@@ -102,6 +103,23 @@ std::optional<StatusPrompt> statusPrompt(const Task &task)
 bool showsAcknowledgeButton(const Task &task)
 {
     return TaskStatuses::rawValue(task.currentStatus) == QStringLiteral("Assigned");
+}
+
+QString cardDescription(const Task &task)
+{
+    QStringList parts{TaskStatuses::rawValue(task.currentStatus),
+                      QCoreApplication::translate("DashboardTexts", "%1 priority").arg(TaskPriorities::rawValue(task.priority))};
+    if (!task.taskCategory.name.isEmpty())
+        parts.append(task.taskCategory.name);
+    parts.append(QCoreApplication::translate("DashboardTexts", "%1% done").arg(task.progress.total));
+    return parts.join(QStringLiteral(", "));
+}
+
+QString sectionAccessibleName(std::optional<TaskStatus> status, qsizetype count)
+{
+    const QString text = status ? TaskStatuses::rawValue(*status) : unknownStatus;
+    return count == 1 ? QCoreApplication::translate("DashboardTexts", "%1: 1 task").arg(text)
+                      : QCoreApplication::translate("DashboardTexts", "%1: %2 tasks").arg(text).arg(count);
 }
 
 ChartData overallChart(const QList<int> &statusCounts)

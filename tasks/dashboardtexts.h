@@ -44,6 +44,7 @@ inline const QString fetchFailureMessage = QStringLiteral("Please contact techni
 inline const QString fetchFailureAction = QStringLiteral("OK");
 inline const QString itemsLoadingTitle = QStringLiteral("Items Loading");
 inline const QString itemsLoadingMessage = QStringLiteral("Couldn't load task items");
+inline const QString acknowledgeTitle = QStringLiteral("Acknowledge");
 inline const QString promptYes = QStringLiteral("Yes");
 inline const QString promptNo = QStringLiteral("No");
 inline const QString tableName = QStringLiteral("TasksDashboardTableView");
@@ -76,6 +77,13 @@ inline const QString unknownStatus = QStringLiteral("Unknown");
 
 // The acknowledge button shows on cards whose status reads "Assigned".
 [[nodiscard]] bool showsAcknowledgeButton(const Task &task);
+
+// What a card says to a screen reader after the task's name: its status,
+// priority, category and progress, "In Progress, High priority, Pumps, 50% done".
+[[nodiscard]] QString cardDescription(const Task &task);
+
+// What a row of cards is called for a screen reader: "In Progress: 2 tasks".
+[[nodiscard]] QString sectionAccessibleName(std::optional<TaskStatus> status, qsizetype count);
 
 // The overall chart: the status texts, the counts per status and the status
 // colours.

@@ -2,8 +2,11 @@
 
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
+#include "filter/filtervc.h"
 #include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
+#include "items/itemsvc.h"
+#include "items/itemsvm.h"
 #include "resources/namedcolors.h"
 #include "resources/namedimages.h"
 #include "tasks/dashboardheaderview.h"
@@ -11,9 +14,11 @@
 #include "tasks/dashboardvcdelegate.h"
 #include "tasks/dashboardvm.h"
 #include "tasks/piechartview.h"
+#include "tasks/taskcard.h"
 #include "tasks/taskstrip.h"
 #include "views/alertpresenter.h"
 #include "views/refreshablescrollarea.h"
+#include "views/textscale.h"
 
 #include <QAction>
 #include <QLabel>
@@ -77,6 +82,8 @@ void DashboardVC::setViewModel(DashboardVM *viewModel)
 void DashboardVC::buildViews()
 {
     paintBackground(this, backgroundColor());
+    m_cardPainter = new TaskCollectionViewCell(this);
+    m_cardPainter->setDelegate(this);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -92,7 +99,7 @@ void DashboardVC::buildViews()
 
     m_tableView = new QWidget;
     m_tableView->setObjectName(DashboardTexts::tableName);
-    m_tableView->setAccessibleName(DashboardTexts::tableName);
+    m_tableView->setAccessibleName(tr("Tasks"));
     paintBackground(m_tableView, backgroundColor());
     auto *table = new QVBoxLayout(m_tableView);
     table->setContentsMargins(0, 0, 0, 16);
@@ -115,9 +122,7 @@ void DashboardVC::buildViews()
     m_emptyLabel->setWordWrap(true);
     m_emptyLabel->setMargin(24);
     m_emptyLabel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
-    QFont emptyFont = m_emptyLabel->font();
-    emptyFont.setPixelSize(15);
-    m_emptyLabel->setFont(emptyFont);
+    m_emptyLabel->setFont(TextScale::font(m_emptyLabel->font(), 15));
     m_emptyLabel->setStyleSheet(QStringLiteral("color: %1;").arg(
         NamedColors::color(ColorNames::secondaryLabelText, QColor(Qt::gray)).name()));
     m_emptyLabel->hide();
@@ -190,8 +195,7 @@ void DashboardVC::tasksLoaded(bool success)
     const bool hasTasks = !requireViewModel().taskList().tasks.isEmpty();
     fadeHeader(hasTasks, [this] {
         m_scrollArea->endRefreshing();
-        updateChart();
-        reloadTable();
+        reloadData();
     });
 }
 
@@ -233,10 +237,15 @@ void DashboardVC::presentFetchFailure()
         if (!self)
             return;
         self->m_scrollArea->endRefreshing();
-        self->updateChart();
-        self->reloadTable();
+        self->reloadData();
     });
     AlertPresenter::present(this, std::move(alert));
+}
+
+void DashboardVC::reloadData()
+{
+    updateChart();
+    reloadTable();
 }
 
 void DashboardVC::updateChart()
@@ -248,9 +257,12 @@ void DashboardVC::updateChart()
 
 void DashboardVC::reloadTable()
 {
-    const QList<TaskSection> &sections = requireViewModel().sections();
+    // Each row's model takes its section's tasks as they are (shared, not
+    // copied); the rows lay out only the cards in sight.
+    const QList<TaskSection> &data = requireViewModel().sections();
+    const auto sections = int(data.size());
 
-    while (m_rows.size() > sections.size()) {
+    while (m_rows.size() > sections) {
         QWidget *header = m_sectionHeaderViews.takeLast();
         m_sectionHeaders.removeLast();
         TaskTableViewCell *row = m_rows.takeLast();
@@ -260,27 +272,26 @@ void DashboardVC::reloadTable()
             gone->deleteLater();
         }
     }
-    QFont headerFont;
-    headerFont.setPixelSize(15);
-    headerFont.setWeight(QFont::Light);
+    const QFont headerFont = TextScale::font(QFont(), 15, QFont::Light);
     QColor headerColor = NamedColors::color(ColorNames::labelText, QColor(Qt::black));
     headerColor.setAlphaF(0.8f);
-    while (m_rows.size() < sections.size()) {
+    while (m_rows.size() < sections) {
         // The section header: a clear band holding one label at x 10.
         auto *header = new QWidget(m_tableView);
         header->setObjectName(QStringLiteral("sectionHeader"));
-        header->setFixedHeight(sectionHeaderHeight);
+        header->setFixedHeight(TextScale::scaled(sectionHeaderHeight));
         auto *band = new QHBoxLayout(header);
         band->setContentsMargins(10, 0, 10, 0);
         auto *label = new QLabel(header);
         label->setFont(headerFont);
-        label->setFixedHeight(sectionHeaderHeight);
+        label->setFixedHeight(TextScale::scaled(sectionHeaderHeight));
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, headerColor);
         label->setPalette(palette);
         band->addWidget(label);
 
         auto *row = new TaskTableViewCell(m_tableView);
+        row->setCardPainter(m_cardPainter);
         connect(row, &TaskTableViewCell::taskSelected, this, [this, row](int, int item) {
             // The row's own tasks are what the worker sees and taps.
             if (const TaskPtr task = row->tasks().value(item))
@@ -293,20 +304,22 @@ void DashboardVC::reloadTable()
         m_rows.append(row);
     }
 
-    for (qsizetype section = 0; section < sections.size(); ++section) {
-        const TaskSection &data = sections.at(section);
-        const QString text = DashboardTexts::sectionHeader(data.status, data.tasks.size());
+    for (int section = 0; section < sections; ++section) {
+        const TaskSection &rowData = data.at(section);
+        const QString text = DashboardTexts::sectionHeader(rowData.status, rowData.tasks.size());
+        // Heard as "In Progress: 2 tasks", whatever the header shows.
+        const QString spoken = DashboardTexts::sectionAccessibleName(rowData.status, rowData.tasks.size());
         QLabel *label = m_sectionHeaders.at(section);
         label->setText(text);
-        label->setAccessibleName(text);
+        label->setAccessibleName(spoken);
         TaskTableViewCell *row = m_rows.at(section);
-        row->setObjectName(DashboardTexts::statusCellName(data.status));
-        row->setTasks(data.tasks);
-        row->setTag(static_cast<int>(section));
-        row->reloadData(this);
+        row->setObjectName(DashboardTexts::statusCellName(rowData.status));
+        row->setAccessibleName(spoken);
+        row->setTag(section);
+        row->setTasks(rowData.tasks);
     }
 
-    m_emptyLabel->setVisible(sections.isEmpty() && !m_scrollArea->isRefreshing());
+    m_emptyLabel->setVisible(sections == 0 && !m_scrollArea->isRefreshing());
 }
 
 void DashboardVC::openTask(const TaskPtr &task)
@@ -400,25 +413,61 @@ void DashboardVC::panelButtonTapped(bool wasSelected)
         m_vcDelegate->didSwipe(wasSelected);
 }
 
+void DashboardVC::didChangeTaskStatus(TaskStatus status, qint64 taskId)
+{
+    for (const TaskPtr &task : std::as_const(requireViewModel().taskList().tasks)) {
+        if (task->id == taskId) {
+            changeTaskStatus(task, status);
+            return;
+        }
+    }
+    // A task no longer in the list is still changed on the server.
+    auto task = std::make_shared<Task>();
+    task->id = taskId;
+    changeTaskStatus(task, status);
+}
+
 Screen *DashboardVC::makeDestination(const QString &identifier)
 {
-    // The filter screen (DashboardTexts::showFilterView) and the task items
-    // screen (DashboardTexts::showChecklistItems) are made here once they exist;
-    // until then the transitions lead nowhere.
-    Q_UNUSED(identifier);
-    return nullptr;
+    if (identifier == DashboardTexts::showChecklistItems)
+        return new ItemsVC;
+    if (identifier == DashboardTexts::showFilterView)
+        return new FilterVC;
+    return RavelinEventVC::makeDestination(identifier);
 }
 
 void DashboardVC::prepare(const QString &identifier, Screen *destination, const std::any &sender)
 {
-    // "ShowFilterView": the filter screen gets a new FilterVM on
-    // viewModel()->filterData() and this screen as its delegate; it refreshes
-    // the dashboard when the choices change.
-    // "ShowChecklistItems": the sender is the TaskPtr; the items screen gets this
-    // screen as its delegate (task completed or blocked -> changeTaskStatus), a
-    // new ItemsVM from the task with viewModel()->networkManager() and
-    // viewModel()->users(), and setTaskID(task->id).
+    if (auto *items = qobject_cast<ItemsVC *>(destination)) {
+        // The items screen works on the task the card showed, with the session's
+        // manager and users, and reports status changes back here.
+        const auto *task = std::any_cast<TaskPtr>(&sender);
+        if (!task || !*task)
+            fatalError(QStringLiteral("The items screen needs the task it shows"), "DashboardVC");
+        const DashboardVM &viewModel = requireViewModel();
+        items->setViewModel(new ItemsVM(*task, viewModel.networkManager(), viewModel.users()));
+        items->setTaskID((*task)->id);
+        items->setDelegate(this);
+    }
+    // "ShowFilterView": a new FilterVM on the shared choices, with the session's
+    // clock for the latest end date, and this screen as the delegate that
+    // refreshes once the choices change.
+    if (auto *filter = qobject_cast<FilterVC *>(destination); filter && identifier == DashboardTexts::showFilterView) {
+        const Clock clock = navigationHost() ? navigationHost()->environment().clock : systemClock();
+        filter->setViewModel(std::make_unique<FilterVM>(requireViewModel().filterData(), clock));
+        filter->setDelegate(this);
+    }
     RavelinEventVC::prepare(identifier, destination, sender);
+}
+
+void DashboardVC::filterApplied(const TaskFilterData &filterData)
+{
+    // The task list's choices are the view model's own shared object; copying
+    // both configurations keeps the result right even if they were not.
+    TaskFilterData &choices = *requireViewModel().taskList().filterData;
+    choices.filteringConfig = filterData.filteringConfig;
+    choices.sortingConfig = filterData.sortingConfig;
+    pullToRefresh();
 }
 
 } // namespace ravelin

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "filter/filtervcdelegate.h"
 // The screen base's inline accessors need the complete navigation host.
 #include "host/ravelinnavvc.h"
 #include "host/ravelineventvc.h"
+#include "items/itemsvcdelegate.h"
 #include "tasks/task.h"
 #include "tasks/taskcollectionviewcelldelegate.h"
 
@@ -24,12 +26,16 @@ class DashboardVCDelegate;
 class DashboardVM;
 class PieChartView;
 class RefreshableScrollArea;
+class TaskCollectionViewCell;
 class TaskTableViewCell;
 
 // The first screen: the overall chart of task statuses over one section per
 // status, each a horizontal strip of task cards. From here the worker refreshes,
 // opens the filter, acknowledges, starts or unblocks a task, or opens its items.
-class DashboardVC : public RavelinEventVC, public TaskCollectionViewCellDelegate
+class DashboardVC : public RavelinEventVC,
+                    public TaskCollectionViewCellDelegate,
+                    public ItemsVCDelegate,
+                    public FilterVCDelegate
 {
     Q_OBJECT
 
@@ -50,6 +56,10 @@ public:
     void pullToRefresh();
     // Fetches the tasks; the table, the chart and the indicator follow the answer.
     void refreshData();
+    // Redraws the overall chart and reloads the table from the view model's
+    // sections (what an answer leads to). Costs the same for ten tasks or ten
+    // thousand: only the cards in sight are laid out and painted.
+    void reloadData();
 
     // Selecting a task: assigned, acknowledged and blocked tasks ask first;
     // the others load their items and open them.
@@ -70,6 +80,13 @@ public:
     // TaskCollectionViewCellDelegate: the card's acknowledge button asks at once.
     void didTapAcknowledge(const TaskPtr &task) override;
 
+    // ItemsVCDelegate: the task opened from here was completed or blocked.
+    void didChangeTaskStatus(TaskStatus status, qint64 taskId) override;
+
+    // FilterVCDelegate: the applied choices become the task list's, then the
+    // dashboard fetches again.
+    void filterApplied(const TaskFilterData &filterData) override;
+
     // The views, for the navigation host and for tests.
     [[nodiscard]] DashboardHeaderView *headerView() const { return m_headerView; }
     [[nodiscard]] PieChartView *pieChartView() const { return m_pieChartView; }
@@ -78,6 +95,8 @@ public:
     [[nodiscard]] QLabel *emptyMessageLabel() const { return m_emptyLabel; }
     [[nodiscard]] const QList<QLabel *> &sectionHeaderLabels() const { return m_sectionHeaders; }
     [[nodiscard]] const QList<TaskTableViewCell *> &rows() const { return m_rows; }
+    // Paints every card of every row.
+    [[nodiscard]] TaskCollectionViewCell *cardPainter() const { return m_cardPainter; }
     [[nodiscard]] QAction *refreshAction() const { return m_refreshAction; }
     [[nodiscard]] QAction *filterAction() const { return m_filterAction; }
 
@@ -113,6 +132,7 @@ private:
     QList<QWidget *> m_sectionHeaderViews;
     QList<QLabel *> m_sectionHeaders;
     QList<TaskTableViewCell *> m_rows;
+    TaskCollectionViewCell *m_cardPainter = nullptr;
     QAction *m_refreshAction = nullptr;
     QAction *m_filterAction = nullptr;
     QVariantAnimation *m_headerFade = nullptr;

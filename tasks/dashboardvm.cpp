@@ -8,11 +8,15 @@
 #include "tasks/tasksresponse.h"
 #include "tasks/tasksupdateresponse.h"
 
+#include <QCoreApplication>
+
+#include <vector>
+
 namespace ravelin {
 
 namespace {
 
-const QString tasksFailure = QStringLiteral("We got a failure trying to get the tasks. The error we got was: ");
+constexpr QLatin1StringView tasksFailure("We got a failure trying to get the tasks. The error we got was: ");
 
 qint64 millisecondsOf(const QDateTime &date)
 {
@@ -23,7 +27,7 @@ qint64 millisecondsOf(const QDateTime &date)
 
 } // namespace
 
-DashboardVM::DashboardVM(NetworkManager *networkManager, UsersData users, Clock clock, QObject *parent)
+DashboardVM::DashboardVM(NetworkManager *networkManager, UsersData users, const Clock &clock, QObject *parent)
     : QObject(parent)
     , m_filterData(TaskFilterData::makeDefault(clock))
     , m_taskList(m_filterData)
@@ -43,33 +47,43 @@ TasksQueryParams DashboardVM::queryParams() const
 void DashboardVM::fetchTasks(FetchCompletion completion)
 {
     const Router route = Router::getAllTasks(m_users.currentUser.id, queryParams());
-    m_networkManager->request<TasksResponse>(route, ApiQueue::shared(), this,
-                                             [this, completion](const Result<TasksResponse> &result) {
-                                                 if (!result.isSuccess()) {
-                                                     debugLog(tasksFailure + result.error().localizedDescription());
-                                                     completion(false, result.error());
-                                                     return;
-                                                 }
-                                                 m_taskList.tasks = result.value().data;
-                                                 invalidateSections();
-                                                 debugLog(QStringLiteral("Fetched %1 tasks").arg(m_taskList.tasks.size()));
-                                                 emit tasksChanged();
-                                                 completion(true, std::nullopt);
-                                             });
+    const SortConfiguration sort = m_filterData->sortingConfig;
+    const quint64 generation = ++m_generation;
+    m_networkManager->request<TasksResponse, ArrangedTasks>(
+        route, ApiQueue::shared(), this,
+        [sort](TasksResponse &&response) { return arrange(std::move(response.data), sort); },
+        [this, completion = std::move(completion), generation](const Result<ArrangedTasks> &result) {
+            if (!result.isSuccess()) {
+                debugLog(lcTasks, tasksFailure + result.error().localizedDescription());
+                completion(false, result.error());
+                return;
+            }
+            // A newer fetch or status change may already have published; this
+            // answer's list is still what the worker asked for last.
+            if (generation == m_generation) {
+                takeTasks(result.value());
+            } else {
+                m_taskList.tasks = result.value().tasks;
+                invalidateSections();
+            }
+            debugLog(lcTasks, QStringLiteral("Fetched %1 tasks").arg(m_taskList.tasks.size()));
+            emit tasksChanged();
+            completion(true, std::nullopt);
+        });
 }
 
 void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> completion)
 {
     m_networkManager->request<ItemsResponse>(
-        Router::getItems(task->id), ApiQueue::shared(), this, [task, completion](const Result<ItemsResponse> &result) {
+        Router::getItems(task->id), ApiQueue::shared(), this, [task, completion = std::move(completion)](const Result<ItemsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(QStringLiteral("We got a failure trying to get the items. The error we got was: ")
+                debugLog(lcTasks, QStringLiteral("We got a failure trying to get the items. The error we got was: ")
                          + result.error().localizedDescription());
                 completion(false);
                 return;
             }
             task->itemList.items = result.value().data;
-            debugLog(QStringLiteral("Fetched %1 items").arg(task->itemList.items.size()));
+            debugLog(lcTasks, QStringLiteral("Fetched %1 items").arg(task->itemList.items.size()));
             completion(true);
         });
 }
@@ -79,60 +93,86 @@ void DashboardVM::updateTaskStatus(const TaskPtr &task, qint64 statusId,
 {
     const Router route = Router::updateTaskStatus(task->id, statusId, m_users.currentUser.id);
     m_networkManager->request<TasksUpdateResponse>(route, ApiQueue::shared(), this,
-                                                   [this, completion](const Result<TasksUpdateResponse> &result) {
+                                                   [this, completion = std::move(completion)](const Result<TasksUpdateResponse> &result) {
                                                        if (!result.isSuccess()) {
                                                            // The task-list wording is used for this operation too.
-                                                           debugLog(tasksFailure + result.error().localizedDescription());
+                                                           debugLog(lcTasks, tasksFailure + result.error().localizedDescription());
                                                            completion(std::nullopt);
                                                            return;
                                                        }
                                                        const TaskPtr &changed = result.value().task;
-                                                       m_taskList.updateTask(*changed);
-                                                       invalidateSections();
+                                                       if (m_taskList.updateTask(*changed))
+                                                           invalidateSections();
                                                        emit tasksChanged();
                                                        completion(changed->currentStatus);
                                                    });
 }
 
-QList<TaskSection> DashboardVM::makeSections(const TaskList &list)
+ArrangedTasks DashboardVM::arrange(QList<TaskPtr> tasks, const SortConfiguration &sort,
+                                  const QList<TaskStatus> &statuses)
 {
-    // Bucket by status in one pass over the sorted tasks; the buckets are already
-    // in status order, and each keeps the sorted order of its tasks.
-    const QList<TaskStatus> &statuses = TaskStatuses::allCases();
-    QList<QList<TaskPtr>> buckets(statuses.size());
-    for (const TaskPtr &task : list.sortedTasks())
-        buckets[statuses.indexOf(task->currentStatus)].append(task);
-
-    QList<TaskSection> sections;
-    for (int i = 0; i < statuses.size(); ++i) {
+    const QList<TaskStatus> &all = TaskStatuses::allCases();
+    // Where each task goes is decided from the statuses of the list as it was
+    // handed over (given, or the tasks' own when nobody else sees them yet).
+    const bool given = statuses.size() == tasks.size();
+    ArrangedTasks out;
+    out.statusCounts = QList<int>(all.size(), 0);
+    std::vector<qsizetype> bucketOf(std::size_t(tasks.size()));
+    for (qsizetype i = 0; i < tasks.size(); ++i) {
+        const qsizetype bucket = all.indexOf(given ? statuses.at(i) : tasks.at(i)->currentStatus);
+        bucketOf[std::size_t(i)] = bucket;
+        ++out.statusCounts[bucket];
+    }
+    // Fill the buckets in sorted order; they are already in status order, and
+    // each keeps the sorted order of its tasks.
+    QList<QList<TaskPtr>> buckets(all.size());
+    for (qsizetype i = 0; i < all.size(); ++i)
+        buckets[i].reserve(out.statusCounts.at(i));
+    for (const int index : TaskList::sortedOrder(tasks, sort))
+        buckets[bucketOf[std::size_t(index)]].append(tasks.at(index));
+    for (qsizetype i = 0; i < all.size(); ++i) {
         if (!buckets.at(i).isEmpty())
-            sections.append(TaskSection{statuses.at(i), std::move(buckets[i])});
+            out.sections.append(TaskSection{all.at(i), std::move(buckets[i])});
     }
-    return sections;
-}
-
-const QList<TaskSection> &DashboardVM::sections() const
-{
-    const SortConfiguration sort = m_filterData->sortingConfig;
-    if (!m_sectionsSortedBy || !(*m_sectionsSortedBy == sort)) {
-        m_sections = makeSections(m_taskList);
-        m_sectionsSortedBy = sort;
-    }
-    return m_sections;
+    out.tasks = std::move(tasks);
+    return out;
 }
 
 void DashboardVM::invalidateSections()
 {
-    m_sectionsSortedBy.reset();
+    // The tasks are shared with the screens, so their statuses are read here on
+    // the main thread; the rest of what sorting reads never changes after decoding.
+    QList<TaskStatus> statuses;
+    statuses.reserve(m_taskList.tasks.size());
+    for (const TaskPtr &task : std::as_const(m_taskList.tasks))
+        statuses.append(task->currentStatus);
+    const quint64 generation = ++m_generation;
+    const SortConfiguration sort = m_filterData->sortingConfig;
+    const QPointer<DashboardVM> self(this);
+    ApiQueue::shared().async([self, generation, sort, tasks = m_taskList.tasks, statuses = std::move(statuses)] {
+        auto arranged = std::make_shared<ArrangedTasks>(arrange(tasks, sort, statuses));
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [self, generation, arranged] {
+                if (self && generation == self->m_generation)
+                    self->publish(std::move(*arranged));
+            },
+            Qt::QueuedConnection);
+    });
 }
 
-QList<int> DashboardVM::statusCounts() const
+void DashboardVM::takeTasks(const ArrangedTasks &arranged)
 {
-    const QList<TaskStatus> &statuses = TaskStatuses::allCases();
-    QList<int> counts(statuses.size(), 0);
-    for (const TaskPtr &task : m_taskList.tasks)
-        ++counts[statuses.indexOf(task->currentStatus)];
-    return counts;
+    m_taskList.tasks = arranged.tasks;
+    ++m_generation;
+    publish(arranged);
+}
+
+void DashboardVM::publish(ArrangedTasks arranged)
+{
+    arranged.tasks.clear(); // the list itself lives in taskList
+    m_arranged = std::move(arranged);
+    emit sectionsChanged();
 }
 
 std::optional<qint64> DashboardVM::nextStatusId(TaskStatus current)

@@ -26,6 +26,17 @@ struct TaskSection
     QList<TaskPtr> tasks;
 };
 
+// Tasks as the dashboard shows them: sorted, grouped into sections and counted
+// per status. Made on the api queue, where the answer is decoded.
+struct ArrangedTasks
+{
+    // The tasks in server order.
+    QList<TaskPtr> tasks;
+    QList<TaskSection> sections;
+    // Number of tasks per status, in status order (the overall chart).
+    QList<int> statusCounts;
+};
+
 // The data behind the dashboard: the shared filter and sort choices, the task
 // list, the network manager and the users of the session. Fetches the current
 // user's tasks, fetches one task's items before it is opened, and sends status
@@ -36,7 +47,7 @@ class DashboardVM : public QObject
     Q_OBJECT
 
 public:
-    DashboardVM(NetworkManager *networkManager, UsersData users, Clock clock, QObject *parent = nullptr);
+    DashboardVM(NetworkManager *networkManager, UsersData users, const Clock &clock, QObject *parent = nullptr);
 
     [[nodiscard]] TaskFilterDataPtr filterData() const { return m_filterData; }
     [[nodiscard]] TaskList &taskList() { return m_taskList; }
@@ -50,12 +61,18 @@ public:
     void updateTaskStatus(const TaskPtr &task, qint64 statusId, std::function<void(std::optional<TaskStatus>)> completion);
 
     // The tasks sorted by the chosen key and order and grouped by status, in
-    // status order. Computed once per change of the list or of the sort choice.
-    [[nodiscard]] const QList<TaskSection> &sections() const;
+    // status order; with the fetched tasks, they are made on the api queue as the
+    // answer is decoded. After a status change, or when invalidateSections()
+    // was called for a new sort choice, they are made again there and
+    // sectionsChanged() tells when they are in.
+    [[nodiscard]] const QList<TaskSection> &sections() const { return m_arranged.sections; }
     // Number of tasks per status, in status order (the overall chart).
-    [[nodiscard]] QList<int> statusCounts() const;
-    // Drops the cached sections after the tasks were changed from outside.
+    [[nodiscard]] const QList<int> &statusCounts() const { return m_arranged.statusCounts; }
+    // Sorts and groups the tasks again, on the api queue.
     void invalidateSections();
+    // Takes arranged tasks as the current list and sections, as a fetch does
+    // with its answer.
+    void takeTasks(const ArrangedTasks &arranged);
 
     // The query of the next fetch: the filter's dates in milliseconds since 1970
     // (an invalid date stops the process), priority, category, key and order.
@@ -66,19 +83,26 @@ public:
     // (unblock), in progress -> 6 (complete); nothing for the other statuses.
     [[nodiscard]] static std::optional<qint64> nextStatusId(TaskStatus current);
 
-    // Sections for any list of tasks (sorted with `list`'s sort choice).
-    [[nodiscard]] static QList<TaskSection> makeSections(const TaskList &list);
+    // Sorts, groups and counts tasks for the dashboard. `statuses` are the
+    // tasks' statuses in the same order (taken on the main thread when the tasks
+    // are shared); without them the tasks' own are read. Runs on any thread.
+    [[nodiscard]] static ArrangedTasks arrange(QList<TaskPtr> tasks, const SortConfiguration &sort,
+                                               const QList<TaskStatus> &statuses = {});
 
 signals:
     void tasksChanged();
+    void sectionsChanged();
 
 private:
+    void publish(ArrangedTasks arranged);
+
     TaskFilterDataPtr m_filterData;
     TaskList m_taskList;
     QPointer<NetworkManager> m_networkManager;
     UsersData m_users;
-    mutable QList<TaskSection> m_sections;
-    mutable std::optional<SortConfiguration> m_sectionsSortedBy;
+    ArrangedTasks m_arranged;
+    // Sections made for an older state of the list are dropped when they arrive.
+    quint64 m_generation = 0;
 };
 
 } // namespace ravelin

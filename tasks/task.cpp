@@ -5,6 +5,9 @@
 
 #include <QVarLengthArray>
 
+#include <array>
+#include <string_view>
+
 #include <cmath>
 #include <limits>
 
@@ -38,36 +41,74 @@ TaskCategoryDefinition lookUpCategory(qint64 id, const json::Options &options)
 
 } // namespace
 
+namespace {
+
+// The members of a task, in the order the server writes them.
+namespace TaskKey {
+enum Key : std::size_t {
+    id, name, description, latitude, longitude, ownerId, ownerAssetName, assignedUserId, updaterUserId,
+    dateScheduled, dateCreated, dateUpdated, taskStatusId, taskCategoryId, priority, itemsCount, updated, keyCount
+};
+} // namespace TaskKey
+
+constexpr std::array<std::string_view, TaskKey::keyCount> keys{
+    "id",           "name",         "description",   "latitude",     "longitude",      "ownerId",
+    "ownerAssetName", "assignedUserId", "updaterUserId", "dateScheduled", "dateCreated",  "dateUpdated",
+    "taskStatusId", "taskCategoryId", "priority",    "itemsCount",   "updated",
+};
+
+std::optional<json::Value> presentAndNotNull(const std::optional<json::Value> &value)
+{
+    return value && !value->isNull() ? value : std::nullopt;
+}
+
+} // namespace
+
 TaskPtr Task::decode(const json::Value &value)
 {
-    const json::Object o = value.toObject();
     auto task = std::make_shared<Task>();
-    task->id = o.int64("id");
-    task->name = o.string("name");
-    task->description = o.string("description");
-    task->latitude = toFloat(o.value("latitude"));
-    task->longitude = toFloat(o.value("longitude"));
-    task->ownerId = o.int64("ownerId");
-    if (auto owner = o.stringIfPresent("ownerAssetName"))
-        task->ownerAssetName = std::move(*owner);
-    task->assignedUserId = o.nullableInt64("assignedUserId");
-    task->updaterUserId = o.nullableInt64("updaterUserId");
-    task->dateScheduled = o.nullableDate("dateScheduled");
-    task->dateCreated = o.date("dateCreated");
-    task->dateUpdated = o.dateIfPresent("dateUpdated");
-    task->currentStatus = TaskStatuses::fromServerId(o.int64("taskStatusId"));
-    task->taskCategory = lookUpCategory(o.int64("taskCategoryId"), o.options());
-    task->priority = TaskPriorities::fromWireValue(o.int64("priority"));
-    if (const auto counts = o.find("itemsCount"); counts && !counts->isNull()) {
+    decode(value, *task);
+    return task;
+}
+
+void Task::decode(const json::Value &value, Task &task)
+{
+    const json::Object o = value.toObject();
+    namespace K = TaskKey;
+    std::array<std::optional<json::Value>, K::keyCount> v;
+    o.read(keys, v);
+    const auto required = [&v](K::Key key) -> const json::Value & { return json::Object::required(v[key], keys[key]); };
+    const auto nullable = [&](K::Key key) { return presentAndNotNull(required(key)); };
+
+    task.id = required(K::id).toInt64();
+    task.name = required(K::name).toString();
+    task.description = required(K::description).toString();
+    task.latitude = toFloat(required(K::latitude));
+    task.longitude = toFloat(required(K::longitude));
+    task.ownerId = required(K::ownerId).toInt64();
+    if (const auto owner = presentAndNotNull(v[K::ownerAssetName]))
+        task.ownerAssetName = owner->toString();
+    if (const auto user = nullable(K::assignedUserId))
+        task.assignedUserId = user->toInt64();
+    if (const auto user = nullable(K::updaterUserId))
+        task.updaterUserId = user->toInt64();
+    if (const auto date = nullable(K::dateScheduled))
+        task.dateScheduled = date->toDate();
+    task.dateCreated = required(K::dateCreated).toDate();
+    if (const auto date = presentAndNotNull(v[K::dateUpdated]))
+        task.dateUpdated = date->toDate();
+    task.currentStatus = TaskStatuses::fromServerId(required(K::taskStatusId).toInt64());
+    task.taskCategory = lookUpCategory(required(K::taskCategoryId).toInt64(), o.options());
+    task.priority = TaskPriorities::fromWireValue(required(K::priority).toInt64());
+    if (const auto counts = presentAndNotNull(v[K::itemsCount])) {
         // A task carries one entry per item status; keep them off the heap.
         QVarLengthArray<ItemsCount, 8> list;
         for (const json::Value entry : counts->toArray())
             list.append(ItemsCount::decode(entry));
-        task->progress = TaskProgress::fromCounts(std::span<const ItemsCount>(list.constData(), std::size_t(list.size())));
+        task.progress = TaskProgress::fromCounts(std::span<const ItemsCount>(list.constData(), std::size_t(list.size())));
     }
-    if (const auto updated = o.booleanIfPresent("updated"))
-        task->isUpdated = *updated;
-    return task;
+    if (const auto flag = presentAndNotNull(v[K::updated]))
+        task.isUpdated = flag->toBool();
 }
 
 QJsonObject Task::encode() const

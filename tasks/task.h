@@ -9,6 +9,7 @@
 
 #include <QDateTime>
 #include <QJsonObject>
+#include <QMetaType>
 #include <QString>
 
 #include <memory>
@@ -53,6 +54,9 @@ public:
     // "updated" (optional, gives isUpdated). A status or priority outside its
     // range, or no task category to look the id up in, stops the process.
     [[nodiscard]] static TaskPtr decode(const json::Value &value);
+    // The same into a task that already exists (tasks of one answer share one
+    // allocation, see TasksResponse).
+    static void decode(const json::Value &value, Task &task);
 
     // The local form, under the fields' own names ("currentStatus", "isUpdated",
     // "progress", "itemList", texts for status and priority); not the server's
@@ -61,3 +65,5 @@ public:
 };
 
 } // namespace ravelin
+
+Q_DECLARE_METATYPE(ravelin::TaskPtr)

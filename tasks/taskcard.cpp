@@ -1,17 +1,19 @@
 #include "tasks/taskcard.h"
 
 #include "resources/namedcolors.h"
+#include "tasks/chartpainter.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/piechartview.h"
 #include "tasks/taskcollectionviewcelldelegate.h"
-#include "views/roundedview.h"
+#include "tasks/taskcollectionmodel.h"
+#include "views/cardshadow.h"
+#include "views/textscale.h"
 
 #include <QFontMetrics>
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QMouseEvent>
-#include <QPushButton>
-#include <QVBoxLayout>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+#include <QPixmapCache>
+#include <QStyle>
 
 namespace ravelin {
 
@@ -19,19 +21,14 @@ namespace {
 
 constexpr int chartSide = 54;
 constexpr int nameLines = 2;
+constexpr QMargins contentMargins{14, 12, 12, 12};
+constexpr int chipHeight = 20;
+constexpr int chipPadding = 9;
+constexpr int buttonHeight = 28;
 
 QColor named(const QString &name, const QColor &fallback)
 {
     return NamedColors::color(name, fallback);
-}
-
-QString rgba(const QColor &color, qreal alpha)
-{
-    return QStringLiteral("rgba(%1,%2,%3,%4)")
-        .arg(color.red())
-        .arg(color.green())
-        .arg(color.blue())
-        .arg(QString::number(alpha, 'f', 2));
 }
 
 QColor priorityColor(TaskPriority priority)
@@ -46,8 +43,89 @@ QColor priorityColor(TaskPriority priority)
     return named(ColorNames::customGray, Qt::gray);
 }
 
-// The name wrapped on at most two lines, the second one elided.
-QString twoLineName(const QString &name, const QFont &font, int width)
+// A designed length at the worker's text size.
+int px(int designPixels)
+{
+    return TextScale::scaled(designPixels);
+}
+
+QMargins contentMarginsNow()
+{
+    return {px(contentMargins.left()), px(contentMargins.top()), px(contentMargins.right()), px(contentMargins.bottom())};
+}
+
+// The card's shadows are the same for every card: drawn once per look and
+// screen density, then only copied.
+QPixmap cardBackground(qreal ratio, const QColor &fill)
+{
+    const int margin = px(TaskCollectionViewCell::shadowMargin);
+    const QSize size(px(TaskCollectionViewCell::cardWidth), px(TaskCollectionViewCell::cardHeight));
+    const QString key = QStringLiteral("ravelin-task-card-%1-%2-%3-%4x%5")
+                            .arg(ratio)
+                            .arg(fill.rgba(), 0, 16)
+                            .arg(named(ColorNames::customShadow, Qt::white).rgba(), 0, 16)
+                            .arg(size.width())
+                            .arg(size.height());
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
+    const QSize logical(size.width() + 2 * margin, size.height() + 2 * margin);
+    pixmap = QPixmap((QSizeF(logical) * ratio).toSize());
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    {
+        QPainter painter(&pixmap);
+        const QRectF card(QPointF(margin, margin), QSizeF(size));
+        const qreal radius = TextScale::scaled(TaskCollectionViewCell::cornerRadius);
+        CardShadow::paintShadow(painter, card, radius, {named(ColorNames::customShadow, Qt::black), QPointF(0, 1), 0.2, 2.0});
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPainterPath path;
+        path.addRoundedRect(card, radius, radius);
+        painter.fillPath(path, fill);
+    }
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
+}
+
+} // namespace
+
+TaskCollectionViewCell::TaskCollectionViewCell(QObject *parent)
+    : QStyledItemDelegate(parent)
+{
+    setObjectName(reuseIdentifier);
+}
+
+QSize TaskCollectionViewCell::itemSize()
+{
+    return TextScale::scaled(designItemSize);
+}
+
+QRect TaskCollectionViewCell::cardFrame(const QRect &itemRect)
+{
+    return {itemRect.x() + px(leadingInset), itemRect.y() + px(shadowMargin), px(cardWidth), px(cardHeight)};
+}
+
+QRect TaskCollectionViewCell::acknowledgeButtonRect(const QRect &itemRect)
+{
+    const QRect content = cardFrame(itemRect).marginsRemoved(contentMarginsNow());
+    return {content.left(), content.bottom() + 1 - px(buttonHeight), content.width(), px(buttonHeight)};
+}
+
+QRect TaskCollectionViewCell::chartRect(const QRect &itemRect)
+{
+    const QRect content = cardFrame(itemRect).marginsRemoved(contentMarginsNow());
+    return {content.right() + 1 - px(chartSide), content.top(), px(chartSide), px(chartSide)};
+}
+
+void TaskCollectionViewCell::didTapAcknowledge(const QModelIndex &index) const
+{
+    const TaskPtr task = index.data(TaskCollectionModel::TaskRole).value<TaskPtr>();
+    if (!task || !m_delegate)
+        return;
+    m_delegate->didTapAcknowledge(task);
+}
+
+QString TaskCollectionViewCell::twoLineName(const QString &name, const QFont &font, int width)
 {
     const QFontMetrics metrics(font);
     if (width <= 0 || metrics.horizontalAdvance(name) <= width)
@@ -70,156 +148,87 @@ QString twoLineName(const QString &name, const QFont &font, int width)
     return first + QLatin1Char('\n') + metrics.elidedText(rest, Qt::ElideRight, width);
 }
 
-} // namespace
-
-TaskCollectionViewCell::TaskCollectionViewCell(QWidget *parent)
-    : QWidget(parent)
+QSize TaskCollectionViewCell::sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const
 {
-    setObjectName(reuseIdentifier);
-    setFixedSize(sizeHint());
-    setCursor(Qt::PointingHandCursor);
-
-    const QColor label = named(ColorNames::labelText, Qt::black);
-    const QColor secondary = named(ColorNames::secondaryLabelText, Qt::darkGray);
-    const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
-
-    m_viewCell = new RoundedView(this);
-    m_viewCell->setObjectName(QStringLiteral("viewCell"));
-    m_viewCell->setCornerRadius(14);
-    m_viewCell->setCustomBackgroundColor(named(ColorNames::viewBackground, Qt::white));
-    m_viewCell->setGeometry(shadowMargin, shadowMargin, cardWidth, cardHeight);
-
-    auto *column = new QVBoxLayout(m_viewCell);
-    column->setContentsMargins(14, 12, 12, 12);
-    column->setSpacing(0);
-
-    auto *top = new QHBoxLayout;
-    top->setSpacing(8);
-    m_priorityLbl = new QLabel(m_viewCell);
-    m_priorityLbl->setObjectName(QStringLiteral("priorityLbl"));
-    m_priorityLbl->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    m_priorityLbl->setFixedHeight(20);
-    m_priorityLbl->setAlignment(Qt::AlignCenter);
-    top->addWidget(m_priorityLbl, 0, Qt::AlignTop);
-    top->addStretch(1);
-    m_progressView = new PieChartView(m_viewCell);
-    m_progressView->setObjectName(QStringLiteral("progressView"));
-    m_progressView->setFixedSize(chartSide, chartSide);
-    top->addWidget(m_progressView, 0, Qt::AlignTop);
-    column->addLayout(top);
-    column->addSpacing(8);
-
-    m_taskName = new QLabel(m_viewCell);
-    QFont nameFont = m_taskName->font();
-    nameFont.setPixelSize(15);
-    nameFont.setWeight(QFont::DemiBold);
-    m_taskName->setFont(nameFont);
-    m_taskName->setWordWrap(false);
-    m_taskName->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_taskName->setMaximumHeight(QFontMetrics(nameFont).lineSpacing() * nameLines + 2);
-    m_taskName->setStyleSheet(QStringLiteral("color: %1;").arg(label.name()));
-    // Screen readers read the name as static text.
-    m_taskName->setTextInteractionFlags(Qt::NoTextInteraction);
-    column->addWidget(m_taskName);
-
-    m_categoryLbl = new QLabel(m_viewCell);
-    m_categoryLbl->setObjectName(QStringLiteral("categoryLbl"));
-    QFont categoryFont = m_categoryLbl->font();
-    categoryFont.setPixelSize(12);
-    m_categoryLbl->setFont(categoryFont);
-    m_categoryLbl->setStyleSheet(QStringLiteral("color: %1;").arg(secondary.name()));
-    column->addWidget(m_categoryLbl);
-    column->addStretch(1);
-
-    m_acknowledgeBtn = new QPushButton(QStringLiteral("Acknowledge"), m_viewCell);
-    m_acknowledgeBtn->setObjectName(QStringLiteral("acknowledgeBtn"));
-    m_acknowledgeBtn->setCursor(Qt::PointingHandCursor);
-    m_acknowledgeBtn->setFixedHeight(28);
-    m_acknowledgeBtn->setStyleSheet(
-        QStringLiteral("QPushButton { background: %1; color: white; border: none; border-radius: 8px;"
-                       " font-size: 12px; font-weight: 600; padding: 0 10px; }"
-                       "QPushButton:pressed { background: %2; }")
-            .arg(accent.name(), accent.darker(125).name()));
-    connect(m_acknowledgeBtn, &QPushButton::clicked, this, &TaskCollectionViewCell::didTapAcknowledge);
-    column->addSpacing(8);
-    column->addWidget(m_acknowledgeBtn);
-    m_acknowledgeBtn->hide();
+    return itemSize();
 }
 
-QSize TaskCollectionViewCell::sizeHint() const
+void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    return {cardWidth + 2 * shadowMargin, cardHeight + 2 * shadowMargin};
-}
-
-void TaskCollectionViewCell::configure(const TaskPtr &task)
-{
-    m_currentTask = task;
+    const TaskPtr task = index.data(TaskCollectionModel::TaskRole).value<TaskPtr>();
     if (!task)
         return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setRenderHint(QPainter::TextAntialiasing);
 
-    m_taskName->setObjectName(DashboardTexts::taskNameIdentifier(task->currentStatus));
-    m_taskName->setAccessibleName(task->name);
-    m_taskName->setToolTip(task->name);
-    m_taskName->setText(twoLineName(task->name, m_taskName->font(), cardWidth - 26));
+    const QRect card = cardFrame(option.rect);
+    const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+    painter->drawPixmap(card.topLeft() - QPoint(px(shadowMargin), px(shadowMargin)),
+                        cardBackground(ratio, named(ColorNames::viewBackground, Qt::white)));
+    const QRect content = card.marginsRemoved(contentMarginsNow());
 
-    m_categoryLbl->setText(task->taskCategory.name);
-    m_categoryLbl->setAccessibleName(task->taskCategory.name);
-
+    // Priority chip, top left.
     const QString priority = TaskPriorities::rawValue(task->priority);
-    m_priorityLbl->setText(priority);
-    m_priorityLbl->setAccessibleName(priority);
-    applyPriorityLook(task->priority);
+    const QFont chipFont = TextScale::font(option.font, 11, QFont::DemiBold);
+    const int chipWidth = QFontMetrics(chipFont).horizontalAdvance(priority) + 2 * px(chipPadding);
+    const QRectF chip(content.left(), content.top(), chipWidth, px(chipHeight));
+    const QColor chipColor = priorityColor(task->priority);
+    QColor chipFill = chipColor;
+    chipFill.setAlphaF(0.18f);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(chipFill);
+    painter->drawRoundedRect(chip, chip.height() / 2.0, chip.height() / 2.0);
+    painter->setFont(chipFont);
+    // Yellow and orange need a deeper tone to read on a light chip.
+    painter->setPen(chipColor.darker(task->priority == TaskPriority::medium ? 165 : 125));
+    painter->drawText(chip, Qt::AlignCenter, priority);
 
-    m_acknowledgeBtn->setVisible(DashboardTexts::showsAcknowledgeButton(*task));
+    // Item progress, top right.
+    const ChartData items = DashboardTexts::itemsChart(task->progress);
+    ChartPainter::paint(*painter, chartRect(option.rect),
+                        Chart::itemsProgress(items.names, items.values, items.colors, int(task->progress.total), false));
 
-    const ChartData chart = DashboardTexts::itemsChart(task->progress);
-    m_progressView->updateChartForItemsProgress(chart.names, chart.values, chart.colors,
-                                                static_cast<int>(task->progress.total), false);
-}
+    // Name on two lines at most, then the category right under it.
+    const QFont nameFont = TextScale::font(option.font, 15, QFont::DemiBold);
+    const QFontMetrics nameMetrics(nameFont);
+    const int nameTop = content.top() + px(chartSide) + px(8);
+    const QString name = twoLineName(task->name, nameFont, content.width());
+    const int nameHeight = nameMetrics.lineSpacing() * int(std::min<qsizetype>(name.count(QLatin1Char('\n')) + 1, nameLines));
+    painter->setFont(nameFont);
+    painter->setPen(named(ColorNames::labelText, Qt::black));
+    painter->drawText(QRect(content.left(), nameTop, content.width(), nameHeight), Qt::AlignLeft | Qt::AlignTop, name);
 
-void TaskCollectionViewCell::didTapAcknowledge()
-{
-    if (!m_currentTask || !m_delegate)
-        return;
-    m_delegate->didTapAcknowledge(m_currentTask);
-}
+    const QFont categoryFont = TextScale::font(option.font, 12, QFont::Normal);
+    painter->setFont(categoryFont);
+    painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
+    const QFontMetrics categoryMetrics(categoryFont);
+    painter->drawText(QRect(content.left(), nameTop + nameHeight, content.width(), categoryMetrics.height()),
+                      Qt::AlignLeft | Qt::AlignTop,
+                      categoryMetrics.elidedText(task->taskCategory.name, Qt::ElideRight, content.width()));
 
-void TaskCollectionViewCell::applyPriorityLook(TaskPriority priority)
-{
-    const QColor color = priorityColor(priority);
-    // Yellow and orange need a deeper tone to read on a light pill.
-    const QColor text = color.darker(priority == TaskPriority::medium ? 165 : 125);
-    m_priorityLbl->setStyleSheet(QStringLiteral("QLabel { background: %1; color: %2; border-radius: 10px;"
-                                                " padding: 0 9px; font-size: 11px; font-weight: 600; }")
-                                     .arg(rgba(color, 0.18), text.name()));
-}
-
-void TaskCollectionViewCell::mousePressEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton) {
-        QWidget::mousePressEvent(event);
-        return;
+    if (DashboardTexts::showsAcknowledgeButton(*task)) {
+        const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
+        const bool pressed = m_pressed.isValid() && m_pressed == index;
+        const QRect button = acknowledgeButtonRect(option.rect);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(pressed ? accent.darker(125) : accent);
+        painter->drawRoundedRect(button, px(8), px(8));
+        painter->setFont(TextScale::font(option.font, 12, QFont::DemiBold));
+        painter->setPen(Qt::white);
+        painter->drawText(button, Qt::AlignCenter, DashboardTexts::acknowledgeTitle);
     }
-    m_pressed = true;
-    m_pressPosition = event->position().toPoint();
-    event->accept();
-}
 
-void TaskCollectionViewCell::mouseReleaseEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton || !m_pressed) {
-        QWidget::mouseReleaseEvent(event);
-        return;
+    // Keyboard focus only: a tap does not ring the card.
+    if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange)) {
+        // Keyboard focus: a ring around the card in the accent colour.
+        const qreal radius = TextScale::scaled(cornerRadius);
+        QPen ring(named(ColorNames::accent, QColor(0, 122, 255)), 2);
+        painter->setPen(ring);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(QRectF(card).adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
     }
-    m_pressed = false;
-    event->accept();
-    const QPoint position = event->position().toPoint();
-    // A drag that scrolled the strip or the dashboard ends outside the card or
-    // far from where it started: that is no tap.
-    if (!m_viewCell->geometry().contains(position)
-        || (position - m_pressPosition).manhattanLength() > tapSlop)
-        return;
-    emit tapped();
+    painter->restore();
 }
 
 } // namespace ravelin

@@ -2,22 +2,23 @@
 
 #include "tasks/task.h"
 
-#include <QPointer>
-#include <QWidget>
-
-class QLabel;
-class QPushButton;
+#include <QPersistentModelIndex>
+#include <QStyledItemDelegate>
 
 namespace ravelin {
 
-class PieChartView;
-class RoundedView;
 class TaskCollectionViewCellDelegate;
 
-// One task on the dashboard: a rounded card with the task's name, category and
-// priority, the small chart of its item progress, and for assigned tasks the
-// button that acknowledges it. Tapping the card anywhere else selects the task.
-class TaskCollectionViewCell : public QWidget
+// Paints the dashboard's task cards: a rounded, shadowed card with the task's
+// priority chip, the small chart of its item progress, its name (two lines at
+// most), its category and, for assigned tasks, the acknowledge button. One
+// instance paints every card of every strip, so a card costs nothing while it
+// is not on screen.
+//
+// The acknowledge button is painted too: the strip that shows the card asks
+// acknowledgeButtonRect() whether a press hit it, shows the pressed look through
+// setPressedIndex(), and reports the tap through didTapAcknowledge().
+class TaskCollectionViewCell : public QStyledItemDelegate
 {
     Q_OBJECT
 
@@ -25,55 +26,45 @@ public:
     static inline const QString reuseIdentifier = QStringLiteral("TaskCollectionViewCell");
     static constexpr int cardWidth = 184;
     static constexpr int cardHeight = 164;
-    // Room around the card for its shadow.
+    static constexpr qreal cornerRadius = 14;
+    // Room around the card for its shadow, and the gap to the next card.
     static constexpr int shadowMargin = 6;
-    // A press that moves further than this is a drag, not a tap.
-    static constexpr int tapSlop = 8;
+    static constexpr int cardSpacing = 4;
+    // The first card lines up with the section header's text.
+    static constexpr int leadingInset = 10;
+    // Every card takes the same room in its strip: this at the designed text
+    // size, itemSize() at the worker's (the whole card grows with the text).
+    static constexpr QSize designItemSize{cardWidth + 2 * shadowMargin + cardSpacing, cardHeight + 2 * shadowMargin};
+    [[nodiscard]] static QSize itemSize();
 
-    explicit TaskCollectionViewCell(QWidget *parent = nullptr);
+    explicit TaskCollectionViewCell(QObject *parent = nullptr);
 
-    // Shows the task: name, category, priority, item chart and (for assigned
-    // tasks) the acknowledge button.
-    void configure(const TaskPtr &task);
-
-    [[nodiscard]] TaskPtr currentTask() const { return m_currentTask; }
     [[nodiscard]] TaskCollectionViewCellDelegate *delegate() const { return m_delegate; }
     void setDelegate(TaskCollectionViewCellDelegate *delegate) { m_delegate = delegate; }
 
-    [[nodiscard]] RoundedView *viewCell() const { return m_viewCell; }
-    [[nodiscard]] QLabel *taskName() const { return m_taskName; }
-    [[nodiscard]] QLabel *categoryLbl() const { return m_categoryLbl; }
-    [[nodiscard]] QLabel *priorityLbl() const { return m_priorityLbl; }
-    [[nodiscard]] PieChartView *progressView() const { return m_progressView; }
-    [[nodiscard]] QPushButton *acknowledgeBtn() const { return m_acknowledgeBtn; }
+    // Where the card and its parts are drawn in an item's rectangle, at the
+    // worker's text size.
+    [[nodiscard]] static QRect cardFrame(const QRect &itemRect);
+    [[nodiscard]] static QRect acknowledgeButtonRect(const QRect &itemRect);
+    [[nodiscard]] static QRect chartRect(const QRect &itemRect);
 
-    // The acknowledge button's action: hands the task to the delegate; does
-    // nothing without a task or a delegate.
-    void didTapAcknowledge();
+    // The card whose acknowledge button is held down (none: an invalid index).
+    [[nodiscard]] QModelIndex pressedIndex() const { return m_pressed; }
+    void setPressedIndex(const QModelIndex &index) { m_pressed = index; }
 
-    [[nodiscard]] QSize sizeHint() const override;
+    // The acknowledge button of the card at `index` was tapped: hands the card's
+    // task to the delegate; does nothing without a task or a delegate.
+    void didTapAcknowledge(const QModelIndex &index) const;
 
-signals:
-    // The card (not its button) was tapped.
-    void tapped();
+    // The task's name on at most two lines, the second one elided.
+    [[nodiscard]] static QString twoLineName(const QString &name, const QFont &font, int width);
 
-protected:
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
-    void applyPriorityLook(TaskPriority priority);
-
-    RoundedView *m_viewCell = nullptr;
-    QLabel *m_taskName = nullptr;
-    QLabel *m_categoryLbl = nullptr;
-    QLabel *m_priorityLbl = nullptr;
-    PieChartView *m_progressView = nullptr;
-    QPushButton *m_acknowledgeBtn = nullptr;
-    TaskPtr m_currentTask;
     TaskCollectionViewCellDelegate *m_delegate = nullptr;
-    QPoint m_pressPosition;
-    bool m_pressed = false;
+    QPersistentModelIndex m_pressed;
 };
 
 } // namespace ravelin

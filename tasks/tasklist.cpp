@@ -3,6 +3,8 @@
 #include "api/fatalerror.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 #include <vector>
 
 namespace ravelin {
@@ -40,7 +42,7 @@ TaskList::TaskList(std::shared_ptr<TaskFilterData> filterData)
 {
 }
 
-void TaskList::updateTask(const Task &task)
+bool TaskList::updateTask(const Task &task)
 {
     for (const TaskPtr &stored : std::as_const(tasks)) {
         if (stored->id != task.id)
@@ -49,29 +51,7 @@ void TaskList::updateTask(const Task &task)
         stored->updaterUserId = task.updaterUserId;
         stored->isUpdated = task.isUpdated;
         stored->dateUpdated = task.dateUpdated;
-        return;
-    }
-}
-
-bool TaskList::comesBefore(const SortConfiguration &config, const Task &a, const Task &b)
-{
-    const bool ascending = config.sortOrder == SortOrder::ascending;
-    switch (config.sortKey) {
-    case SortKey::name: {
-        const QString ka = nameKey(a.name);
-        const QString kb = nameKey(b.name);
-        return ascending ? lessByCodePoint(ka, kb) : lessByCodePoint(kb, ka);
-    }
-    case SortKey::priority: {
-        const int ra = TaskPriorities::sortRank(a.priority);
-        const int rb = TaskPriorities::sortRank(b.priority);
-        return ascending ? rb < ra : ra < rb;
-    }
-    case SortKey::date: {
-        const qint64 da = a.dateCreated.toMSecsSinceEpoch();
-        const qint64 db = b.dateCreated.toMSecsSinceEpoch();
-        return ascending ? da < db : da > db;
-    }
+        return true;
     }
     return false;
 }
@@ -80,31 +60,59 @@ QList<TaskPtr> TaskList::sortedTasks(const QList<TaskPtr> &tasksToSort) const
 {
     if (!filterData)
         fatalError(QStringLiteral("The task list has no filter data to sort by"), "TaskList");
-    const SortConfiguration config = filterData->sortingConfig;
-    QList<TaskPtr> out = tasksToSort;
-    if (config.sortKey != SortKey::name) {
-        std::stable_sort(out.begin(), out.end(),
-                         [&config](const TaskPtr &a, const TaskPtr &b) { return comesBefore(config, *a, *b); });
-        return out;
-    }
+    return sorted(tasksToSort, filterData->sortingConfig);
+}
 
-    // Names: lower-case each name once instead of on every comparison.
-    struct Keyed
-    {
-        QString key;
-        TaskPtr task;
-    };
-    std::vector<Keyed> keyed;
-    keyed.reserve(std::size_t(out.size()));
-    for (const TaskPtr &t : std::as_const(out))
-        keyed.push_back({nameKey(t->name), t});
-    const bool ascending = config.sortOrder == SortOrder::ascending;
-    std::stable_sort(keyed.begin(), keyed.end(), [ascending](const Keyed &a, const Keyed &b) {
-        return ascending ? lessByCodePoint(a.key, b.key) : lessByCodePoint(b.key, a.key);
-    });
-    for (qsizetype i = 0; i < out.size(); ++i)
-        out[i] = std::move(keyed[std::size_t(i)].task);
+QList<TaskPtr> TaskList::sorted(const QList<TaskPtr> &tasks, const SortConfiguration &config)
+{
+    QList<TaskPtr> out;
+    out.reserve(tasks.size());
+    for (const int index : sortedOrder(tasks, config))
+        out.append(tasks.at(index));
     return out;
+}
+
+std::vector<int> TaskList::sortedOrder(const QList<TaskPtr> &tasks, const SortConfiguration &config)
+{
+    // Each task's key is taken once; the sort moves positions, not tasks.
+    std::vector<int> order(std::size_t(tasks.size()));
+    std::iota(order.begin(), order.end(), 0);
+    const bool ascending = config.sortOrder == SortOrder::ascending;
+    const auto sortBy = [&](const auto &keys, auto less) {
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            return ascending ? less(keys[std::size_t(a)], keys[std::size_t(b)])
+                             : less(keys[std::size_t(b)], keys[std::size_t(a)]);
+        });
+    };
+    switch (config.sortKey) {
+    case SortKey::name: {
+        // Lower-cased once per task instead of on every comparison.
+        std::vector<QString> keys;
+        keys.reserve(order.size());
+        for (const TaskPtr &t : tasks)
+            keys.push_back(nameKey(t->name));
+        sortBy(keys, [](const QString &a, const QString &b) { return lessByCodePoint(a, b); });
+        break;
+    }
+    case SortKey::priority: {
+        // "Ascending" puts the least important first: the highest rank.
+        std::vector<int> keys;
+        keys.reserve(order.size());
+        for (const TaskPtr &t : tasks)
+            keys.push_back(-TaskPriorities::sortRank(t->priority));
+        sortBy(keys, std::less<>());
+        break;
+    }
+    case SortKey::date: {
+        std::vector<qint64> keys;
+        keys.reserve(order.size());
+        for (const TaskPtr &t : tasks)
+            keys.push_back(t->dateCreated.toMSecsSinceEpoch());
+        sortBy(keys, std::less<>());
+        break;
+    }
+    }
+    return order;
 }
 
 } // namespace ravelin

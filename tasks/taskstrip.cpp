@@ -1,48 +1,41 @@
 #include "tasks/taskstrip.h"
 
 #include "tasks/taskcard.h"
+#include "tasks/taskcollectionmodel.h"
 
-#include <QHBoxLayout>
-#include <QScrollArea>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
 #include <QScroller>
 #include <QScrollerProperties>
-#include <QVBoxLayout>
 
 namespace ravelin {
 
 TaskTableViewCell::TaskTableViewCell(QWidget *parent)
-    : QWidget(parent)
+    : QListView(parent)
 {
-    auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(0);
+    setObjectName(reuseIdentifier);
+    setViewMode(QListView::ListMode);
+    setFlow(QListView::LeftToRight);
+    setWrapping(false);
+    // Every card has the same size: laying out a strip never measures its cards.
+    setUniformItemSizes(true);
+    setMovement(QListView::Static);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFrameShape(QFrame::NoFrame);
+    setFixedHeight(TaskCollectionViewCell::itemSize().height());
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // The dashboard shows through between and around the cards.
+    setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+    setStyleSheet(QStringLiteral("QListView { background: transparent; border: none; }"));
 
-    m_collectionView = new QScrollArea(this);
-    m_collectionView->setObjectName(QStringLiteral("collectionView"));
-    m_collectionView->setFrameShape(QFrame::NoFrame);
-    m_collectionView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_collectionView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_collectionView->setWidgetResizable(true);
-    m_collectionView->setFixedHeight(TaskCollectionViewCell::cardHeight + 2 * TaskCollectionViewCell::shadowMargin);
-    m_collectionView->viewport()->setAutoFillBackground(false);
-    m_collectionView->setStyleSheet(QStringLiteral("QScrollArea { background: transparent; }"));
-
-    m_strip = new QWidget;
-    m_strip->setObjectName(QStringLiteral("strip"));
-    m_stripLayout = new QHBoxLayout(m_strip);
-    // The cards carry their own shadow margin; the first one lines up with the
-    // section header's text.
-    m_stripLayout->setContentsMargins(leadingInset - TaskCollectionViewCell::shadowMargin, 0,
-                                      leadingInset - TaskCollectionViewCell::shadowMargin, 0);
-    m_stripLayout->setSpacing(cardSpacing);
-    m_stripLayout->addStretch(1);
-    m_collectionView->setWidget(m_strip);
-    // The scroll area paints what it holds; the strip lets the dashboard show through.
-    m_strip->setAutoFillBackground(false);
-    column->addWidget(m_collectionView);
-
-    QScroller::grabGesture(m_collectionView->viewport(), QScroller::LeftMouseButtonGesture);
-    QScroller *kinetic = QScroller::scroller(m_collectionView->viewport());
+    QScroller::grabGesture(viewport(), QScroller::LeftMouseButtonGesture);
+    QScroller *kinetic = QScroller::scroller(viewport());
     QScrollerProperties properties = kinetic->scrollerProperties();
     properties.setScrollMetric(QScrollerProperties::VerticalOvershootPolicy,
                                QVariant::fromValue(QScrollerProperties::OvershootAlwaysOff));
@@ -51,38 +44,134 @@ TaskTableViewCell::TaskTableViewCell(QWidget *parent)
     properties.setScrollMetric(QScrollerProperties::MousePressEventDelay, 0.0);
     kinetic->setScrollerProperties(properties);
 
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    m_model = new TaskCollectionModel(this);
+    setModel(m_model);
+}
+
+TaskCollectionViewCell *TaskTableViewCell::cardPainter() const
+{
+    return qobject_cast<TaskCollectionViewCell *>(itemDelegate());
+}
+
+void TaskTableViewCell::setCardPainter(TaskCollectionViewCell *painter)
+{
+    setItemDelegate(painter);
+}
+
+const QList<TaskPtr> &TaskTableViewCell::tasks() const
+{
+    return m_model->tasks();
 }
 
 void TaskTableViewCell::setTasks(const QList<TaskPtr> &tasks)
 {
-    m_tasks = tasks;
+    m_model->setTasks(tasks);
 }
 
-void TaskTableViewCell::reloadData(TaskCollectionViewCellDelegate *delegate)
+int TaskTableViewCell::count() const
 {
-    while (m_cells.size() > m_tasks.size()) {
-        TaskCollectionViewCell *extra = m_cells.takeLast();
-        m_stripLayout->removeWidget(extra);
-        extra->hide();
-        extra->deleteLater();
+    return m_model->rowCount();
+}
+
+QRect TaskTableViewCell::cardRect(int item) const
+{
+    return TaskCollectionViewCell::cardFrame(visualRect(m_model->index(item)));
+}
+
+QSize TaskTableViewCell::sizeHint() const
+{
+    return {TaskCollectionViewCell::itemSize().width() * 2, TaskCollectionViewCell::itemSize().height()};
+}
+
+void TaskTableViewCell::setButtonPressed(const QModelIndex &index)
+{
+    TaskCollectionViewCell *painter = cardPainter();
+    if (!painter || painter->pressedIndex() == index)
+        return;
+    const QModelIndex before = painter->pressedIndex();
+    painter->setPressedIndex(index);
+    for (const QModelIndex &changed : {before, index}) {
+        if (changed.isValid() && changed.model() == model())
+            viewport()->update(visualRect(changed));
     }
-    while (m_cells.size() < m_tasks.size()) {
-        auto *cell = new TaskCollectionViewCell(m_strip);
-        // Before the trailing stretch.
-        m_stripLayout->insertWidget(static_cast<int>(m_cells.size()), cell);
-        connect(cell, &TaskCollectionViewCell::tapped, this, [this, cell] {
-            const qsizetype item = m_cells.indexOf(cell);
-            if (item >= 0)
-                emit taskSelected(m_tag, static_cast<int>(item));
-        });
-        m_cells.append(cell);
+}
+
+void TaskTableViewCell::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QListView::mousePressEvent(event);
+        return;
     }
-    for (qsizetype item = 0; item < m_tasks.size(); ++item) {
-        TaskCollectionViewCell *cell = m_cells.at(item);
-        cell->setDelegate(delegate);
-        cell->configure(m_tasks.at(item));
+    const QPoint position = event->position().toPoint();
+    const QModelIndex index = indexAt(position);
+    const QRect item = visualRect(index);
+    m_pressing = index.isValid() && TaskCollectionViewCell::cardFrame(item).contains(position);
+    m_pressIndex = m_pressing ? QPersistentModelIndex(index) : QPersistentModelIndex();
+    m_pressPosition = position;
+    m_pressOnButton = m_pressing && index.data(TaskCollectionModel::ShowsAcknowledgeRole).toBool()
+                      && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position);
+    if (m_pressing)
+        setCurrentIndex(index);
+    setButtonPressed(m_pressOnButton ? index : QModelIndex());
+    event->accept();
+}
+
+void TaskTableViewCell::mouseMoveEvent(QMouseEvent *event)
+{
+    // The finger left the card or began to scroll: no tap any more.
+    if (m_pressing && (event->position().toPoint() - m_pressPosition).manhattanLength() > tapSlop) {
+        m_pressing = false;
+        setButtonPressed({});
     }
+    event->accept();
+}
+
+void TaskTableViewCell::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QListView::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    const bool wasPressing = m_pressing;
+    const QPersistentModelIndex pressed = m_pressIndex;
+    const bool onButton = m_pressOnButton;
+    m_pressing = false;
+    m_pressIndex = QPersistentModelIndex();
+    setButtonPressed({});
+
+    const QPoint position = event->position().toPoint();
+    // A drag that scrolled the strip or the dashboard ends away from where it
+    // started (a scroller that takes over ends the press far outside): no tap.
+    if (!wasPressing || !pressed.isValid() || (position - m_pressPosition).manhattanLength() > tapSlop
+        || indexAt(position) != pressed)
+        return;
+    const QRect item = visualRect(pressed);
+    if (onButton && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position)) {
+        if (TaskCollectionViewCell *painter = cardPainter())
+            painter->didTapAcknowledge(pressed);
+        return;
+    }
+    if (TaskCollectionViewCell::cardFrame(item).contains(position))
+        emit taskSelected(m_tag, pressed.row());
+}
+
+void TaskTableViewCell::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    // A second quick tap is a tap of its own.
+    mousePressEvent(event);
+}
+
+void TaskTableViewCell::keyPressEvent(QKeyEvent *event)
+{
+    const QModelIndex current = currentIndex();
+    if (current.isValid() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter
+                              || event->key() == Qt::Key_Space)) {
+        emit taskSelected(m_tag, current.row());
+        event->accept();
+        return;
+    }
+    QListView::keyPressEvent(event);
 }
 
 } // namespace ravelin

@@ -2,57 +2,70 @@
 
 #include "tasks/task.h"
 
-#include <QList>
-#include <QWidget>
-
-class QHBoxLayout;
-class QScrollArea;
+#include <QListView>
+#include <QPersistentModelIndex>
 
 namespace ravelin {
 
+class TaskCollectionModel;
 class TaskCollectionViewCell;
-class TaskCollectionViewCellDelegate;
 
-// One dashboard row: the tasks of one status as a horizontal strip of cards that
-// scrolls sideways (kinetically, by finger or mouse).
-class TaskTableViewCell : public QWidget
+// One dashboard row: the tasks of one section as a horizontal strip of painted
+// cards that scrolls sideways (kinetically, by finger or mouse). A list view on
+// the row's own task model; only the cards in sight are painted.
+//
+// A tap on a card selects its task; a tap on an assigned card's acknowledge
+// button is handed to the card painter instead. A drag is never a tap. Enter or
+// Space selects the current card from the keyboard.
+class TaskTableViewCell : public QListView
 {
     Q_OBJECT
 
 public:
     static inline const QString reuseIdentifier = QStringLiteral("TaskTableViewCell");
-    // Left inset of the first card, lined up with the section header.
-    static constexpr int leadingInset = 10;
-    static constexpr int cardSpacing = 4;
+    // A press that moves further than this is a drag, not a tap.
+    static constexpr int tapSlop = 8;
 
     explicit TaskTableViewCell(QWidget *parent = nullptr);
-
-    [[nodiscard]] const QList<TaskPtr> &tasks() const { return m_tasks; }
-    void setTasks(const QList<TaskPtr> &tasks);
 
     // The section this row shows.
     [[nodiscard]] int tag() const { return m_tag; }
     void setTag(int tag) { m_tag = tag; }
 
-    // The sideways scrolling strip.
-    [[nodiscard]] QScrollArea *collectionView() const { return m_collectionView; }
+    // The card painter (shared by every strip of the dashboard).
+    [[nodiscard]] TaskCollectionViewCell *cardPainter() const;
+    void setCardPainter(TaskCollectionViewCell *painter);
 
-    // Shows one card per task, configured with its task and given the delegate;
-    // cards already made are reused.
-    void reloadData(TaskCollectionViewCellDelegate *delegate);
-    [[nodiscard]] const QList<TaskCollectionViewCell *> &cells() const { return m_cells; }
+    // The tasks the row shows, in order; setting them reloads the strip.
+    [[nodiscard]] const QList<TaskPtr> &tasks() const;
+    void setTasks(const QList<TaskPtr> &tasks);
+    [[nodiscard]] int count() const;
+    [[nodiscard]] TaskCollectionModel *collectionModel() const { return m_model; }
+    // The card of the task at a position, in viewport coordinates.
+    [[nodiscard]] QRect cardRect(int item) const;
+
+    [[nodiscard]] QSize sizeHint() const override;
 
 signals:
-    // A card was tapped: the section (tag) and the card's position in it.
+    // A card (not its button) was tapped: the section (tag) and the card's position.
     void taskSelected(int section, int item);
 
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
-    QList<TaskPtr> m_tasks;
+    void setButtonPressed(const QModelIndex &index);
+
+    TaskCollectionModel *m_model = nullptr;
     int m_tag = 0;
-    QScrollArea *m_collectionView = nullptr;
-    QWidget *m_strip = nullptr;
-    QHBoxLayout *m_stripLayout = nullptr;
-    QList<TaskCollectionViewCell *> m_cells;
+    QPersistentModelIndex m_pressIndex;
+    QPoint m_pressPosition;
+    bool m_pressOnButton = false;
+    bool m_pressing = false;
 };
 
 } // namespace ravelin

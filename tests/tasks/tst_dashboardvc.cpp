@@ -13,16 +13,19 @@
 #include "tasks/dashboardvm.h"
 #include "tasks/piechartview.h"
 #include "tasks/taskcard.h"
+#include "tasks/taskcollectionmodel.h"
 #include "tasks/taskstrip.h"
 #include "views/alertpresenter.h"
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
 #include "views/roundedview.h"
 
+#include <QAccessible>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QScroller>
 #include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -71,9 +74,35 @@ TaskPtr makeTask(TaskStatus status)
     return task;
 }
 
-void tap(TaskCollectionViewCell *card)
+// The cards of a row as UI automation finds them: one accessible item per card
+// on the row's accessibility interface, identified through the model's
+// identifier role.
+QStringList accessibleCards(TaskTableViewCell *row)
 {
-    QTest::mouseClick(card, Qt::LeftButton, {}, card->viewCell()->geometry().center());
+    QStringList identifiers;
+    QAccessibleInterface *table = QAccessible::queryAccessibleInterface(row);
+    for (int i = 0; table && i < table->childCount(); ++i) {
+        QAccessibleTableCellInterface *cell = table->child(i)->tableCellInterface();
+        identifiers.append(row->model()->index(cell->rowIndex(), 0).data(TaskCollectionModel::IdentifierRole).toString());
+    }
+    return identifiers;
+}
+
+QModelIndex cardIndex(TaskTableViewCell *row, int item)
+{
+    return row->model()->index(item, 0);
+}
+
+// Taps a point of a card, brought into sight first: its middle, or its
+// acknowledge button.
+void tap(TaskTableViewCell *row, int item, bool onButton = false)
+{
+    const QModelIndex index = cardIndex(row, item);
+    row->scrollTo(index);
+    const QRect rect = row->visualRect(index);
+    QTest::mouseClick(row->viewport(), Qt::LeftButton, {},
+                      onButton ? TaskCollectionViewCell::acknowledgeButtonRect(rect).center()
+                               : TaskCollectionViewCell::cardFrame(rect).center());
 }
 
 // The topmost alert over the screen as title, message and button titles.
@@ -274,23 +303,26 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QCOMPARE(header->palette().color(QPalette::WindowText).alphaF(), 0.8f);
 
     // One row per section; newest first within a section (the default sort); an
-    // unknown category shows as the first one.
+    // unknown category shows as the first one. Cards are found among the
+    // accessible items by their identifiers, and read through the model.
     QStringList rows;
+    QStringList identifiers;
     QStringList cards;
     for (TaskTableViewCell *row : dashboard->rows()) {
         rows.append(row->objectName());
-        for (TaskCollectionViewCell *card : row->cells())
-            cards.append(QStringList{card->taskName()->objectName(), card->taskName()->text(),
-                                     card->categoryLbl()->text(), card->priorityLbl()->text()}
+        identifiers += accessibleCards(row);
+        for (int item = 0; item < row->count(); ++item) {
+            const QModelIndex card = cardIndex(row, item);
+            cards.append(QStringList{card.data().toString(), card.data(TaskCollectionModel::CategoryRole).toString(),
+                                     card.data(TaskCollectionModel::PriorityRole).toString(),
+                                     card.data(TaskCollectionModel::ProgressRole).toString()}
                              .join(QLatin1Char('|')));
+        }
     }
     QCOMPARE(rows, (QStringList{"statusCell_Assigned", "statusCell_InProgress", "statusCell_Completed"}));
-    QCOMPARE(cards, (QStringList{"task_assigned|Meter C|Meters|Highest", "task_in_progress|Valve B|Pumps|Medium",
-                                 "task_in_progress|Valve A|Pumps|High", "task_complete|Tank D|All|Low"}));
-    const PieChartView *progress = dashboard->rows().at(1)->cells().at(1)->progressView();
-    QCOMPARE(progress->kind(), PieChartView::Kind::itemsProgress);
-    QCOMPARE(progress->centerText(), QStringLiteral("50%"));
-    QCOMPARE(sliceValues(progress), (QList<int>{3, 1, 4}));
+    QCOMPARE(identifiers, (QStringList{"task_assigned", "task_in_progress", "task_in_progress", "task_complete"}));
+    QCOMPARE(cards, (QStringList{"Meter C|Meters|Highest|0", "Valve B|Pumps|Medium|0", "Valve A|Pumps|High|50",
+                                 "Tank D|All|Low|0"}));
 
     QCOMPARE(sliceValues(dashboard->pieChartView()), (QList<int>{0, 1, 0, 2, 0, 1}));
     QCOMPARE(dashboard->pieChartView()->centerText(), QStringLiteral("Tasks"));
@@ -342,10 +374,16 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     // One section per status, in the order of the statuses.
     QList<bool> shown;
     for (TaskTableViewCell *row : dashboard->rows())
-        shown.append(!row->cells().first()->acknowledgeBtn()->isHidden());
+        shown.append(cardIndex(row, 0).data(TaskCollectionModel::ShowsAcknowledgeRole).toBool());
     QCOMPARE(shown, (QList<bool>{false, true, false, false, false, false}));
 
-    QTest::mouseClick(dashboard->rows().at(1)->cells().first()->acknowledgeBtn(), Qt::LeftButton);
+    // Held down, the painted button looks pressed; let go on it, it asks.
+    TaskTableViewCell *assigned = dashboard->rows().at(1);
+    const QPoint button = TaskCollectionViewCell::acknowledgeButtonRect(assigned->visualRect(cardIndex(assigned, 0))).center();
+    QTest::mousePress(assigned->viewport(), Qt::LeftButton, {}, button);
+    QCOMPARE(dashboard->cardPainter()->pressedIndex(), cardIndex(assigned, 0));
+    QTest::mouseRelease(assigned->viewport(), Qt::LeftButton, {}, button);
+    QVERIFY(!dashboard->cardPainter()->pressedIndex().isValid());
     QCOMPARE(shownAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
     QCOMPARE(shownAlert(dashboard).value(2), QStringLiteral("Yes/No"));
     // Asked at once: nothing was loaded or sent.
@@ -380,13 +418,13 @@ void TestDashboardVC::statusChanges()
     auto host = loaded({taskJson(8, "Pump", statusId, 2, "2026-11-01T08:00:00.000Z", 3)});
     QVERIFY(host);
     auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
-    TaskCollectionViewCell *card = dashboard->rows().first()->cells().first();
-    const TaskPtr task = card->currentTask();
+    TaskTableViewCell *row = dashboard->rows().first();
+    const TaskPtr task = row->tasks().first();
     const int fetches = requests(tasksPath);
     if (title.isEmpty()) {
         dashboard->changeTaskStatus(task, TaskStatus::complete);
     } else {
-        tap(card);
+        tap(row, 0);
         QCOMPARE(shownAlert(dashboard), (QStringList{title, DashboardTexts::statusPrompt(*task)->message, "Yes/No"}));
         QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
     }
@@ -415,7 +453,7 @@ void TestDashboardVC::itemsFailureAlert()
     auto host = loaded({taskJson(8, "Pump", 4)});
     QVERIFY(host);
     auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
-    tap(dashboard->rows().first()->cells().first());
+    tap(dashboard->rows().first(), 0);
     QTRY_COMPARE_WITH_TIMEOUT(shownAlert(dashboard), (QStringList{"Items Loading", "Couldn't load task items", ""}),
                               timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
@@ -441,7 +479,7 @@ void TestDashboardVC::fetchFailureAlert()
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
     // The table keeps what it had.
     QCOMPARE(dashboard->rows().size(), 1);
-    QCOMPARE(dashboard->rows().first()->cells().first()->currentTask()->name, QStringLiteral("Valve A"));
+    QCOMPARE(dashboard->rows().first()->tasks().first()->name, QStringLiteral("Valve A"));
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }
 
@@ -508,29 +546,31 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     QVERIFY(host);
     auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
     TaskTableViewCell *strip = dashboard->rows().first();
-    QCOMPARE(strip->cells().size(), 5);
+    QCOMPARE(strip->count(), 5);
 
     // Moves the mouse over a card in steps of 10 pixels per frame, holds still, lets go.
-    const auto drag = [](QWidget *card, QPoint step, int steps) {
-        const QPoint start = card->rect().center();
-        QTest::mousePress(card, Qt::LeftButton, {}, start);
+    const auto drag = [strip](int item, QPoint step, int steps) {
+        const QPoint start = strip->cardRect(item).center();
+        QTest::mousePress(strip->viewport(), Qt::LeftButton, {}, start);
         for (int i = 1; i <= steps; ++i) {
             QTest::qWait(16);
-            QTest::mouseMove(card, start + step * i);
+            QTest::mouseMove(strip->viewport(), start + step * i);
         }
         QTest::qWait(300);
-        QTest::mouseRelease(card, Qt::LeftButton, {}, start + step * steps);
+        QTest::mouseRelease(strip->viewport(), Qt::LeftButton, {}, start + step * steps);
     };
     // Sideways over the cards: the strip scrolls, the dashboard stays.
-    QScrollBar *sideways = strip->collectionView()->horizontalScrollBar();
+    QScrollBar *sideways = strip->horizontalScrollBar();
     QVERIFY(sideways->maximum() > 0);
     const int fetches = requests(tasksPath);
-    drag(strip->cells().at(1), QPoint(-10, 0), 15);
+    drag(1, QPoint(-10, 0), 15);
     QTRY_VERIFY_WITH_TIMEOUT(sideways->value() > 0, timeoutMs);
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
 
     // Down over a card at the top: the dashboard is pulled and refreshes.
-    drag(strip->cells().first(), QPoint(0, 10), 30);
+    QScroller::scroller(strip->viewport())->stop();
+    sideways->setValue(0);
+    drag(0, QPoint(0, 10), 30);
     QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!dashboard->refreshControl()->isRefreshing(), timeoutMs);
     // Neither drag was a tap on a card.

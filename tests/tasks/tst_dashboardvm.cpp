@@ -5,6 +5,7 @@
 #include "support/logcapture.h"
 #include "tasks/dashboardvm.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimeZone>
 #include <QUrlQuery>
@@ -155,12 +156,16 @@ void TestDashboardVM::sectionsFollowTheSortChoice()
                      CannedResponse{200, answer(QJsonArray{taskJson(1, "beta", 2, 3), taskJson(2, "Alpha", 2, 0),
                                                            taskJson(3, "alpha", 2, 1)})});
     QVERIFY(fetch());
-    m_vm->filterData()->sortingConfig = SortConfiguration{SortKey::name, SortOrder::ascending};
-    QCOMPARE(sectionHeaders(m_vm->sections()), QStringList{"Assigned:Alpha,alpha,beta"});
-    m_vm->filterData()->sortingConfig = SortConfiguration{SortKey::priority, SortOrder::descending};
-    QCOMPARE(sectionHeaders(m_vm->sections()), QStringList{"Assigned:Alpha,alpha,beta"});
-    m_vm->filterData()->sortingConfig = SortConfiguration{SortKey::priority, SortOrder::ascending};
-    QCOMPARE(sectionHeaders(m_vm->sections()), QStringList{"Assigned:beta,alpha,Alpha"});
+    // A new choice is applied off the main thread; the sections follow when it is in.
+    QSignalSpy arranged(m_vm.get(), &DashboardVM::sectionsChanged);
+    const auto sortedBy = [&](SortKey key, SortOrder order) {
+        m_vm->filterData()->sortingConfig = SortConfiguration{key, order};
+        m_vm->invalidateSections();
+        return arranged.wait(timeoutMs) ? sectionHeaders(m_vm->sections()) : QStringList{"not arranged"};
+    };
+    QCOMPARE(sortedBy(SortKey::name, SortOrder::ascending), QStringList{"Assigned:Alpha,alpha,beta"});
+    QCOMPARE(sortedBy(SortKey::priority, SortOrder::descending), QStringList{"Assigned:Alpha,alpha,beta"});
+    QCOMPARE(sortedBy(SortKey::priority, SortOrder::ascending), QStringList{"Assigned:beta,alpha,Alpha"});
 }
 
 void TestDashboardVM::failedFetchKeepsTasks()
@@ -193,7 +198,9 @@ void TestDashboardVM::statusChangeMergesIntoList()
     QCOMPARE(pump->currentStatus, TaskStatus::acknowledged);
     QCOMPARE(pump->updaterUserId, 7);
     QCOMPARE(pump->name, QStringLiteral("Pump")); // only status, updater, flag and update date are taken
-    QCOMPARE(sectionHeaders(m_vm->sections()), (QStringList{"Assigned:Valve", "Acknowledged:Pump"}));
+    // The task moves to its new section once the list is arranged again.
+    QTRY_COMPARE_WITH_TIMEOUT(sectionHeaders(m_vm->sections()), (QStringList{"Assigned:Valve", "Acknowledged:Pump"}),
+                              timeoutMs);
     const QJsonObject body = QJsonDocument::fromJson(m_api->server.requests(QStringLiteral("/api/task/5")).first().body).object();
     QCOMPARE(body, (QJsonObject{{"task_status_id", 3}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));
 

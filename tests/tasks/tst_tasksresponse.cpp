@@ -48,10 +48,23 @@ private slots:
 
 void TestTasksResponse::decodesTasksInServerOrder()
 {
-    const auto r = json::decode<TasksResponse>(answer({task(9, "Valves"), task(4, "Meters")}), s_options);
-    QVERIFY(r.success);
-    QCOMPARE(names(r), (QStringList{"Valves", "Meters"}));
-    QCOMPARE(r.data.at(1)->taskCategory, (TaskCategoryDefinition{3, "Pumps"}));
+    TaskPtr kept;
+    QString copied;
+    {
+        const auto r = json::decode<TasksResponse>(answer({task(9, "Valves"), task(4, "Meters")}), s_options);
+        QVERIFY(r.success);
+        QCOMPARE(names(r), (QStringList{"Valves", "Meters"}));
+        QCOMPARE(r.data.at(1)->taskCategory, (TaskCategoryDefinition{3, "Pumps"}));
+        kept = r.data.at(1);
+        copied = r.data.at(0)->name;
+    }
+    // The tasks of an answer share their storage; any one of them, and any
+    // string taken from them, outlives the rest, and a change stays its own.
+    copied += QStringLiteral(" and seals");
+    QCOMPARE(copied, QStringLiteral("Valves and seals"));
+    QCOMPARE(kept->name, QStringLiteral("Meters"));
+    kept->name.append(QLatin1Char('!'));
+    QCOMPARE(kept->name, QStringLiteral("Meters!"));
 
     const auto empty = json::decode<TasksResponse>(answer({}, false), s_options);
     QVERIFY(!empty.success);
