@@ -50,7 +50,9 @@ void BlockTaskVM::block(const std::optional<QString> &reason, const std::optiona
         return;
     }
     m_networkManager->postComment(m_task->id, m_users.currentUser.id, reason.value_or(QString()), picture, true, this,
-                                  [completion](bool posted) { completion(posted ? Outcome::blocked : Outcome::failed); });
+                                  [completion = std::move(completion)](bool posted) {
+                                      completion(posted ? Outcome::blocked : Outcome::failed);
+                                  });
 }
 
 } // namespace ravelin

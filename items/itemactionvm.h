@@ -12,6 +12,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace ravelin {
@@ -37,19 +38,33 @@ public:
     // True only for exactly one item that has a QR code: the screen shows its checkpoint image.
     [[nodiscard]] bool showsQRIndicator() const;
 
+    // Why the items cannot be completed here, if they cannot: a single item
+    // already completed ("Already Marked as `Completed`"), or a single item with
+    // a QR code that no scan has matched yet ("Scan QR code to complete this
+    // item"). Several items can always be completed together.
+    [[nodiscard]] std::optional<QString> completeBlocker() const;
+    // A report tells what is wrong: it needs a note with more than blanks.
+    [[nodiscard]] static bool canReport(const QString &note);
+
     // The update body for the items, in the order received.
     [[nodiscard]] ItemsUpdatePayload makePayload(ItemStatus status, const std::optional<QString> &note,
                                                  const std::optional<QString> &mediaPath) const;
 
     // With a picture, the host stores it first and the body carries the host's
     // path (whatever the host's success flag); then the body is sent. The
-    // completion receives whether the server accepted the update.
+    // completion receives whether the server accepted the update. It runs exactly
+    // once, on the main thread, as long as this view model lives: with false when
+    // the network manager is gone before or while the update runs.
     void update(ItemStatus status, const std::optional<QString> &note, const std::optional<QImage> &picture,
                 std::function<void(bool success)> completion);
 
 private:
-    void send(ItemStatus status, std::optional<QString> note, std::optional<QString> mediaPath,
-              std::function<void(bool)> completion);
+    class PendingUpdate;
+
+    void send(ItemStatus status, const std::optional<QString> &note, const std::optional<QString> &mediaPath,
+              const std::shared_ptr<PendingUpdate> &pending);
+    // Completes with false from the event loop.
+    void failLater(const std::shared_ptr<PendingUpdate> &pending);
 
     QList<ItemPtr> m_items;
     TaskPtr m_task;

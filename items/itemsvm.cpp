@@ -28,9 +28,9 @@ void ItemsVM::clearSelection()
 void ItemsVM::fetchItems(std::function<void(bool)> completion)
 {
     m_networkManager->request<ItemsResponse>(
-        Router::getItems(m_task->id), ApiQueue::shared(), this, [this, completion](const Result<ItemsResponse> &result) {
+        Router::getItems(m_task->id), ApiQueue::shared(), this, [this, completion = std::move(completion)](const Result<ItemsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(QStringLiteral("We got a failure trying to get the items. The error we got was: ")
+                debugLog(lcItems, QStringLiteral("We got a failure trying to get the items. The error we got was: ")
                          + result.error().localizedDescription());
                 completion(false);
                 return;

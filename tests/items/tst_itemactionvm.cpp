@@ -40,6 +40,8 @@ private slots:
     void updateBody_data();
     void updateBody();
     void failedUpdateReportsFalse();
+    void completesWhenTheManagerIsGone_data();
+    void completesWhenTheManagerIsGone();
 
 private:
     std::unique_ptr<ApiHarness> m_api;
@@ -135,6 +137,39 @@ void TestItemActionVM::failedUpdateReportsFalse()
     vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
     QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
     QVERIFY(!*ok);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: ")).size(), 1);
+}
+
+void TestItemActionVM::completesWhenTheManagerIsGone_data()
+{
+    QTest::addColumn<bool>("goneBeforeUpdate");
+    QTest::addColumn<bool>("withPicture");
+    QTest::newRow("gone before the update") << true << false;
+    QTest::newRow("gone while the request runs") << false << false;
+    QTest::newRow("gone while the host stores the picture") << false << true;
+}
+
+void TestItemActionVM::completesWhenTheManagerIsGone()
+{
+    QFETCH(bool, goneBeforeUpdate);
+    QFETCH(bool, withPicture);
+    auto manager = std::make_unique<NetworkManager>(&m_api->network, &m_api->store, fixedClock(m_api->now));
+    manager->setDelegate(&m_api->host);
+    ItemActionVM vm({makeItem(1)}, m_task, manager.get(), QString(), m_users);
+    LogCapture log;
+    std::optional<QImage> picture;
+    if (withPicture)
+        picture = QImage(2, 2, QImage::Format_RGB32);
+
+    QList<bool> results;
+    if (goneBeforeUpdate)
+        manager.reset();
+    vm.update(ItemStatus::ok, std::nullopt, picture, [&](bool success) { results.append(success); });
+    manager.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(!results.isEmpty(), timeoutMs);
+    ApiQueue::shared().waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(results, QList<bool>{false});
     QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: ")).size(), 1);
 }
 

@@ -1,0 +1,396 @@
+#include "api/settings.h"
+#include "host/imagepicker.h"
+#include "host/notificationcenter.h"
+#include "host/ravelinnavvc.h"
+#include "items/blocktaskvc.h"
+#include "items/itemactionvc.h"
+#include "items/itemlistmodel.h"
+#include "items/itemsvc.h"
+#include "items/itemtableview.h"
+#include "items/itemtableviewcell.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "support/hostfixture.h"
+#include "support/testpicker.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/taskstrip.h"
+#include "views/alertpresenter.h"
+#include "views/alertview.h"
+#include "views/refreshablescrollarea.h"
+#include "views/segmentedcontrol.h"
+#include "views/textviewwithplaceholder.h"
+
+#include <QAbstractItemModelTester>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+constexpr qint64 taskId = 8;
+const QString itemsPath = QStringLiteral("/api/items/taskId/8");
+const QString shots = QStringLiteral("/tmp/ravelin-shots/");
+
+
+QStringList shownAlert(const QWidget *screen)
+{
+    QStringList shown;
+    if (const AlertView *alert = AlertPresenter::visibleAlert(screen))
+        shown << alert->title() << alert->message();
+    return shown;
+}
+
+QJsonObject bodyOf(const RecordedRequest &request)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(request.body);
+    return document.object();
+}
+
+} // namespace
+
+class TestItemsVC : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void headerCountsAndFilteredRows();
+    void multipleSelectionWithNothingChosen();
+    void updateResults_data();
+    void updateResults();
+    void swipeActionsOnlyOnOpenRows();
+    void completeAndReportRules_data();
+    void completeAndReportRules();
+    void blockingReachesTheDashboard();
+    void failedBlockKeepsTheSheet();
+    void completingReachesTheDashboard();
+    void closingWhileLoading();
+
+private:
+    // The dashboard with one in-progress task, opened on its items screen.
+    ItemsVC *openItems(const QJsonArray &items);
+    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
+    [[nodiscard]] Screen *presented() const { return m_host ? m_host->presentedScreen() : nullptr; }
+
+    std::unique_ptr<ApiHarness> m_api;
+    NotificationCenter m_center;
+    TestPicker m_picker;
+    std::unique_ptr<RavelinNavVC> m_host;
+};
+
+void TestItemsVC::init()
+{
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
+    m_api = std::make_unique<ApiHarness>();
+    m_api->server.on("GET", "/api/tasks/assigned-user/7",
+                     CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true})"});
+    m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
+    m_api->server.on("PUT", "/api/task/8", [](const RecordedRequest &request) {
+        return CannedResponse{200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
+    });
+}
+
+void TestItemsVC::cleanup()
+{
+    m_host.reset();
+    m_api.reset();
+    Settings::setCurrent(Settings::defaults());
+}
+
+ItemsVC *TestItemsVC::openItems(const QJsonArray &items)
+{
+    m_api->server.on("GET", itemsPath, CannedResponse{200, answer(items)});
+    RavelinNavVC::Environment environment;
+    environment.imagePicker = &m_picker;
+    m_host = showHost(*m_api, m_center, std::move(environment));
+    return openOnlyTask(*m_host, int(items.size()), timeoutMs);
+}
+
+void TestItemsVC::headerCountsAndFilteredRows()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")), itemJson(2, taskId, "Seal", 1),
+                                 itemJson(3, taskId, "Valve", 2), itemJson(4, taskId, "Gate", 1)});
+    QVERIFY(screen);
+    QAbstractItemModelTester tester(screen->itemModel(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(screen->title(), QStringLiteral("Pump station"));
+    QCOMPARE((QStringList{screen->overviewLbl()->text(), screen->acceptedCountLbl()->text(),
+                          screen->rejectedCountLbl()->text(), screen->assignedByLbl()->text()}),
+             (QStringList{"4 Total", "2 Completed", "1 Incidents", "Dispatch Desk"}));
+    QCOMPARE(screen->overviewLbl()->objectName(), QStringLiteral("totalItemsCount"));
+    QVERIFY(screen->statusBreakdown()->isVisible());
+    m_host->grab().save(shots + QStringLiteral("items.png"));
+
+    // On "Completed" the counts and the rows are the completed items', and row 0
+    // is the first completed item, not the task's first item.
+    QTest::mouseClick(screen->filterSegment()->segmentButton(0), Qt::LeftButton);
+    QCOMPARE(screen->overviewLbl()->text(), QStringLiteral("2 Total"));
+    QVERIFY(!screen->statusBreakdown()->isVisible());
+    QCOMPARE(screen->itemModel()->rowCount(), 2);
+    TaskPtr task = screen->viewModel()->task();
+    QCOMPARE(task->itemList.filterData.status, ItemStatus::ok);
+    ItemTableView *table = screen->tableView();
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->rowRect(0).center());
+    auto *action = qobject_cast<ItemActionVC *>(presented());
+    QVERIFY(action);
+    QCOMPARE(action->viewModel()->items(), QList<ItemPtr>{task->itemList.items.at(1)});
+    QCOMPARE(screen->viewModel()->selectedItems(), QList<ItemPtr>{task->itemList.items.at(1)});
+}
+
+void TestItemsVC::multipleSelectionWithNothingChosen()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    QTest::mouseClick(screen->multipleSelectionBtn(), Qt::LeftButton);
+    QVERIFY(screen->isMultipleSelection());
+    QVERIFY(screen->saveBtn()->isVisible() && screen->multipleSelectionBtn()->isHidden() && screen->taskBtnsStack()->isHidden());
+    QTest::mouseClick(screen->saveBtn(), Qt::LeftButton);
+    QCOMPARE(shownAlert(screen), (QStringList{"No items selected", " "}));
+    // The mode is left once the alert has gone, and nothing was opened.
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->isMultipleSelection(), timeoutMs);
+    QVERIFY(!AlertPresenter::visibleAlert(screen));
+    QVERIFY(screen->multipleSelectionBtn()->isVisible() && screen->saveBtn()->isHidden());
+    QVERIFY(!presented());
+}
+
+void TestItemsVC::updateResults_data()
+{
+    QTest::addColumn<QList<int>>("rows");        // one row: tapped; several: chosen in multiple selection
+    QTest::addColumn<bool>("report");
+    QTest::addColumn<QString>("note");
+    QTest::addColumn<bool>("picture");
+    QTest::addColumn<bool>("serverAccepts");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("one item completed, nothing added") << QList<int>{0} << false << "" << false << true
+                                                       << "Item Status Successfully Updated!" << "\n Item:\n\nGauge";
+    QTest::newRow("one item completed with note and photo") << QList<int>{0} << false << "Needle steady" << true << true
+                                                            << "Item Status Successfully Updated!" << "\n Item:\n\nGauge";
+    QTest::newRow("three items reported") << QList<int>{0, 1, 2} << true << "Leaking" << false << true
+                                          << "Items Status Successfully Updated!" << "\n Items:\n\nGauge\nSeal\nValve";
+    QTest::newRow("one item failing") << QList<int>{0} << false << "" << false << false << "Item Status Update Failed!"
+                                      << "\n Item:\n\nGauge";
+}
+
+void TestItemsVC::updateResults()
+{
+    QFETCH(QList<int>, rows);
+    QFETCH(bool, report);
+    QFETCH(QString, note);
+    QFETCH(bool, picture);
+    QFETCH(bool, serverAccepts);
+    QFETCH(QString, title);
+    QFETCH(QString, message);
+    if (!serverAccepts)
+        m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
+    ItemsVC *screen = openItems({itemJson(11, taskId, "Gauge", 3), itemJson(12, taskId, "Seal", 3),
+                                 itemJson(13, taskId, "Valve", 3)});
+    QVERIFY(screen);
+    ItemTableView *table = screen->tableView();
+    if (rows.size() == 1) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->rowRect(rows.first()).center());
+    } else {
+        screen->setMultipleSelection(true);
+        for (const int row : rows)
+            QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->rowRect(row).center());
+        QTest::mouseClick(screen->saveBtn(), Qt::LeftButton);
+    }
+    auto *action = qobject_cast<ItemActionVC *>(presented());
+    QVERIFY(action);
+    if (!note.isEmpty()) {
+        action->noteField()->setFocus();
+        QTest::keyClicks(action->noteField(), note);
+    }
+    if (picture) {
+        QTest::mouseClick(action->addFileButton(), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(action->attachedPicture().has_value(), timeoutMs);
+        QVERIFY(action->attachmentView()->isVisible());
+        m_host->grab().save(shots + QStringLiteral("item-action.png"));
+    }
+    QTest::mouseClick(report ? action->reportButton() : action->completeButton(), Qt::LeftButton);
+
+    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen).value(0), title, timeoutMs);
+    QCOMPARE(AlertPresenter::visibleAlert(screen)->attributedMessage()->plainText(), message);
+    QVERIFY(!presented());
+    QVERIFY(screen->viewModel()->selectedItems().isEmpty());
+
+    // The body: the items in the order chosen, the new status, the note (null when
+    // empty) and the path the host gave the picture, which went up first.
+    const auto sent = m_api->server.requests(QStringLiteral("/api/item/status"));
+    QCOMPARE(sent.size(), 1);
+    QJsonArray items;
+    for (const int row : rows)
+        items.append(QJsonObject{{"id", 11 + row},
+                                 {"item_status_id", report ? 2 : 1},
+                                 {"text", note.isEmpty() ? QJsonValue() : QJsonValue(note)},
+                                 {"media_path", picture ? QJsonValue(QStringLiteral("uploads/") + m_api->host.uploads.value(0).second)
+                                                        : QJsonValue()}});
+    QCOMPARE(bodyOf(sent.first()), (QJsonObject{{"task_id", taskId}, {"updater_user_id", 7}, {"items", items}}));
+    QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
+    // Once the alert is gone the items load again.
+    const int loads = requests(itemsPath);
+    QTRY_COMPARE_WITH_TIMEOUT(requests(itemsPath), loads + 1, timeoutMs);
+}
+
+void TestItemsVC::swipeActionsOnlyOnOpenRows()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Seal", 1), itemJson(2, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    ItemTableView *table = screen->tableView();
+    const auto swipe = [table](int row) {
+        const QPoint start = table->rowRect(row).center() + QPoint(80, 0);
+        QTest::mousePress(table->viewport(), Qt::LeftButton, {}, start);
+        for (int i = 1; i <= 10; ++i)
+            QTest::mouseMove(table->viewport(), start - QPoint(20 * i, 0));
+        QTest::mouseRelease(table->viewport(), Qt::LeftButton, {}, start - QPoint(200, 0));
+    };
+    swipe(0);
+    QCOMPARE(table->swipedRow(), -1);
+    QVERIFY(!screen->itemModel()->index(0).data(ItemListModel::HasSwipeActionsRole).toBool());
+
+    swipe(1);
+    QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth), timeoutMs);
+    QCOMPARE(table->swipedRow(), 1);
+    m_host->grab().save(shots + QStringLiteral("items-swipe.png"));
+    // "Incidents", the second action, leads to the item's action sheet.
+    const QRect incidents = ItemTableViewCell::swipeActionRects(table->rowRect(1), 2).at(1);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, incidents.center());
+    auto *action = qobject_cast<ItemActionVC *>(presented());
+    QVERIFY(action);
+    QCOMPARE(action->viewModel()->items().first()->name, QStringLiteral("Gauge"));
+    QCOMPARE(table->swipedRow(), -1);
+}
+
+void TestItemsVC::completeAndReportRules_data()
+{
+    QTest::addColumn<QList<int>>("rows");
+    QTest::addColumn<bool>("scanFirst");
+    QTest::addColumn<bool>("qrIndicator");
+    QTest::addColumn<bool>("canComplete");
+    QTest::addColumn<QString>("info");
+    QTest::newRow("item with a QR code, not scanned") << QList<int>{0} << false << true << false
+                                                      << "Scan QR code to complete this item";
+    QTest::newRow("item with a QR code, scanned") << QList<int>{0} << true << true << true << "";
+    QTest::newRow("item already completed") << QList<int>{2} << false << false << false << "Already Marked as `Completed`";
+    QTest::newRow("two items, one with a QR code") << QList<int>{0, 1} << false << false << true << "";
+}
+
+void TestItemsVC::completeAndReportRules()
+{
+    QFETCH(QList<int>, rows);
+    QFETCH(bool, scanFirst);
+    QFETCH(bool, qrIndicator);
+    QFETCH(bool, canComplete);
+    QFETCH(QString, info);
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")), itemJson(2, taskId, "Seal", 3),
+                                 itemJson(3, taskId, "Valve", 1)});
+    QVERIFY(screen);
+    if (scanFirst) {
+        screen->didScanCode(QStringLiteral("CP-1"));
+    } else if (rows.size() == 1) {
+        screen->actOnRow(rows.first());
+    } else {
+        screen->setMultipleSelection(true);
+        for (const int row : rows)
+            QTest::mouseClick(screen->tableView()->viewport(), Qt::LeftButton, {}, screen->tableView()->rowRect(row).center());
+        screen->finishMultipleSelection();
+    }
+    auto *action = qobject_cast<ItemActionVC *>(presented());
+    QVERIFY(action);
+    QCOMPARE(action->checkpointImageView()->isVisible(), qrIndicator);
+    QCOMPARE(action->completeButton()->isEnabled(), canComplete);
+    QCOMPARE(action->infoLabel()->isVisible() ? action->infoLabel()->text() : QString(), info);
+    // A report needs a note.
+    QVERIFY(!action->reportButton()->isEnabled());
+    action->noteField()->setFocus();
+    QTest::keyClicks(action->noteField(), QStringLiteral("  "));
+    QVERIFY(!action->reportButton()->isEnabled());
+    QTest::keyClicks(action->noteField(), QStringLiteral("Cracked"));
+    QVERIFY(action->reportButton()->isEnabled());
+    QCOMPARE(action->requiredLabel()->text(), QStringLiteral("* Mandatory field for `Report`"));
+}
+
+void TestItemsVC::blockingReachesTheDashboard()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
+    auto *block = qobject_cast<BlockTaskVC *>(presented());
+    QVERIFY(block);
+    QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text(), block->noteField()->placeholderText()}),
+             (QStringList{"Gauge", "Gauge details", "Provide a reason for blocking the task"}));
+    m_host->grab().save(shots + QStringLiteral("block-task.png"));
+    // A single blank is no reason: nothing is posted, the task is blocked all the same.
+    block->noteField()->setFocus();
+    QTest::keyClick(block->noteField(), Qt::Key_Space);
+    QTest::mouseClick(block->blockButton(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen),
+                              (QStringList{"Task marked as blocked!",
+                                           "\n  The task status Pump station was changed to `Blocked`\n "}),
+                              timeoutMs);
+    QVERIFY(!presented());
+    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()).value("task_status_id").toInt(), 5);
+    QCOMPARE(requests(QStringLiteral("/api/comment")), 0);
+}
+
+void TestItemsVC::failedBlockKeepsTheSheet()
+{
+    m_api->server.on("POST", "/api/comment", CannedResponse{500, {}});
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
+    auto *block = qobject_cast<BlockTaskVC *>(presented());
+    QVERIFY(block);
+    block->noteField()->setFocus();
+    QTest::keyClicks(block->noteField(), QStringLiteral("Gate locked"));
+    QTest::mouseClick(block->blockButton(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(block), (QStringList{"Failed to mark task as blocked!", ""}), timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(block), timeoutMs);
+    QCOMPARE(presented(), block);
+    QCOMPARE(block->noteField()->text(), QStringLiteral("Gate locked"));
+    QVERIFY(block->blockButton()->isEnabled());
+    QCOMPARE(requests(QStringLiteral("/api/task/8")), 0);
+}
+
+void TestItemsVC::completingReachesTheDashboard()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    const int fetches = requests(QStringLiteral("/api/tasks/assigned-user/7"));
+    QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
+    QCOMPARE(shownAlert(screen), (QStringList{"Task successfully completed!",
+                                              "\n  The task status Pump station was changed to `Complete`\n "}));
+    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()),
+             (QJsonObject{{"task_status_id", 6}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));
+    QTRY_VERIFY_WITH_TIMEOUT(requests(QStringLiteral("/api/tasks/assigned-user/7")) > fetches, timeoutMs);
+}
+
+void TestItemsVC::closingWhileLoading()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    m_api->server.on("GET", itemsPath, [](const RecordedRequest &) {
+        QThread::msleep(300);
+        return CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3)})};
+    });
+    screen->pullToRefresh();
+    QPointer<ItemsVC> guard(screen);
+    m_host->pop();
+    QTRY_VERIFY_WITH_TIMEOUT(guard.isNull(), timeoutMs);
+    QTest::qWait(500);
+    QCOMPARE(m_host->screens().size(), 1);
+}
+
+QTEST_MAIN(TestItemsVC)
+#include "tst_itemsvc.moc"

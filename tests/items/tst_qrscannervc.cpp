@@ -1,0 +1,434 @@
+#include "api/settings.h"
+#include "demo/common/qrsymbol.h"
+#include "host/cameraframesource.h"
+#include "host/camerapermission.h"
+#include "host/hapticfeedback.h"
+#include "host/imagepicker.h"
+#include "host/notificationcenter.h"
+#include "items/itemactionvc.h"
+#include "items/itemstatus.h"
+#include "items/itemstexts.h"
+#include "items/qrframedecoder.h"
+#include "items/qrpreviewview.h"
+#include "items/qrscannervc.h"
+#include "support/fixtures.h"
+#include "support/hostfixture.h"
+#include "support/logcapture.h"
+#include "support/testpicker.h"
+#include "views/alertpresenter.h"
+#include "views/alertview.h"
+#include "views/segmentedcontrol.h"
+
+#include <QAction>
+#include <QFrame>
+#include <QJsonArray>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+Q_DECLARE_METATYPE(ravelin::CameraPermission::Status)
+Q_DECLARE_METATYPE(ravelin::ItemStatus)
+Q_DECLARE_METATYPE(std::optional<QString>)
+Q_DECLARE_METATYPE(std::optional<QImage>)
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+constexpr qint64 taskId = 8;
+const QSize hd(1280, 720);
+// Where a code shows in the middle of a portrait phone's picture of a landscape frame.
+const QPoint middle(540, 270);
+
+// Pictures fed by the test instead of a camera.
+class TestFrameSource : public CameraFrameSource
+{
+public:
+    explicit TestFrameSource(bool available)
+        : m_available(available)
+    {
+    }
+    [[nodiscard]] bool isAvailable() const override { return m_available; }
+    void start() override { m_running = true; }
+    void stop() override { m_running = false; }
+    [[nodiscard]] bool isRunning() const override { return m_running; }
+    void feed(const QImage &frame)
+    {
+        if (m_running)
+            emit frameArrived(frame);
+    }
+
+private:
+    bool m_available = true;
+    bool m_running = false;
+};
+
+class TestPermission : public CameraPermission
+{
+public:
+    [[nodiscard]] Status status() const override { return current; }
+    void request(std::function<void(bool)> completion) override
+    {
+        ++requests;
+        QTimer::singleShot(0, [completion, granted = answer] { completion(granted); });
+    }
+    void openSettings() override { ++settingsOpened; }
+
+    Status current = Status::authorized;
+    bool answer = true;
+    int requests = 0;
+    int settingsOpened = 0;
+};
+
+class TestHaptics : public HapticFeedback
+{
+public:
+    void vibrate() override { ++vibrations; }
+    int vibrations = 0;
+};
+
+
+QStringList shownAlert(const QWidget *screen)
+{
+    QStringList shown;
+    if (const AlertView *alert = AlertPresenter::visibleAlert(screen))
+        shown << alert->title() << alert->message();
+    return shown;
+}
+
+} // namespace
+
+class TestQRScannerVC : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void startingTheCamera_data();
+    void startingTheCamera();
+    void outlineFollowsTheCode_data();
+    void outlineFollowsTheCode();
+    void firstCodeHandedOverOnce();
+    void scannedCodeFindsItsItem_data();
+    void scannedCodeFindsItsItem();
+    void closingStopsTheCamera_data();
+    void closingStopsTheCamera();
+    void photoFallback_data();
+    void photoFallback();
+
+private:
+    // The items screen of a task with four items (CP-1 and CP-2 open, CP-3
+    // completed, one without a code), then its scanner.
+    QRScannerVC *openScanner();
+    // Feeds a frame and waits until the scanner has read it.
+    bool feed(QRScannerVC *scanner, const QImage &frame);
+    [[nodiscard]] ItemsVC *itemsScreen() const { return qobject_cast<ItemsVC *>(m_host->screens().value(1)); }
+
+    std::unique_ptr<ApiHarness> m_api;
+    NotificationCenter m_center;
+    TestPermission m_permission;
+    TestHaptics m_haptics;
+    TestPicker m_picker;
+    bool m_cameraAvailable = true;
+    QPointer<TestFrameSource> m_camera;
+    std::unique_ptr<RavelinNavVC> m_host;
+};
+
+void TestQRScannerVC::init()
+{
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
+    m_api = std::make_unique<ApiHarness>();
+    m_api->server.on("GET", "/api/tasks/assigned-user/7",
+                     CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    m_api->server.on("GET", "/api/items/taskId/8",
+                     CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")),
+                                                           itemJson(2, taskId, "Seal", 3, QStringLiteral("CP-2")),
+                                                           itemJson(3, taskId, "Valve", 1, QStringLiteral("CP-3")),
+                                                           itemJson(4, taskId, "Gate", 3)})});
+    m_permission = TestPermission();
+    m_haptics = TestHaptics();
+    m_picker = TestPicker();
+    m_cameraAvailable = true;
+}
+
+void TestQRScannerVC::cleanup()
+{
+    m_host.reset();
+    m_api.reset();
+    Settings::setCurrent(Settings::defaults());
+}
+
+QRScannerVC *TestQRScannerVC::openScanner()
+{
+    RavelinNavVC::Environment environment;
+    environment.imagePicker = &m_picker;
+    environment.cameraPermission = &m_permission;
+    environment.hapticFeedback = &m_haptics;
+    environment.cameraFrameSource = [this] {
+        auto source = std::make_unique<TestFrameSource>(m_cameraAvailable);
+        m_camera = source.get();
+        return source;
+    };
+    m_host = showHost(*m_api, m_center, std::move(environment));
+    ItemsVC *items = openOnlyTask(*m_host, 4, timeoutMs);
+    if (!items)
+        return nullptr;
+    items->checkpointBtnPressed()->trigger();
+    return qobject_cast<QRScannerVC *>(m_host->topScreen());
+}
+
+bool TestQRScannerVC::feed(QRScannerVC *scanner, const QImage &frame)
+{
+    auto *decoder = scanner->findChild<QrFrameDecoder *>(QStringLiteral("frameDecoder"));
+    QSignalSpy decoded(decoder, &QrFrameDecoder::decoded);
+    if (!QTest::qWaitFor([decoder] { return !decoder->isBusy(); }, timeoutMs))
+        return false;
+    m_camera->feed(frame);
+    return decoded.wait(timeoutMs);
+}
+
+void TestQRScannerVC::startingTheCamera_data()
+{
+    using Status = CameraPermission::Status;
+    QTest::addColumn<Status>("status");
+    QTest::addColumn<bool>("answer");
+    QTest::addColumn<bool>("camera");
+    QTest::addColumn<int>("requests");
+    QTest::addColumn<bool>("running");
+    QTest::addColumn<bool>("deniedAlert");
+    QTest::newRow("already allowed") << Status::authorized << false << true << 0 << true << false;
+    QTest::newRow("asked, allowed") << Status::notDetermined << true << true << 1 << true << false;
+    QTest::newRow("asked, refused") << Status::notDetermined << false << true << 1 << false << true;
+    QTest::newRow("refused before") << Status::denied << false << true << 1 << false << true;
+    QTest::newRow("no camera") << Status::authorized << true << false << 0 << false << false;
+}
+
+void TestQRScannerVC::startingTheCamera()
+{
+    QFETCH(CameraPermission::Status, status);
+    QFETCH(bool, answer);
+    QFETCH(bool, camera);
+    QFETCH(int, requests);
+    QFETCH(bool, running);
+    QFETCH(bool, deniedAlert);
+    m_permission.current = status;
+    m_permission.answer = answer;
+    m_cameraAvailable = camera;
+    LogCapture log;
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    QTRY_VERIFY_WITH_TIMEOUT(scanner->state() == QRScannerVC::State::running || !shownAlert(scanner).isEmpty()
+                                 || !log.linesStartingWith(ItemsTexts::noCameraDevice).isEmpty(),
+                             timeoutMs);
+    QCOMPARE(m_permission.requests, requests);
+    QCOMPARE(m_camera && m_camera->isRunning(), running);
+    QCOMPARE(scanner->messageLabel()->isVisible(), running);
+    if (running)
+        QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions);
+    QCOMPARE(log.linesStartingWith(ItemsTexts::noCameraDevice).size(), camera ? 0 : 1);
+    // The photo stays a way to scan whatever the camera does.
+    QVERIFY(scanner->scanFromPhotoButton()->isVisible());
+    if (!deniedAlert) {
+        QVERIFY(shownAlert(scanner).isEmpty());
+        return;
+    }
+    QCOMPARE(shownAlert(scanner), (QStringList{"Camera Access Denied", "Cannot perform a scan without camera permission"}));
+    AlertView *alert = AlertPresenter::visibleAlert(scanner);
+    QVERIFY(alert->actionButton(QStringLiteral("Cancel")));
+    QVERIFY(alert->triggerAction(QStringLiteral("Allow")));
+    QCOMPARE(m_permission.settingsOpened, 1);
+}
+
+void TestQRScannerVC::outlineFollowsTheCode_data()
+{
+    QTest::addColumn<QPoint>("at");
+    QTest::newRow("high on the left") << QPoint(480, 30);
+    QTest::newRow("middle") << middle;
+    QTest::newRow("low on the right") << QPoint(620, 520);
+}
+
+void TestQRScannerVC::outlineFollowsTheCode()
+{
+    QFETCH(QPoint, at);
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
+    QFrame *outline = scanner->qrCodeFrameView();
+
+    // Nothing in view: no outline, the instructions.
+    QVERIFY(feed(scanner, QrSymbol::scene(hd, {})));
+    QVERIFY(outline->geometry().isEmpty());
+    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions);
+    QCOMPARE(scanner->state(), QRScannerVC::State::running);
+
+    QVERIFY(feed(scanner, QrSymbol::scene(hd, {{QStringLiteral("CP-1"), at}})));
+    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::qrCodeDetected);
+    const QRect drawn = outline->geometry();
+    QVERIFY(!drawn.isEmpty());
+    // The outline lies on the code as the preview shows it: dark and light
+    // modules inside, the grey wall just outside.
+    const QImage shown = scanner->videoPreviewLayer()->grab().toImage().convertToFormat(QImage::Format_Grayscale8);
+    const QRect inPreview = drawn.translated(-scanner->videoPreviewLayer()->pos());
+    int dark = 0;
+    int inside = 0;
+    const QRect core = inPreview.adjusted(4, 4, -4, -4);
+    for (int y = core.top(); y <= core.bottom(); y += 2)
+        for (int x = core.left(); x <= core.right(); x += 2, ++inside)
+            dark += qGray(shown.pixel(x, y)) < 64 ? 1 : 0;
+    QVERIFY2(dark > inside / 5 && dark < inside * 4 / 5, qPrintable(QStringLiteral("%1 of %2 dark").arg(dark).arg(inside)));
+    // Around the code (beyond its quiet zone) the wall is grey.
+    const int margin = 4 * 6 * inPreview.width() / (21 * 6) + 6;
+    const QRect ring = inPreview.adjusted(-margin, -margin, margin, margin).intersected(shown.rect());
+    int grey = 0;
+    int sampled = 0;
+    for (int x = ring.left(); x <= ring.right(); x += 3, sampled += 2) {
+        grey += qAbs(qGray(shown.pixel(x, ring.top())) - 128) < 12 ? 1 : 0;
+        grey += qAbs(qGray(shown.pixel(x, ring.bottom())) - 128) < 12 ? 1 : 0;
+    }
+    QVERIFY2(grey > sampled * 9 / 10, qPrintable(QStringLiteral("%1 of %2 grey").arg(grey).arg(sampled)));
+}
+
+void TestQRScannerVC::firstCodeHandedOverOnce()
+{
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
+    const QImage twoCodes = QrSymbol::scene(hd, {{QStringLiteral("CP-1"), QPoint(470, 60)}, {QStringLiteral("CP-2"), QPoint(600, 400)}});
+    const QString first = QrCodeReader::read(twoCodes).first().text;
+    QVERIFY(feed(scanner, twoCodes));
+    QCOMPARE(scanner->state(), QRScannerVC::State::detected);
+    QVERIFY(!m_camera->isRunning());
+    QCOMPARE(m_haptics.vibrations, 1);
+    // Still on screen for a moment, showing what it found.
+    QCOMPARE(m_host->topScreen(), scanner);
+    QTRY_VERIFY_WITH_TIMEOUT(qobject_cast<ItemActionVC *>(m_host->presentedScreen()), timeoutMs);
+    QCOMPARE(m_host->topScreen(), itemsScreen());
+    QCOMPARE(m_haptics.vibrations, 1);
+    // Only the first code of the picture was handed over.
+    for (const ItemPtr &item : itemsScreen()->viewModel()->task()->itemList.items)
+        QCOMPARE(item->isQRMapped, item->qrCode == first);
+}
+
+void TestQRScannerVC::scannedCodeFindsItsItem_data()
+{
+    QTest::addColumn<std::optional<QString>>("code");
+    QTest::addColumn<ItemStatus>("filter");
+    QTest::addColumn<QString>("opens");
+    QTest::addColumn<QStringList>("alert");
+    const QString notFound = QStringLiteral("Cannot find item matching the scanned QR");
+    QTest::newRow("open item") << std::optional<QString>("CP-2") << ItemStatus::all << "Seal" << QStringList{};
+    QTest::newRow("completed item") << std::optional<QString>("CP-3") << ItemStatus::all << ""
+                                    << QStringList{"Item Detected", "Item `Valve` already marked as `Completed`."};
+    QTest::newRow("unknown code") << std::optional<QString>("CP-9") << ItemStatus::all << ""
+                                  << QStringList{"No Item Detected", notFound};
+    QTest::newRow("item hidden by the filter") << std::optional<QString>("CP-2") << ItemStatus::ok << "" << QStringList{};
+    QTest::newRow("no text") << std::optional<QString>() << ItemStatus::all << "" << QStringList{"Invalid Code", notFound};
+}
+
+void TestQRScannerVC::scannedCodeFindsItsItem()
+{
+    QFETCH(std::optional<QString>, code);
+    QFETCH(ItemStatus, filter);
+    QFETCH(QString, opens);
+    QFETCH(QStringList, alert);
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    ItemsVC *items = itemsScreen();
+    items->filterChanged(ItemStatuses::segmentIndex(filter));
+    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
+    if (code) {
+        QVERIFY(feed(scanner, QrSymbol::scene(hd, {{*code, middle}})));
+        QTRY_COMPARE_WITH_TIMEOUT(m_host->topScreen(), items, timeoutMs);
+    } else {
+        // The scanner never hands over a code without text; the items screen is asked directly.
+        m_host->pop();
+        items->didScanCode(std::nullopt);
+    }
+    if (!opens.isEmpty()) {
+        auto *action = qobject_cast<ItemActionVC *>(m_host->presentedScreen());
+        QVERIFY(action);
+        QCOMPARE(action->viewModel()->items().size(), 1);
+        QCOMPARE(action->viewModel()->items().first()->name, opens);
+        QVERIFY(action->completeButton()->isEnabled());
+        return;
+    }
+    QVERIFY(!m_host->presentedScreen());
+    QCOMPARE(shownAlert(items), alert);
+    if (filter != ItemStatus::all)
+        QVERIFY(items->viewModel()->task()->itemList.items.at(1)->isQRMapped);
+}
+
+void TestQRScannerVC::closingStopsTheCamera_data()
+{
+    QTest::addColumn<bool>("codeFound");
+    QTest::newRow("while looking") << false;
+    QTest::newRow("during the hand-over") << true;
+}
+
+void TestQRScannerVC::closingStopsTheCamera()
+{
+    QFETCH(bool, codeFound);
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
+    if (codeFound)
+        QVERIFY(feed(scanner, QrSymbol::scene(hd, {{QStringLiteral("CP-2"), middle}})));
+    const QPointer<QRScannerVC> watched(scanner);
+    m_host->pop();
+    QVERIFY(!m_camera->isRunning());
+    QTRY_VERIFY_WITH_TIMEOUT(!watched, timeoutMs);
+    // Nothing is handed over once the screen is gone.
+    QTest::qWait(int(QRScannerVC::handOverDelay.count()) + 200);
+    QVERIFY(!m_host->presentedScreen());
+    QCOMPARE(m_host->topScreen(), itemsScreen());
+    QCOMPARE(m_haptics.vibrations, codeFound ? 1 : 0);
+}
+
+void TestQRScannerVC::photoFallback_data()
+{
+    QTest::addColumn<std::optional<QImage>>("photo");
+    QTest::addColumn<QString>("opens");
+    QTest::addColumn<QStringList>("alert");
+    QTest::newRow("photo of a code") << std::optional<QImage>(QrSymbol::scene(QSize(3000, 4000), {{"CP-2", {1300, 1800}}}, 12))
+                                     << "Seal" << QStringList{};
+    QTest::newRow("photo without a code") << std::optional<QImage>(QrSymbol::scene(QSize(800, 600), {})) << ""
+                                          << QStringList{"Fail", "Couldn't detect QR"};
+    QTest::newRow("no photo picked") << std::optional<QImage>() << "" << QStringList{};
+}
+
+void TestQRScannerVC::photoFallback()
+{
+    QFETCH(std::optional<QImage>, photo);
+    QFETCH(QString, opens);
+    QFETCH(QStringList, alert);
+    m_cameraAvailable = false;
+    m_picker.next = photo;
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    auto *decoder = scanner->findChild<QrFrameDecoder *>(QStringLiteral("photoDecoder"));
+    QSignalSpy read(decoder, &QrFrameDecoder::decoded);
+    scanner->scanFromPhotoButton()->click();
+    if (photo)
+        QVERIFY(read.wait(timeoutMs));
+    else
+        QTest::qWait(50);
+    if (opens.isEmpty()) {
+        QCOMPARE(shownAlert(scanner), alert);
+        QCOMPARE(m_host->topScreen(), scanner);
+        QCOMPARE(m_haptics.vibrations, 0);
+        return;
+    }
+    QCOMPARE(m_haptics.vibrations, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(qobject_cast<ItemActionVC *>(m_host->presentedScreen()), timeoutMs);
+    QCOMPARE(qobject_cast<ItemActionVC *>(m_host->presentedScreen())->viewModel()->items().first()->name, opens);
+}
+
+QTEST_MAIN(TestQRScannerVC)
+#include "tst_qrscannervc.moc"
