@@ -24,14 +24,14 @@ void CommentsVM::fetchComments(std::function<void(bool)> completion)
 {
     m_networkManager->request<TasksCommentsResponse>(
         Router::getTaskComments(m_task->id), ApiQueue::shared(), this,
-        [this, completion](const Result<TasksCommentsResponse> &result) {
+        [this, completion = std::move(completion)](const Result<TasksCommentsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(QStringLiteral("We got a failure trying to get the comments. The error we got was: ")
+                debugLog(lcComments, QStringLiteral("We got a failure trying to get the comments. The error we got was: ")
                          + result.error().localizedDescription());
                 completion(false);
                 return;
             }
-            debugLog(QStringLiteral("Fetched comments %1").arg(result.value().data.size()));
+            debugLog(lcComments, QStringLiteral("Fetched comments %1").arg(result.value().data.size()));
             setComments(result.value().data);
             completion(true);
         });

@@ -20,9 +20,9 @@ void CommentTableViewCellVM::loadThumbnail(std::function<void(std::optional<QIma
         completion(std::nullopt);
         return;
     }
-    m_networkManager->downloadImage(*m_path, true, this, [completion](const Result<QImage, DownloadError> &result) {
+    m_networkManager->downloadImage(*m_path, true, this, [completion = std::move(completion)](const Result<QImage, DownloadError> &result) {
         if (!result.isSuccess()) {
-            debugLog(QStringLiteral("We got a failure trying to download the image. The error we got was: ")
+            debugLog(lcComments, QStringLiteral("We got a failure trying to download the image. The error we got was: ")
                      + result.error().localizedDescription());
             completion(std::nullopt);
             return;

@@ -1,0 +1,321 @@
+#include "api/settings.h"
+#include "comments/commentsvc.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/commentthreadview.h"
+#include "comments/custominputbar.h"
+#include "comments/imagevc.h"
+#include "host/imagepicker.h"
+#include "host/notificationcenter.h"
+#include "host/ravelinnavvc.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "support/hostfixture.h"
+#include "support/testpicker.h"
+#include "views/alertpresenter.h"
+#include "views/alertview.h"
+#include "views/refreshablescrollarea.h"
+
+#include <QAbstractItemModelTester>
+#include <QBuffer>
+#include <QJsonArray>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+#include <atomic>
+#include <thread>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+const QString commentsPath = QStringLiteral("/api/task/8/comments");
+const QString shots = QStringLiteral("/tmp/ravelin-shots/");
+
+
+
+QJsonObject withMedia(QJsonObject comment, const QStringList &paths)
+{
+    QJsonArray media;
+    for (const QString &path : paths)
+        media.append(QJsonObject{{"path", path}, {"dateCreated", comment.value("dateCreated")}, {"commentId", 1}});
+    comment.insert("media", media);
+    return comment;
+}
+
+} // namespace
+
+class TestCommentsVC : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void emptyOnlyOnceTheFetchIsOver();
+    void sendRules_data();
+    void sendRules();
+    void timesAndDays();
+    void onePictureLoadedOnceAndOpened();
+    void characterLimit_data();
+    void characterLimit();
+    void sendButtonAfterReset();
+    void layoutPassesShareOneFetch();
+
+private:
+    // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
+    CommentsVC *openComments(bool waitForAnswer = true);
+    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
+    [[nodiscard]] QString serverDate(qint64 secondsAgo) const
+    {
+        return toDateTime(m_api->now - std::chrono::seconds(secondsAgo)).toUTC().toString(
+                   QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz")) + QStringLiteral("Z");
+    }
+
+    std::unique_ptr<ApiHarness> m_api;
+    NotificationCenter m_center;
+    TestPicker m_picker;
+    std::unique_ptr<RavelinNavVC> m_host;
+};
+
+void TestCommentsVC::init()
+{
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
+    m_api = std::make_unique<ApiHarness>();
+    m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
+    m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
+    m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{})});
+}
+
+void TestCommentsVC::cleanup()
+{
+    m_host.reset();
+    m_api.reset();
+    Settings::setCurrent(Settings::defaults());
+}
+
+CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
+{
+    RavelinNavVC::Environment environment;
+    environment.imagePicker = &m_picker;
+    m_host = showHost(*m_api, m_center, std::move(environment));
+    auto task = std::make_shared<Task>();
+    task->id = 8;
+    UsersData users;
+    users.currentUser.id = 7;
+    auto *screen = new CommentsVC;
+    screen->setViewModel(new CommentsVM(task, m_host->networkManager(), users));
+    screen->setTaskID(8);
+    screen->setTitle(QStringLiteral("Comments"));
+    m_host->push(screen);
+    if (waitForAnswer && !QTest::qWaitFor([screen] { return !screen->isFetching() && screen->refreshControl()->indicatorBand() == 0; },
+                                          timeoutMs))
+        return nullptr;
+    return screen;
+}
+
+void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
+{
+    auto release = std::make_shared<std::atomic<bool>>(false);
+    m_api->server.on("GET", commentsPath, [release](const RecordedRequest &) {
+        for (int i = 0; i < 500 && !release->load(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return CannedResponse{200, answer(QJsonArray{})};
+    });
+    CommentsVC *screen = openComments(false);
+    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) >= 1, timeoutMs);
+    QVERIFY(screen->emptyMessageLabel()->isHidden());
+    release->store(true);
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
+    QVERIFY(screen->emptyMessageLabel()->isVisible());
+    QCOMPARE(screen->emptyMessageLabel()->text(), QStringLiteral("No comments"));
+    QCOMPARE(screen->tableView()->objectName(), QStringLiteral("commentsTableView"));
+    QCOMPARE(screen->inputBar()->objectName(), QStringLiteral("commentsInputBar"));
+}
+
+void TestCommentsVC::sendRules_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("picture");
+    QTest::addColumn<bool>("posts");
+    QTest::addColumn<QString>("sentText");
+    QTest::newRow("nothing") << "" << false << false << "";
+    QTest::newRow("one blank") << " " << false << false << "";
+    QTest::newRow("two blanks") << "  " << false << true << "  ";
+    QTest::newRow("a picture and no text") << "" << true << true << " ";
+}
+
+void TestCommentsVC::sendRules()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, picture);
+    QFETCH(bool, posts);
+    QFETCH(QString, sentText);
+    CommentsVC *screen = openComments();
+    QVERIFY(screen);
+    CustomInputBar *bar = screen->inputBar();
+    QTest::keyClicks(bar->inputTextView(), text);
+    if (picture) {
+        QTest::mouseClick(bar->attachmentButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(bar->attachments().size(), 1, timeoutMs);
+    }
+    const int fetches = requests(commentsPath);
+    // The send action itself (with nothing at all, the button is not even enabled).
+    bar->didPressSend();
+    // Posted or not, the thread is fetched again and the bar starts over.
+    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) > fetches, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(bar->inputTextView()->toPlainText().isEmpty() && bar->attachments().isEmpty(), timeoutMs);
+    QCOMPARE(bar->inputTextView()->placeholderText(), QStringLiteral("Leave a comment ..."));
+    const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
+    QCOMPARE(posted.size(), posts ? 1 : 0);
+    if (!posts)
+        return;
+    const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
+    QCOMPARE(body.value("text").toString(), sentText);
+    QCOMPARE(body.value("is_incident").toBool(), false);
+    QCOMPARE(body.value("media_path").isString(), picture);
+    QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
+}
+
+void TestCommentsVC::timesAndDays()
+{
+    m_api->server.on("GET", commentsPath,
+                     CannedResponse{200, answer(QJsonArray{commentJson("Valve closed", serverDate(61)),
+                                                           commentJson("Started yesterday", serverDate(26 * 3600))})});
+    CommentsVC *screen = openComments();
+    QVERIFY(screen);
+    CommentThreadModel *model = screen->threadModel();
+    QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    // Yesterday's day, its comment, today's day, its comment.
+    QCOMPARE(model->rowCount(), 4);
+    QList<CommentThreadModel::RowKind> kinds;
+    for (int row = 0; row < 4; ++row)
+        kinds.append(model->index(row).data(CommentThreadModel::KindRole).value<CommentThreadModel::RowKind>());
+    using K = CommentThreadModel::RowKind;
+    QCOMPARE(kinds, (QList<K>{K::dayHeader, K::comment, K::dayHeader, K::comment}));
+    const QModelIndex today = model->index(3);
+    QCOMPARE(today.data().toString(), QStringLiteral("Valve closed"));
+    QCOMPARE(today.data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
+    QVERIFY(today.data(CommentThreadModel::ShowsTimeRole).toBool());
+    QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
+    QCOMPARE(today.data(CommentThreadModel::IdentifierRole).toString(), QStringLiteral("commentCell"));
+    QCOMPARE(today.data(CommentThreadModel::PictureIdentifierRole).toString(), QStringLiteral("commentImgThumb_Valve closed"));
+    m_host->grab().save(shots + QStringLiteral("comments.png"));
+}
+
+void TestCommentsVC::onePictureLoadedOnceAndOpened()
+{
+    auto release = std::make_shared<std::atomic<bool>>(false);
+    m_api->server.onPrefix("GET", QStringLiteral("/files/thumbnails/"), [release](const RecordedRequest &) {
+        for (int i = 0; i < 500 && !release->load(); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return CannedResponse{200, jpeg(Qt::darkGreen), "image/jpeg"};
+    });
+    m_api->server.on("GET", commentsPath,
+                     CannedResponse{200, answer(QJsonArray{withMedia(commentJson("Gauge", serverDate(120)),
+                                                                     {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+    CommentsVC *screen = openComments();
+    QVERIFY(screen);
+    CommentThreadView *table = screen->tableView();
+    const int row = screen->threadModel()->lastCommentRow();
+    QTRY_VERIFY_WITH_TIMEOUT(!table->pictureRect(row).isEmpty(), timeoutMs);
+    // Tapped before it has arrived: the short alert, nothing opens.
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
+    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title() : QString(),
+                              QStringLiteral("The operation couldn't be completed"), timeoutMs);
+    QVERIFY(!m_host->presentedScreen());
+    release->store(true);
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->threadModel()->index(row).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull(),
+                             timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(screen), timeoutMs);
+    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
+    auto *viewer = qobject_cast<ImageVC *>(m_host->presentedScreen());
+    QVERIFY(viewer);
+    QCOMPARE(viewer->imageView()->objectName(), QStringLiteral("showCommentImg"));
+    QVERIFY(!viewer->image().isNull());
+    QTest::mouseClick(viewer->closeButton(), Qt::LeftButton);
+    QVERIFY(!m_host->presentedScreen());
+    // Only the first picture, and only once, however often the thread is fetched and painted.
+    screen->pullToRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
+    (void)m_host->grab();
+    const auto thumbnails = m_api->server.requests(QStringLiteral("/files/thumbnails/thumb_p/one.jpg"));
+    QCOMPARE(thumbnails.size(), 1);
+    QCOMPARE(m_api->server.requests().size() - m_api->server.requests(commentsPath).size()
+                 - m_api->server.requests(QStringLiteral("/api/tasks/assigned-user/7")).size()
+                 - m_api->server.requests(QStringLiteral("/api/settings-constants")).size()
+                 - m_api->server.requests(QStringLiteral("/api/regenerate-token")).size(),
+             1);
+}
+
+void TestCommentsVC::characterLimit_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("after");
+    const QString full = QStringLiteral("a").repeated(512);
+    QTest::newRow("512 characters fit") << QStringLiteral("a").repeated(511) << "a" << full;
+    QTest::newRow("the 513th is refused") << full << "b" << full;
+    QTest::newRow("an emoji with its skin tone counts one")
+        << QStringLiteral("a").repeated(511) << QStringLiteral("👍🏽") << QStringLiteral("a").repeated(511) + QStringLiteral("👍🏽");
+    QTest::newRow("a letter and its accent count one")
+        << QStringLiteral("a").repeated(511) << QStringLiteral("e\u0301") << QStringLiteral("a").repeated(511) + QStringLiteral("e\u0301");
+    QTest::newRow("a paste over the limit is refused whole") << QStringLiteral("a").repeated(500)
+                                                             << QStringLiteral("b").repeated(20) << QStringLiteral("a").repeated(500);
+}
+
+void TestCommentsVC::characterLimit()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, typed);
+    QFETCH(QString, after);
+    CustomInputBar bar;
+    bar.inputTextView()->setPlainText(before);
+    bar.inputTextView()->moveCursor(QTextCursor::End);
+    bar.inputTextView()->insertPlainText(typed); // one edit, as a paste or a key press is
+    QCOMPARE(bar.inputTextView()->toPlainText(), after);
+}
+
+void TestCommentsVC::sendButtonAfterReset()
+{
+    CustomInputBar bar;
+    QVERIFY(!bar.sendButton()->isEnabled() && !bar.sendButtonActive());
+    QTest::keyClicks(bar.inputTextView(), QStringLiteral("On site"));
+    QVERIFY(bar.sendButton()->isEnabled() && bar.sendButtonActive());
+    bar.attach(QImage(8, 8, QImage::Format_RGB32));
+    bar.didPressSend();
+    QCOMPARE(bar.inputTextView()->placeholderText(), QStringLiteral("Sending..."));
+    bar.reset();
+    QVERIFY(!bar.sendButton()->isEnabled() && !bar.sendButtonActive());
+    QVERIFY(bar.attachments().isEmpty());
+    QCOMPARE(bar.inputTextView()->placeholderText(), QStringLiteral("Leave a comment ..."));
+}
+
+void TestCommentsVC::layoutPassesShareOneFetch()
+{
+    auto inFlight = std::make_shared<std::atomic<int>>(0);
+    auto most = std::make_shared<std::atomic<int>>(0);
+    m_api->server.on("GET", commentsPath, [inFlight, most](const RecordedRequest &) {
+        const int now = ++*inFlight;
+        *most = std::max(most->load(), now);
+        std::this_thread::sleep_for(std::chrono::milliseconds(150));
+        --*inFlight;
+        return CannedResponse{200, answer(QJsonArray{})};
+    });
+    CommentsVC *screen = openComments();
+    QVERIFY(screen);
+    const int before = requests(commentsPath);
+    for (int i = 0; i < 20; ++i)
+        screen->viewDidLayoutSubviews();
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
+    QCOMPARE(requests(commentsPath), before + 1);
+    QCOMPARE(most->load(), 1);
+}
+
+QTEST_MAIN(TestCommentsVC)
+#include "tst_commentsvc.moc"
