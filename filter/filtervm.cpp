@@ -2,6 +2,8 @@
 
 #include "api/fatalerror.h"
 
+#include <algorithm>
+
 namespace ravelin {
 
 namespace {
@@ -15,8 +17,9 @@ T at(const QList<T> &list, qint64 index, const char *what)
 }
 } // namespace
 
-FilterVM::FilterVM(std::shared_ptr<TaskFilterData> filterData)
+FilterVM::FilterVM(std::shared_ptr<TaskFilterData> filterData, Clock clock)
     : m_filterData(std::move(filterData))
+    , m_clock(std::move(clock))
 {
     if (!m_filterData)
         fatalError(QStringLiteral("The filter screen needs the shared filter data"), "FilterVM");
@@ -28,6 +31,32 @@ void FilterVM::applyChanges()
 {
     m_filterData->filteringConfig = m_changedFilterConfig;
     m_filterData->sortingConfig = m_changedSortConfig;
+}
+
+void FilterVM::takeChoices(const FilterChoices &choices, const Settings &settings)
+{
+    const QString name = choices.categoryText.isEmpty() ? QStringLiteral("All") : choices.categoryText;
+    const auto category = std::find_if(settings.taskCategory.cbegin(), settings.taskCategory.cend(),
+                                       [&name](const TaskCategoryDefinition &c) { return c.name == name; });
+    if (category != settings.taskCategory.cend())
+        m_changedFilterConfig.selectedCategory = *category;
+    m_changedFilterConfig.dateEnd = choices.dateEnd;
+    m_changedFilterConfig.dateStart = choices.dateStart;
+    m_changedFilterConfig.selectedPriority = priorityAt(choices.priorityIndex);
+    m_changedSortConfig.sortKey = sortKeyAt(choices.sortKeyIndex);
+    m_changedSortConfig.sortOrder = sortOrderAt(choices.sortOrderIndex);
+}
+
+DateLimits FilterVM::dateLimits(const QDateTime &start, const QDateTime &end) const
+{
+    // Calendar arithmetic, as for the defaults: tomorrow at this time of day.
+    const QDateTime tomorrow = toDateTime(m_clock()).toLocalTime().addDays(1).toUTC();
+    return DateLimits{end, start, tomorrow};
+}
+
+QString FilterVM::dateText(const QDateTime &date)
+{
+    return date.toLocalTime().toString(QStringLiteral("yyyy/MM/dd"));
 }
 
 TaskPriority FilterVM::priorityAt(qint64 index)

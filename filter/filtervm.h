@@ -1,5 +1,9 @@
 #pragma once
 
+#include "api/clock.h"
+#include "api/settings.h"
+#include "filter/datelimits.h"
+#include "filter/filterchoices.h"
 #include "filter/sortconfiguration.h"
 #include "filter/sortkey.h"
 #include "filter/taskfilterconfiguration.h"
@@ -18,7 +22,8 @@ namespace ravelin {
 class FilterVM
 {
 public:
-    explicit FilterVM(std::shared_ptr<TaskFilterData> filterData);
+    // `clock` tells "now" for the latest end date.
+    explicit FilterVM(std::shared_ptr<TaskFilterData> filterData, Clock clock = systemClock());
 
     // Titles of the sort-key and sort-order segments, all cases in order.
     [[nodiscard]] const QList<SortKey> &sortingKeys() const { return m_sortingKeys; }
@@ -32,6 +37,20 @@ public:
 
     // Writes both edited configurations into the shared object at once.
     void applyChanges();
+
+    // Takes what the screen shows into the edited configurations, in this order:
+    // the category named by the text ("All" when the text is empty; an unknown
+    // name keeps the category as it was), the end and start dates, the priority,
+    // then the sort key and order at their segment positions. A position outside
+    // its segments stops the process.
+    void takeChoices(const FilterChoices &choices, const Settings &settings = Settings::current());
+
+    // The pickers' bounds for the dates they show: the start up to the end, the
+    // end from the start up to one calendar day after now (local calendar).
+    [[nodiscard]] DateLimits dateLimits(const QDateTime &start, const QDateTime &end) const;
+
+    // A date as the date fields show it: "yyyy/MM/dd", in local time.
+    [[nodiscard]] static QString dateText(const QDateTime &date);
 
     // Segment positions of the filter screen. An index outside the segments (no
     // segment selected) stops the process.
@@ -48,6 +67,7 @@ private:
     TaskFilterConfiguration m_changedFilterConfig;
     SortConfiguration m_changedSortConfig;
     std::shared_ptr<TaskFilterData> m_filterData;
+    Clock m_clock;
 };
 
 } // namespace ravelin

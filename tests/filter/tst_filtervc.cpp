@@ -1,0 +1,419 @@
+#include "api/settings.h"
+#include "filter/datepicker.h"
+#include "filter/donetoolbar.h"
+#include "filter/filtervc.h"
+#include "filter/inputfield.h"
+#include "filter/inputsheet.h"
+#include "filter/listpicker.h"
+#include "filter/pickerwheel.h"
+#include "views/segmentedcontrol.h"
+#include "host/navigationbar.h"
+#include "host/notificationcenter.h"
+#include "host/ravelinnavvc.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "support/logcapture.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/dashboardvm.h"
+#include "views/refreshablescrollarea.h"
+#include "views/shots.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include <ctime>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
+
+QDateTime local(int y, int m, int d, int h = 12)
+{
+    return QDateTime(QDate(y, m, d), QTime(h, 0));
+}
+
+using Query = QList<std::pair<QString, QString>>;
+
+Query queryOf(qint64 start, qint64 end, std::optional<int> priority, std::optional<qint64> category,
+              const QString &orderBy, const QString &sortBy)
+{
+    Query query{{"dateStart", QString::number(start)}, {"dateEnd", QString::number(end)}};
+    if (priority)
+        query.append({"priority", QString::number(*priority)});
+    if (category)
+        query.append({"task_category_id", QString::number(*category)});
+    query.append({"orderBy", orderBy});
+    query.append({"sortBy", sortBy});
+    return query;
+}
+
+QStringList titles(const SegmentedControl *control)
+{
+    QStringList out;
+    for (int i = 0; i < control->numberOfSegments(); ++i)
+        out.append(control->titleForSegment(i));
+    return out;
+}
+
+DoneToolbar *toolbarOf(const InputField *field)
+{
+    return qobject_cast<DoneToolbar *>(field->inputAccessoryView());
+}
+
+// Turns a wheel by whole rows with the mouse wheel (negative: towards later rows).
+void turn(PickerWheel *wheel, int notches)
+{
+    const QPointF middle = QRectF(wheel->rect()).center();
+    QWheelEvent event(middle, wheel->mapToGlobal(middle), QPoint(), QPoint(0, 120 * notches), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(wheel, &event);
+}
+
+} // namespace
+
+class TestFilterVC : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void loadsTheCurrentChoices();
+    void apply_data();
+    void apply();
+    void leavingWithoutApplying_data();
+    void leavingWithoutApplying();
+    void dateLimits_data();
+    void dateLimits();
+    void pickersAndDoneButtons();
+
+private:
+    // The host with its dashboard loaded (both fetches of the first appearance
+    // answered); nullptr when that does not happen.
+    std::unique_ptr<RavelinNavVC> loadedHost();
+    // The filter screen, opened with the bar's filter button.
+    FilterVC *openFilter(RavelinNavVC &host);
+    // Waits for the filter screen to close and the dashboard to ask for its
+    // tasks again; the query of that request.
+    std::optional<Query> queryAfterClosing(RavelinNavVC &host, const QPointer<FilterVC> &filter);
+    [[nodiscard]] TaskFilterData &shared(RavelinNavVC &host) const { return *host.dashboard()->viewModel()->filterData(); }
+
+    std::unique_ptr<ApiHarness> m_api;
+    NotificationCenter m_center;
+    std::unique_ptr<LogCapture> m_log;
+};
+
+void TestFilterVC::initTestCase()
+{
+    // Dates show in local time; fix the zone so that texts and milliseconds agree.
+    qputenv("TZ", "Europe/Berlin");
+    tzset();
+}
+
+void TestFilterVC::init()
+{
+    // Kept in id order behind "All": All (0), Meters (1), Pumps (3).
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
+    m_api = std::make_unique<ApiHarness>(); // now: 2026-11-20 11:15:30.123 in Berlin
+    m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
+    m_log = std::make_unique<LogCapture>();
+}
+
+void TestFilterVC::cleanup()
+{
+    m_log.reset();
+    m_api.reset();
+    Settings::setCurrent(Settings::defaults());
+}
+
+std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()
+{
+    auto host = std::make_unique<RavelinNavVC>(
+        RavelinNavVC::Environment{&m_api->settings, &m_api->network, &m_center, fixedClock(m_api->now)});
+    host->currentUserId = 7;
+    host->assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
+    host->networkData = NetworkData{m_api->server.baseUrl(), toDateTime(m_api->now - std::chrono::seconds(30)),
+                                    QStringLiteral("host-token")};
+    host->resize(390, 844);
+    host->show();
+    DashboardVC *dashboard = host->dashboard();
+    const auto ready = [&] {
+        return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2
+               && !dashboard->refreshControl()->isRefreshing();
+    };
+    return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
+}
+
+FilterVC *TestFilterVC::openFilter(RavelinNavVC &host)
+{
+    host.dashboard()->filterAction()->trigger();
+    return qobject_cast<FilterVC *>(host.topScreen());
+}
+
+std::optional<Query> TestFilterVC::queryAfterClosing(RavelinNavVC &host, const QPointer<FilterVC> &filter)
+{
+    if (!QTest::qWaitFor([&] { return filter.isNull() && m_api->server.requests(tasksPath).size() >= 2; }, timeoutMs))
+        return std::nullopt;
+    if (host.topScreen() != host.dashboard())
+        return std::nullopt;
+    // Both fetches (the delegate's and the dashboard's on appearing) ask the same.
+    const QList<RecordedRequest> requests = m_api->server.requests(tasksPath);
+    if (requests.first().query != requests.last().query)
+        return std::nullopt;
+    return requests.first().query;
+}
+
+void TestFilterVC::loadsTheCurrentChoices()
+{
+    auto host = loadedHost();
+    QVERIFY(host);
+    TaskFilterData &choices = shared(*host);
+    choices.sortingConfig = SortConfiguration{SortKey::priority, SortOrder::ascending};
+    choices.filteringConfig.selectedPriority = TaskPriority::low;
+    choices.filteringConfig.dateStart = local(2026, 10, 1, 8);
+    choices.filteringConfig.dateEnd = local(2026, 11, 15, 23);
+
+    FilterVC *filter = openFilter(*host);
+    QVERIFY(filter);
+    QCOMPARE(host->navigationBar()->title(), QStringLiteral("Filter"));
+    QVERIFY(host->navigationBar()->isBackVisible());
+
+    QCOMPARE(titles(filter->sortKeySegment()), (QStringList{"Name", "Priority", "Date"}));
+    QCOMPARE(filter->sortKeySegment()->selectedSegmentIndex(), 1);
+    QCOMPARE(titles(filter->sortOrderSegment()), (QStringList{"Ascending", "Descending"}));
+    QCOMPARE(filter->sortOrderSegment()->selectedSegmentIndex(), 0);
+    for (const SegmentedControl *control : {filter->sortKeySegment(), filter->sortOrderSegment()})
+        QCOMPARE(control->selectedSegmentTintColor(), QColor(Qt::white));
+    QCOMPARE(titles(filter->prioritySegment()), (QStringList{"Highest", "High", "Medium", "Low", "All"}));
+    QCOMPARE(filter->prioritySegment()->selectedSegmentIndex(), 3);
+
+    QCOMPARE(filter->dateStart()->text(), QStringLiteral("2026/10/01"));
+    QCOMPARE(filter->dateEnd()->text(), QStringLiteral("2026/11/15"));
+    QCOMPARE(filter->dateStartPicker()->date(), choices.filteringConfig.dateStart);
+    QCOMPARE(filter->dateEndPicker()->date(), choices.filteringConfig.dateEnd);
+    QCOMPARE(filter->dateStartPicker()->height(), FilterVC::datePickerHeight);
+    // The category field starts empty: applied so, it stands for "All".
+    QVERIFY(filter->categoryTextField()->text().isEmpty());
+    QCOMPARE(filter->categoryTextField()->placeholderText(), QStringLiteral("All"));
+    QVERIFY(!filter->inputSheet()->isVisible());
+    grabShot(*host, QStringLiteral("filter"));
+
+    filter->dateEnd()->becomeFirstResponder();
+    QTRY_VERIFY_WITH_TIMEOUT(!filter->inputSheet()->isMoving(), timeoutMs);
+    QCOMPARE(filter->inputSheet()->geometry().bottom(), filter->rect().bottom());
+    grabShot(*host, QStringLiteral("filter-date-picker"));
+}
+
+void TestFilterVC::apply_data()
+{
+    QTest::addColumn<QString>("categoryText");
+    QTest::addColumn<int>("priorityIndex");
+    QTest::addColumn<int>("sortKeyIndex");
+    QTest::addColumn<int>("sortOrderIndex");
+    QTest::addColumn<TaskCategoryDefinition>("category");
+    QTest::addColumn<std::optional<int>>("priority");
+    QTest::addColumn<QString>("orderBy");
+    QTest::addColumn<QString>("sortBy");
+
+    // The shared choices start with the category Pumps.
+    const TaskCategoryDefinition all{0, "All"}, meters{1, "Meters"}, pumps{3, "Pumps"};
+    QTest::newRow("empty category: All, all priorities, newest first")
+        << QString() << 4 << 2 << 1 << all << std::optional<int>() << "date_created" << "DESC";
+    QTest::newRow("unknown category keeps Pumps, High, by name A-Z")
+        << "Valves" << 1 << 0 << 0 << pumps << std::optional<int>(1) << "name" << "ASC";
+    QTest::newRow("Meters, Highest, by priority descending")
+        << "Meters" << 0 << 1 << 1 << meters << std::optional<int>(0) << "priority" << "DESC";
+    QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << std::optional<int>(3) << "date_created"
+                                         << "ASC";
+}
+
+void TestFilterVC::apply()
+{
+    QFETCH(QString, categoryText);
+    QFETCH(int, priorityIndex);
+    QFETCH(int, sortKeyIndex);
+    QFETCH(int, sortOrderIndex);
+    QFETCH(TaskCategoryDefinition, category);
+    QFETCH(std::optional<int>, priority);
+    QFETCH(QString, orderBy);
+    QFETCH(QString, sortBy);
+
+    auto host = loadedHost();
+    QVERIFY(host);
+    shared(*host).filteringConfig.selectedCategory = {3, "Pumps"};
+    QPointer<FilterVC> filter = openFilter(*host);
+    QVERIFY(filter);
+
+    const QDateTime start = local(2026, 10, 5, 8);
+    const QDateTime end = local(2026, 11, 15, 18);
+    filter->dateStartPicker()->setDate(start);
+    filter->dateEndPicker()->setDate(end);
+    QTest::mouseClick(filter->prioritySegment()->segmentButton(priorityIndex), Qt::LeftButton);
+    QTest::mouseClick(filter->sortKeySegment()->segmentButton(sortKeyIndex), Qt::LeftButton);
+    QTest::mouseClick(filter->sortOrderSegment()->segmentButton(sortOrderIndex), Qt::LeftButton);
+    filter->categoryTextField()->setText(categoryText);
+    m_api->server.clearRequests();
+    QTest::mouseClick(filter->applyButton(), Qt::LeftButton);
+
+    const TaskFilterData &choices = shared(*host);
+    QCOMPARE(choices.filteringConfig.selectedCategory, category);
+    QCOMPARE(choices.filteringConfig.selectedPriority, FilterVM::priorityAt(priorityIndex));
+    QCOMPARE(choices.filteringConfig.dateStart, start);
+    QCOMPARE(choices.filteringConfig.dateEnd, end);
+    const std::optional<Query> query = queryAfterClosing(*host, filter);
+    QVERIFY(query);
+    QCOMPARE(*query, queryOf(start.toMSecsSinceEpoch(), end.toMSecsSinceEpoch(), priority,
+                             category.name == "All" ? std::nullopt : std::optional(category.id), orderBy, sortBy));
+}
+
+void TestFilterVC::leavingWithoutApplying_data()
+{
+    QTest::addColumn<bool>("back");
+    QTest::newRow("Clear") << false;
+    QTest::newRow("the bar's back button") << true;
+}
+
+void TestFilterVC::leavingWithoutApplying()
+{
+    QFETCH(bool, back);
+    auto host = loadedHost();
+    QVERIFY(host);
+    const TaskFilterData before = shared(*host);
+    const Query query = m_api->server.requests(tasksPath).last().query;
+    QPointer<FilterVC> filter = openFilter(*host);
+    QVERIFY(filter);
+
+    filter->dateStartPicker()->setDate(local(2026, 10, 5));
+    filter->dateEndPicker()->setDate(local(2026, 11, 10));
+    QTest::mouseClick(filter->prioritySegment()->segmentButton(0), Qt::LeftButton);
+    QTest::mouseClick(filter->sortKeySegment()->segmentButton(0), Qt::LeftButton);
+    QTest::mouseClick(filter->sortOrderSegment()->segmentButton(0), Qt::LeftButton);
+    filter->categoryTextField()->setText(QStringLiteral("Meters"));
+    m_api->server.clearRequests();
+    QTest::mouseClick(back ? static_cast<QWidget *>(host->navigationBar()->backButton()) : filter->clearButton(),
+                      Qt::LeftButton);
+
+    QCOMPARE(shared(*host).filteringConfig, before.filteringConfig);
+    QCOMPARE(shared(*host).sortingConfig, before.sortingConfig);
+    QVERIFY(QTest::qWaitFor([&] { return filter.isNull() && !m_api->server.requests(tasksPath).isEmpty(); }, timeoutMs));
+    QCOMPARE(m_api->server.requests(tasksPath).first().query, query);
+}
+
+void TestFilterVC::dateLimits_data()
+{
+    QTest::addColumn<QDateTime>("startTo");
+    QTest::addColumn<QDateTime>("endTo");
+    QTest::addColumn<QDateTime>("start");
+    QTest::addColumn<QDateTime>("end");
+
+    // A fresh dashboard's window: 2026-09-21 to tomorrow, 2026-11-21, at 11:15:30.123.
+    const QTime time(11, 15, 30, 123);
+    const QDateTime first(QDate(2026, 9, 21), time), tomorrow(QDate(2026, 11, 21), time);
+    const QDateTime none;
+    QTest::newRow("inside the limits") << local(2026, 10, 1) << local(2026, 11, 10) << local(2026, 10, 1)
+                                       << local(2026, 11, 10);
+    QTest::newRow("end after tomorrow") << none << local(2026, 12, 24) << first << tomorrow;
+    QTest::newRow("end before the start") << none << local(2026, 9, 1) << first << first;
+    QTest::newRow("a later start raises the end's minimum")
+        << local(2026, 11, 1) << local(2026, 10, 15) << local(2026, 11, 1) << local(2026, 11, 1);
+    QTest::newRow("start after the end") << local(2026, 12, 1) << none << tomorrow << tomorrow;
+    QTest::newRow("an earlier end lowers the start's maximum") << none << local(2026, 10, 20) << first << local(2026, 10, 20);
+}
+
+void TestFilterVC::dateLimits()
+{
+    QFETCH(QDateTime, startTo);
+    QFETCH(QDateTime, endTo);
+    QFETCH(QDateTime, start);
+    QFETCH(QDateTime, end);
+
+    auto host = loadedHost();
+    QVERIFY(host);
+    FilterVC *filter = openFilter(*host);
+    QVERIFY(filter);
+    DatePicker *startPicker = filter->dateStartPicker();
+    DatePicker *endPicker = filter->dateEndPicker();
+    if (startTo.isValid())
+        startPicker->setDate(startTo);
+    if (endTo.isValid())
+        endPicker->setDate(endTo);
+
+    QCOMPARE(startPicker->date(), start);
+    QCOMPARE(endPicker->date(), end);
+    QCOMPARE(endPicker->maximumDate(), QDateTime(QDate(2026, 11, 21), QTime(11, 15, 30, 123)));
+    QCOMPARE(endPicker->minimumDate(), start);
+    QCOMPARE(startPicker->maximumDate(), end);
+}
+
+void TestFilterVC::pickersAndDoneButtons()
+{
+    auto host = loadedHost();
+    QVERIFY(host);
+    FilterVC *filter = openFilter(*host);
+    QVERIFY(filter);
+    InputSheet *sheet = filter->inputSheet();
+
+    // Start: one turn of the day wheel moves a day on; the field follows on Done.
+    DatePicker *startPicker = filter->dateStartPicker();
+    const QDateTime start = startPicker->date();
+    QTest::mouseClick(filter->dateStart(), Qt::LeftButton);
+    QCOMPARE(sheet->responder(), filter->dateStart());
+    QVERIFY(sheet->isVisible() && startPicker->isVisible() && !filter->dateEndPicker()->isVisible());
+    QCOMPARE(toolbarOf(filter->dateStart())->tag(), FilterVC::startDoneTag);
+    turn(startPicker->dayWheel(), -1);
+    QCOMPARE(startPicker->date(), start.addDays(1));
+    QCOMPARE(filter->dateStart()->text(), QStringLiteral("2026/09/21"));
+    QTest::mouseClick(toolbarOf(filter->dateStart())->doneButton(), Qt::LeftButton);
+    QCOMPARE(filter->dateStart()->text(), QStringLiteral("2026/09/22"));
+    QVERIFY(!sheet->isPresented() && !filter->dateStart()->isFirstResponder());
+
+    // End: already on tomorrow, later days are dimmed and a tap on one comes back.
+    DatePicker *endPicker = filter->dateEndPicker();
+    const QDateTime tomorrow = endPicker->date();
+    QTest::mouseClick(filter->dateEnd(), Qt::LeftButton);
+    QCOMPARE(sheet->responder(), filter->dateEnd());
+    PickerWheel *days = endPicker->dayWheel();
+    QCOMPARE(days->currentIndex(), 20);
+    QVERIFY(days->isItemEnabled(20) && !days->isItemEnabled(21));
+    QTest::mouseClick(days, Qt::LeftButton, {}, days->rowRect(22).center());
+    QCOMPARE(endPicker->date(), tomorrow);
+    QCOMPARE(days->currentIndex(), 20);
+    QTest::mouseClick(days, Qt::LeftButton, {}, days->rowRect(19).center());
+    QCOMPARE(endPicker->date(), tomorrow.addDays(-1));
+    QCOMPARE(toolbarOf(filter->dateEnd())->tag(), FilterVC::endDoneTag);
+    QTest::mouseClick(toolbarOf(filter->dateEnd())->doneButton(), Qt::LeftButton);
+    QCOMPARE(filter->dateEnd()->text(), QStringLiteral("2026/11/20"));
+
+    // Category: the session's categories; a chosen row names the field.
+    ListPicker *categories = filter->categoryPicker();
+    QTest::mouseClick(filter->categoryTextField(), Qt::LeftButton);
+    QCOMPARE(sheet->responder(), filter->categoryTextField());
+    QVERIFY(categories->isVisible() && categories->showsSelectionIndicator());
+    QCOMPARE(categories->wheel()->items(), (QStringList{"All", "Meters", "Pumps"}));
+    QCOMPARE(categories->selectedRow(), 0);
+    QTest::mouseClick(categories->wheel(), Qt::LeftButton, {}, categories->wheel()->rowRect(2).center());
+    QCOMPARE(filter->categoryTextField()->text(), QStringLiteral("Pumps"));
+    // Another field takes over the sheet.
+    QTest::mouseClick(filter->dateStart(), Qt::LeftButton);
+    QCOMPARE(sheet->responder(), filter->dateStart());
+    QVERIFY(!filter->categoryTextField()->isFirstResponder() && !categories->isVisible());
+    QTest::mouseClick(filter->categoryTextField(), Qt::LeftButton);
+    QCOMPARE(categories->selectedRow(), 2);
+    QCOMPARE(toolbarOf(filter->categoryTextField())->tag(), FilterVC::categoryDoneTag);
+    QTest::mouseClick(toolbarOf(filter->categoryTextField())->doneButton(), Qt::LeftButton);
+    QVERIFY(!filter->categoryTextField()->isFirstResponder() && !sheet->isPresented());
+    QTRY_VERIFY_WITH_TIMEOUT(!sheet->isVisible(), timeoutMs);
+    QCOMPARE(filter->dateStart()->text(), QStringLiteral("2026/09/22"));
+}
+
+QTEST_MAIN(TestFilterVC)
+#include "tst_filtervc.moc"
