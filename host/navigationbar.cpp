@@ -2,9 +2,13 @@
 
 #include "resources/namedcolors.h"
 #include "resources/namedimages.h"
+#include "views/focuschain.h"
+#include "views/focusring.h"
+#include "views/textscale.h"
 
 #include <QAction>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QToolButton>
@@ -20,12 +24,35 @@ QColor barTextColor()
 
 } // namespace
 
+namespace {
+
+// The title, cut short at its end with an ellipsis when the bar is too narrow
+// for it (the beginning of a task's name tells most).
+class TitleLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(contentsRect(), int(alignment()),
+                         fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
+    }
+};
+
+} // namespace
+
 NavigationBar::NavigationBar(QWidget *parent)
     : QWidget(parent)
     , m_barColor(NamedColors::color(ColorNames::navigationBar, QColor(0x1f, 0x4e, 0x79)))
 {
     setObjectName(QStringLiteral("navigationBar"));
-    setFixedHeight(barHeight);
+    setFixedHeight(preferredHeight());
     setAttribute(Qt::WA_OpaquePaintEvent);
 
     auto *row = new QHBoxLayout(this);
@@ -49,11 +76,11 @@ NavigationBar::NavigationBar(QWidget *parent)
     m_right = new QHBoxLayout;
     m_right->setSpacing(2);
 
-    m_title = new QLabel(this);
+    m_title = new TitleLabel(this);
     m_title->setObjectName(QStringLiteral("navigationTitle"));
     m_title->setAlignment(Qt::AlignCenter);
     QFont titleFont = m_title->font();
-    titleFont.setPointSizeF(13.5);
+    titleFont.setPointSizeF(TextScale::scaled(13.5));
     titleFont.setWeight(QFont::DemiBold);
     m_title->setFont(titleFont);
 
@@ -64,9 +91,19 @@ NavigationBar::NavigationBar(QWidget *parent)
 
     const QString text = barTextColor().name();
     setStyleSheet(QStringLiteral("QLabel#navigationTitle { color: %1; }"
-                                 "QToolButton { color: %1; border: none; padding: 6px; font-size: 11pt; }"
-                                 "QToolButton:pressed { background: rgba(255,255,255,40); border-radius: 8px; }")
-                      .arg(text));
+                                 "QToolButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
+                                 " padding: 4px; font-size: %2pt; }"
+                                 "QToolButton:pressed { background: rgba(255,255,255,40); }"
+                                 "QToolButton:focus { border-color: %3; }")
+                      .arg(text)
+                      .arg(TextScale::scaled(11.0))
+                      .arg(FocusRing::onBar().name()));
+    orderTabs();
+}
+
+int NavigationBar::preferredHeight()
+{
+    return TextScale::scaled(barHeight);
 }
 
 QString NavigationBar::title() const
@@ -100,6 +137,8 @@ void NavigationBar::fill(QHBoxLayout *layout, const QList<QAction *> &actions)
         button->setDefaultAction(action);
         button->setObjectName(action->objectName());
         button->setAccessibleName(action->text());
+        if (action->toolTip() != action->text())
+            button->setAccessibleDescription(action->toolTip());
         button->setIconSize(QSize(22, 22));
         button->setToolButtonStyle(action->icon().isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
         button->setAutoRaise(true);
@@ -111,11 +150,34 @@ void NavigationBar::fill(QHBoxLayout *layout, const QList<QAction *> &actions)
 void NavigationBar::setRightActions(const QList<QAction *> &actions)
 {
     fill(m_right, actions);
+    orderTabs();
 }
 
 void NavigationBar::setLeftActions(const QList<QAction *> &actions)
 {
     fill(m_left, actions);
+    orderTabs();
+}
+
+void NavigationBar::orderTabs()
+{
+    // Buttons made later would come last in the window; they follow the back
+    // button instead, left to right.
+    QList<QWidget *> order{m_backButton};
+    for (QHBoxLayout *side : {m_left, m_right}) {
+        for (int i = 0; i < side->count(); ++i) {
+            if (QWidget *button = side->itemAt(i)->widget())
+                order.append(button);
+        }
+    }
+    FocusChain::setOrder(order);
+}
+
+void NavigationBar::keyPressEvent(QKeyEvent *event)
+{
+    if (FocusChain::clickFocusedButton(this, event))
+        return;
+    QWidget::keyPressEvent(event);
 }
 
 void NavigationBar::setBarColor(const QColor &color)

@@ -12,12 +12,17 @@ class QToolButton;
 namespace ravelin {
 
 // The bar above the screens: back button, title, bar buttons and bar colour.
+// Tab goes from the back button through the left and then the right buttons
+// before it reaches the screen; Enter or Space presses the focused button,
+// which shows a ring in the bar's text colour.
 class NavigationBar : public QWidget
 {
     Q_OBJECT
 
 public:
     static constexpr int barHeight = 52;
+    // The bar's height at the worker's text size.
+    [[nodiscard]] static int preferredHeight();
 
     explicit NavigationBar(QWidget *parent = nullptr);
 
@@ -38,9 +43,11 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void fill(QHBoxLayout *layout, const QList<QAction *> &actions);
+    void orderTabs();
 
     QToolButton *m_backButton = nullptr;
     QLabel *m_title = nullptr;

@@ -7,14 +7,21 @@
 #include "api/sessionstore.h"
 #include "api/settings.h"
 #include "api/usersdata.h"
+#include "host/defaultimagepicker.h"
+#include "host/desktopcamerapermission.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
+#include "host/qtcameraframesource.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "host/screen.h"
+#include "host/silenthapticfeedback.h"
 #include "resources/namedcolors.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
+#include "views/focuschain.h"
+#include "views/keyboardnotifier.h"
 
+#include <QApplication>
 #include <QRandomGenerator>
 #include <QResizeEvent>
 #include <QSettings>
@@ -33,6 +40,9 @@ RavelinNavVC::RavelinNavVC(Environment environment, Screen *rootScreen, QWidget 
     , m_environment(std::move(environment))
     , m_store(std::make_unique<SessionStore>(m_environment.userDefaults))
 {
+    // Events the host posts are never lost to a missing centre.
+    if (!m_environment.notifications)
+        m_environment.notifications = &NotificationCenter::defaultCenter();
     setObjectName(QStringLiteral("RavelinNavVC"));
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -42,6 +52,8 @@ RavelinNavVC::RavelinNavVC(Environment environment, Screen *rootScreen, QWidget 
     column->addWidget(m_bar);
     column->addWidget(m_stackView, 1);
     connect(m_bar, &NavigationBar::backRequested, this, &RavelinNavVC::pop);
+    if (m_environment.notifications)
+        m_keyboardNotifier = new KeyboardNotifier(*m_environment.notifications, QGuiApplication::inputMethod(), this);
 
     if (rootScreen) {
         rootScreen->setNavigationHost(this);
@@ -79,7 +91,8 @@ void RavelinNavVC::viewDidLoad()
         m_store->store(APIData{networkData->baseUrl, networkData->tokenString, networkData->tokenTimeStamp});
     }
 
-    auto *manager = new NetworkManager(m_environment.network, m_store.get(), m_environment.clock);
+    // Held by this host until the dashboard's view model takes it over below.
+    auto *manager = new NetworkManager(m_environment.network, m_store.get(), m_environment.clock, this);
     m_networkManager = manager;
     fetchSettings();
 
@@ -97,16 +110,56 @@ void RavelinNavVC::viewDidLoad()
 
 void RavelinNavVC::fetchSettings()
 {
-    m_networkManager->request<SettingsAndConstantsResponse>(
+    m_networkManager->request<SettingsAndConstantsResponse, Settings>(
         Router::getSettingsAndConstants(), ApiQueue::shared(), this,
-        [](const Result<SettingsAndConstantsResponse> &result) {
+        [](SettingsAndConstantsResponse &&response) {
+            // Task answers decoded after this one look their categories up here.
+            Settings received = Settings::fromReceived(response.data);
+            Settings::receivedOnQueue(received);
+            return received;
+        },
+        [](const Result<Settings> &result) {
             if (!result.isSuccess()) {
-                debugLog(QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ")
+                debugLog(lcHost, QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ")
                          + result.error().localizedDescription());
                 return;
             }
-            Settings::setCurrent(Settings::fromReceived(result.value().data));
+            Settings::setCurrent(result.value());
         });
+}
+
+ImagePicker *RavelinNavVC::imagePicker()
+{
+    if (m_environment.imagePicker)
+        return m_environment.imagePicker;
+    if (!m_defaultImagePicker)
+        m_defaultImagePicker = std::make_unique<DefaultImagePicker>();
+    return m_defaultImagePicker.get();
+}
+
+CameraPermission *RavelinNavVC::cameraPermission()
+{
+    if (m_environment.cameraPermission)
+        return m_environment.cameraPermission;
+    if (!m_defaultCameraPermission)
+        m_defaultCameraPermission = std::make_unique<DesktopCameraPermission>();
+    return m_defaultCameraPermission.get();
+}
+
+HapticFeedback *RavelinNavVC::hapticFeedback()
+{
+    if (m_environment.hapticFeedback)
+        return m_environment.hapticFeedback;
+    if (!m_defaultHapticFeedback)
+        m_defaultHapticFeedback = std::make_unique<SilentHapticFeedback>();
+    return m_defaultHapticFeedback.get();
+}
+
+std::unique_ptr<CameraFrameSource> RavelinNavVC::makeCameraFrameSource() const
+{
+    if (m_environment.cameraFrameSource)
+        return m_environment.cameraFrameSource();
+    return std::make_unique<QtCameraFrameSource>();
 }
 
 NetworkManager *RavelinNavVC::networkManager() const
@@ -117,6 +170,11 @@ NetworkManager *RavelinNavVC::networkManager() const
 DashboardVC *RavelinNavVC::dashboard() const
 {
     return m_stack.isEmpty() ? nullptr : qobject_cast<DashboardVC *>(m_stack.first());
+}
+
+Screen *RavelinNavVC::presentedScreen() const
+{
+    return m_presented;
 }
 
 Screen *RavelinNavVC::topScreen() const
@@ -139,8 +197,26 @@ void RavelinNavVC::showEvent(QShowEvent *event)
     }
 }
 
+bool RavelinNavVC::hasFocusInside() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return focus && (focus == this || isAncestorOf(focus));
+}
+
+void RavelinNavVC::focusTopScreen(bool focusWasHere)
+{
+    Screen *top = topScreen();
+    if (!focusWasHere || !top || m_presented)
+        return;
+    if (QWidget *last = top->focusWidget(); last && last != top && FocusChain::takesTabFocus(last))
+        last->setFocus(Qt::OtherFocusReason);
+    else
+        top->setFocus(Qt::OtherFocusReason);
+}
+
 void RavelinNavVC::push(Screen *screen)
 {
+    const bool focusWasHere = hasFocusInside();
     Screen *previous = topScreen();
     screen->setNavigationHost(this);
     screen->loadViewIfNeeded();
@@ -153,6 +229,7 @@ void RavelinNavVC::push(Screen *screen)
         screen->viewWillAppear();
     m_stackView->setCurrentWidget(screen);
     updateBar();
+    focusTopScreen(focusWasHere);
     if (m_appeared) {
         screen->viewDidAppear();
         if (previous)
@@ -164,6 +241,7 @@ void RavelinNavVC::pop()
 {
     if (m_stack.size() < 2)
         return;
+    const bool focusWasHere = hasFocusInside();
     Screen *leaving = m_stack.takeLast();
     Screen *top = topScreen();
     if (m_appeared) {
@@ -173,6 +251,7 @@ void RavelinNavVC::pop()
     m_stackView->setCurrentWidget(top);
     m_stackView->removeWidget(leaving);
     updateBar();
+    focusTopScreen(focusWasHere);
     if (m_appeared) {
         leaving->viewDidDisappear();
         top->viewDidAppear();
@@ -199,6 +278,7 @@ void RavelinNavVC::present(Screen *screen)
     if (m_presented)
         return;
     m_presented = screen;
+    m_focusBeforePresenting = QApplication::focusWidget();
     screen->setNavigationHost(this);
     screen->setParent(this);
     screen->setGeometry(rect());
@@ -207,6 +287,10 @@ void RavelinNavVC::present(Screen *screen)
         screen->viewWillAppear();
     screen->show();
     screen->raise();
+    // The sheet itself takes the focus: Escape closes it, Tab goes to its first control.
+    screen->setFocus(Qt::OtherFocusReason);
+    m_bar->hide();
+    m_stackView->hide();
     if (m_appeared)
         screen->viewDidAppear();
 }
@@ -216,8 +300,18 @@ void RavelinNavVC::dismissPresented(const std::function<void()> &completion)
     if (Screen *screen = m_presented) {
         if (m_appeared)
             screen->viewWillDisappear();
+        m_bar->show();
+        m_stackView->show();
+        const bool focusWasOnSheet = !QApplication::focusWidget() || screen == QApplication::focusWidget()
+                                     || screen->isAncestorOf(QApplication::focusWidget());
         screen->hide();
         m_presented = nullptr;
+        if (focusWasOnSheet) {
+            if (m_focusBeforePresenting && m_focusBeforePresenting->isVisible())
+                m_focusBeforePresenting->setFocus(Qt::OtherFocusReason);
+            else
+                focusTopScreen(true);
+        }
         if (m_appeared)
             screen->viewDidDisappear();
         screen->deleteLater();

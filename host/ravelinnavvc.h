@@ -1,7 +1,9 @@
 #pragma once
 
 #include "api/clock.h"
+#include "api/guardedpointer.h"
 #include "api/networkmanagerdelegate.h"
+#include "host/ravelinnavvcdelegate.h"
 #include "tasks/dashboardvcdelegate.h"
 
 #include <QDateTime>
@@ -21,11 +23,16 @@ class QStackedWidget;
 
 namespace ravelin {
 
+class CameraFrameSource;
+class CameraPermission;
+class HapticFeedback;
+class ImagePicker;
+class KeyboardNotifier;
+
 class DashboardVC;
 class NavigationBar;
 class NetworkManager;
 class NotificationCenter;
-class RavelinNavVCDelegate;
 class Screen;
 class SessionStore;
 
@@ -51,13 +58,21 @@ class RavelinNavVC : public QWidget, public DashboardVCDelegate, public NetworkM
 public:
     // What the library runs on: the user defaults store in which the session data
     // is kept, the network access, the notification centre the host posts task
-    // events to, and the clock.
+    // events to (the process-wide centre when none is given), and the clock.
     struct Environment
     {
         QSettings *userDefaults = nullptr;
         QNetworkAccessManager *network = nullptr;
         NotificationCenter *notifications = nullptr;
         Clock clock = systemClock();
+        // How pictures are picked; the library's own picker when unset. Not owned.
+        ImagePicker *imagePicker = nullptr;
+        // The camera permission of the platform; none to ask on a desktop when unset. Not owned.
+        CameraPermission *cameraPermission = nullptr;
+        // The platform's vibration; none when unset. Not owned.
+        HapticFeedback *hapticFeedback = nullptr;
+        // Makes the scanner's picture feed; the device's camera when unset.
+        std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
     };
 
     // The root screen is a new dashboard unless one is given.
@@ -69,6 +84,8 @@ public:
     std::optional<qint64> currentUserId;
     std::optional<QMap<qint64, QStringList>> assetsList; // id -> {name, icon}
     std::optional<NetworkData> networkData;
+    // The host application's delegate, not owned: the host keeps it, and when the
+    // host destroys it first the navigation host reads null and stops calling it.
     [[nodiscard]] RavelinNavVCDelegate *vcDelegate() const { return m_vcDelegate; }
     void setVcDelegate(RavelinNavVCDelegate *delegate) { m_vcDelegate = delegate; }
 
@@ -84,14 +101,24 @@ public:
     [[nodiscard]] QList<Screen *> screens() const { return m_stack; }
     [[nodiscard]] DashboardVC *dashboard() const;
 
-    // Presentation over the stack (one screen at a time).
+    // Presentation over the stack (one screen at a time). While a screen is
+    // presented the bar and the stack are out of sight (and out of reach of the
+    // keyboard and of assistive technology); the keyboard focus moves onto the
+    // presented screen and comes back where it was when it is dismissed.
     void present(Screen *screen);
     void dismissPresented(const std::function<void()> &completion = {});
-    [[nodiscard]] Screen *presentedScreen() const { return m_presented; }
+    [[nodiscard]] Screen *presentedScreen() const;
 
     [[nodiscard]] NavigationBar *navigationBar() const { return m_bar; }
     [[nodiscard]] QColor standardBarColor() const;
     [[nodiscard]] NotificationCenter *notificationCenter() const { return m_environment.notifications; }
+    // The environment's picker, else the library's own.
+    [[nodiscard]] ImagePicker *imagePicker();
+    // The environment's permission and vibration, else the library's stand-ins.
+    [[nodiscard]] CameraPermission *cameraPermission();
+    [[nodiscard]] HapticFeedback *hapticFeedback();
+    // A new picture feed for a scanner: the environment's, else the device's camera.
+    [[nodiscard]] std::unique_ptr<CameraFrameSource> makeCameraFrameSource() const;
     [[nodiscard]] NetworkManager *networkManager() const;
     [[nodiscard]] const Environment &environment() const { return m_environment; }
 
@@ -109,15 +136,25 @@ private:
     void fetchSettings();
     void showTop();
     void updateBar();
+    // After a push or pop: a focus that was on the host goes to the top screen
+    // (where it last was on that screen, else to the screen itself).
+    void focusTopScreen(bool focusWasHere);
+    [[nodiscard]] bool hasFocusInside() const;
 
     Environment m_environment;
     std::unique_ptr<SessionStore> m_store;
-    RavelinNavVCDelegate *m_vcDelegate = nullptr;
+    GuardedPointer<RavelinNavVCDelegate> m_vcDelegate;
     NavigationBar *m_bar = nullptr;
     QStackedWidget *m_stackView = nullptr;
     QList<Screen *> m_stack;
     QPointer<Screen> m_presented;
+    QPointer<QWidget> m_focusBeforePresenting;
     QPointer<NetworkManager> m_networkManager;
+    std::unique_ptr<ImagePicker> m_defaultImagePicker;
+    std::unique_ptr<CameraPermission> m_defaultCameraPermission;
+    std::unique_ptr<HapticFeedback> m_defaultHapticFeedback;
+    // Tells the screens with text fields where the on-screen keyboard is.
+    KeyboardNotifier *m_keyboardNotifier = nullptr;
     bool m_loaded = false;
     bool m_appeared = false;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "api/guardedtarget.h"
+
 #include <QImage>
 #include <QString>
 
@@ -9,7 +11,9 @@
 namespace ravelin {
 
 // Implemented by the host application: what the library tells it and asks of it.
-class RavelinNavVCDelegate
+// The library does not own the delegate; it stops calling a delegate that the
+// host has destroyed (see GuardedTarget).
+class RavelinNavVCDelegate : public GuardedTarget
 {
 public:
     using UploadCompletion = std::function<void(bool success, std::optional<QString> path)>;

@@ -2,6 +2,9 @@
 
 #include "api/debuglog.h"
 #include "host/ravelinnavvc.h"
+#include "views/focuschain.h"
+
+#include <QKeyEvent>
 
 namespace ravelin {
 
@@ -23,6 +26,7 @@ void Screen::setTitle(const QString &title)
     if (m_title == title)
         return;
     m_title = title;
+    setAccessibleName(title);
     emit navigationItemChanged();
 }
 
@@ -56,7 +60,7 @@ void Screen::performSegue(const QString &identifier, const std::any &sender)
 {
     Screen *destination = makeDestination(identifier);
     if (!destination) {
-        debugLog(QStringLiteral("No screen for the transition ") + identifier);
+        debugLog(lcHost, QStringLiteral("No screen for the transition ") + identifier);
         return;
     }
     prepare(identifier, destination, sender);
@@ -104,6 +108,31 @@ void Screen::prepare(const QString &, Screen *, const std::any &)
 bool Screen::presentsModally(const QString &) const
 {
     return false;
+}
+
+bool Screen::isPresented() const
+{
+    return m_navigationHost && m_navigationHost->presentedScreen() == this;
+}
+
+void Screen::keyPressEvent(QKeyEvent *event)
+{
+    if (FocusChain::clickFocusedButton(this, event))
+        return;
+    if (event->key() == Qt::Key_Escape && isPresented()) {
+        // As the sheet's own Cancel or Close: nobody is told.
+        dismiss();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+bool Screen::focusNextPrevChild(bool next)
+{
+    // Over the other screens, Tab stays on this one.
+    if (isPresented())
+        return FocusChain::moveWithin(this, next);
+    return QWidget::focusNextPrevChild(next);
 }
 
 } // namespace ravelin

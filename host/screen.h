@@ -17,6 +17,10 @@ class RavelinNavVC;
 // host (loaded once, then will/did appear and will/did disappear around each
 // push, pop, presentation and dismissal), a navigation item (title and bar
 // buttons) and named transitions to other screens.
+//
+// From the keyboard, Enter acts on the focused button as Space does; a
+// presented screen keeps Tab inside itself and closes on Escape. Assistive
+// technology knows a screen by its title.
 class Screen : public QWidget
 {
     Q_OBJECT
@@ -64,7 +68,12 @@ protected:
     virtual void prepare(const QString &identifier, Screen *destination, const std::any &sender);
     [[nodiscard]] virtual bool presentsModally(const QString &identifier) const;
 
+    void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
+
 private:
+    [[nodiscard]] bool isPresented() const;
+
     bool m_loaded = false;
     QString m_title;
     QList<QAction *> m_rightBarActions;

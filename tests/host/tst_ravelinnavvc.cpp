@@ -5,6 +5,7 @@
 #include "host/ravelineventvc.h"
 #include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
+#include "items/itemsupdateresponse.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
@@ -61,6 +62,8 @@ private slots:
     void settingsFailureKeepsSettings();
     void wiresItselfAsDelegate();
     void didSwipeReachesTheHost();
+    void destroyedHostDelegateIsNotCalled();
+    void notificationsDefaultToTheProcessCentre();
     void missingInputsStop_data();
     void missingInputsStop();
     void rootMustBeTheDashboard();
@@ -175,6 +178,31 @@ void TestRavelinNavVC::didSwipeReachesTheHost()
     host->setVcDelegate(nullptr);
     host->didSwipe(true); // dropped silently
     QCOMPARE(m_api->host.swipes.size(), 2);
+}
+
+void TestRavelinNavVC::destroyedHostDelegateIsNotCalled()
+{
+    auto host = makeHost();
+    auto delegate = std::make_unique<FakeHost>();
+    host->setVcDelegate(delegate.get());
+    host->loadViewIfNeeded();
+    delegate.reset();
+    QCOMPARE(host->vcDelegate(), nullptr);
+    host->didSwipe(true);
+
+    // An expired session reaches the host's delegate through the manager: nobody is told.
+    m_api->settings.clear();
+    std::optional<Result<ItemsUpdateResponse>> result;
+    host->networkManager()->request<ItemsUpdateResponse>(Router::getItems(1), ApiQueue::shared(), this,
+                                                         [&](const auto &r) { result = r; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
+    QCOMPARE(result->error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
+}
+
+void TestRavelinNavVC::notificationsDefaultToTheProcessCentre()
+{
+    RavelinNavVC host(RavelinNavVC::Environment{&m_api->settings, &m_api->network, nullptr, fixedClock(m_api->now)});
+    QCOMPARE(host.notificationCenter(), &NotificationCenter::defaultCenter());
 }
 
 void TestRavelinNavVC::missingInputsStop_data()

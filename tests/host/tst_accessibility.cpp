@@ -1,0 +1,536 @@
+#include "api/settings.h"
+#include "comments/commentsvc.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/commentthreadview.h"
+#include "filter/filtervc.h"
+#include "filter/inputfield.h"
+#include "filter/inputsheet.h"
+#include "host/imagepicker.h"
+#include "host/notificationcenter.h"
+#include "host/ravelinnavvc.h"
+#include "items/itemlistmodel.h"
+#include "items/itemsvc.h"
+#include "items/qrscannervc.h"
+#include "resources/namedcolors.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "support/hostfixture.h"
+#include "support/testpicker.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/taskstrip.h"
+#include "views/alertpresenter.h"
+#include "views/alertview.h"
+#include "views/refreshablescrollarea.h"
+
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QBuffer>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTimer>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
+const QString shots = QStringLiteral("/tmp/ravelin-shots/");
+
+
+QString serverDate(const TimePoint &when)
+{
+    return toDateTime(when).toUTC().toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz")) + QStringLiteral("Z");
+}
+
+
+QAccessibleInterface *accessible(QObject *object)
+{
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+QString nameOf(QObject *object)
+{
+    QAccessibleInterface *interface = accessible(object);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+// Every object assistive technology meets under `interface` while it is shown.
+void collect(QAccessibleInterface *interface, QList<QAccessibleInterface *> &out)
+{
+    if (!interface || interface->state().invisible)
+        return;
+    out.append(interface);
+    for (int i = 0; i < interface->childCount(); ++i)
+        collect(interface->child(i), out);
+}
+
+QString describe(QAccessibleInterface *interface)
+{
+    const QObject *object = interface->object();
+    return QStringLiteral("%1 %2 \"%3\"")
+        .arg(QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(interface->role())),
+             object ? QString::fromLatin1(object->metaObject()->className()) + QLatin1Char('#') + object->objectName()
+                    : QStringLiteral("item"),
+             interface->text(QAccessible::Name));
+}
+
+// The items of a list as a screen reader reads them ("name | description")
+// and as automation finds them (the model's "identifier" role).
+struct ListItems
+{
+    QStringList read;
+    QStringList identifiers;
+};
+
+ListItems listItems(QAbstractItemView *view)
+{
+    ListItems items;
+    QAccessibleInterface *list = accessible(view);
+    const int identifierRole = view->model()->roleNames().key("identifier");
+    for (int i = 0; list && i < list->childCount(); ++i) {
+        QAccessibleInterface *item = list->child(i);
+        items.read.append(item->text(QAccessible::Name) + QStringLiteral(" | ") + item->text(QAccessible::Description));
+        const int row = item->tableCellInterface()->rowIndex();
+        items.identifiers.append(view->model()->index(row, 0).data(identifierRole).toString());
+    }
+    return items;
+}
+
+QWidget *focused()
+{
+    return QApplication::focusWidget();
+}
+
+// One round of Tab from where the focus is, by the names heard on the way.
+QStringList tabRound()
+{
+    QStringList names;
+    QWidget *first = nullptr;
+    for (int presses = 0; presses < 40; ++presses) {
+        QWidget *now = focused();
+        if (!now)
+            return names << QStringLiteral("(no focus)");
+        if (now == first)
+            return names;
+        if ((now->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+            if (!first)
+                first = now;
+            names.append(nameOf(now));
+        }
+        QTest::keyClick(now, Qt::Key_Tab);
+    }
+    return names << QStringLiteral("(no end)");
+}
+
+// Tab until the widget of that name has the focus.
+bool tabTo(const QString &name)
+{
+    for (int presses = 0; presses < 40; ++presses) {
+        if (focused() && nameOf(focused()) == name)
+            return true;
+        QTest::keyClick(focused(), Qt::Key_Tab);
+    }
+    return false;
+}
+
+} // namespace
+
+class TestAccessibility : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void everyControlIsNamed_data();
+    void everyControlIsNamed();
+    void chartsReadAsText_data();
+    void chartsReadAsText();
+    void listItemsCarryNamesAndIdentifiers_data();
+    void listItemsCarryNamesAndIdentifiers();
+    void tabFollowsTheScreen_data();
+    void tabFollowsTheScreen();
+    void keysAct_data();
+    void keysAct();
+    void focusIsVisibleInBothAppearances_data();
+    void focusIsVisibleInBothAppearances();
+
+private:
+    void screens();
+    // Opens the screen of that name with the keyboard focus where the keyboard
+    // would have it; false when it does not show.
+    bool open(const QString &screen);
+    [[nodiscard]] QWidget *view(const QString &objectName) const;
+    // Where the worker is: the top screen, a presented screen, an alert.
+    [[nodiscard]] QString where() const;
+
+    std::unique_ptr<ApiHarness> m_api;
+    NotificationCenter m_center;
+    TestPicker m_picker;
+    std::unique_ptr<RavelinNavVC> m_host;
+};
+
+void TestAccessibility::init()
+{
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{1, "Meters"}, {3, "Pumps"}}}));
+    m_api = std::make_unique<ApiHarness>();
+    const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}}, QJsonObject{{"itemStatusId", 2}, {"count", 1}},
+                            QJsonObject{{"itemStatusId", 3}, {"count", 2}}};
+    m_api->server.on("GET", tasksPath,
+                     CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
+                                                           taskJson(2, "Valve A", 4, 1, "2026-11-02T08:00:00.000Z", 3, counts),
+                                                           taskJson(3, "Valve B", 4, 2, "2026-11-01T08:00:00.000Z", 3),
+                                                           taskJson(4, "Tank D", 6, 3, "2026-10-30T08:00:00.000Z", 3)})});
+    m_api->server.on("GET", "/api/items/taskId/2",
+                     CannedResponse{200, answer(QJsonArray{itemJson(21, 2, "Gauge", 1), itemJson(22, 2, "Seal", 2),
+                                                           itemJson(23, 2, "Valve", 3, QStringLiteral("CP-1")),
+                                                           itemJson(24, 2, "Gate", 3)})});
+    QJsonObject pictured = commentJson("Valve closed", serverDate(m_api->now - std::chrono::minutes(5)));
+    pictured.insert("media", QJsonArray{QJsonObject{{"path", "p/valve.jpg"}, {"dateCreated", pictured.value("dateCreated")},
+                                                    {"commentId", 1}}});
+    m_api->server.on("GET", "/api/task/2/comments",
+                     CannedResponse{200, answer(QJsonArray{commentJson("Seal replaced", serverDate(m_api->now - std::chrono::hours(50)), 22),
+                                                           pictured})});
+    m_api->server.onPrefix("GET", QStringLiteral("/files/"),
+                           [](const RecordedRequest &) { return CannedResponse{200, jpeg(), "image/jpeg"}; });
+}
+
+void TestAccessibility::cleanup()
+{
+    m_host.reset();
+    m_api.reset();
+    Settings::setCurrent(Settings::defaults());
+    NamedColors::setAppearance(Appearance::light);
+}
+
+QWidget *TestAccessibility::view(const QString &objectName) const
+{
+    return m_host ? m_host->findChild<QWidget *>(objectName) : nullptr;
+}
+
+QString TestAccessibility::where() const
+{
+    if (const AlertView *alert = AlertPresenter::visibleAlert(m_host.get()))
+        return QStringLiteral("alert ") + alert->title();
+    if (const Screen *presented = m_host->presentedScreen())
+        return presented->objectName();
+    return m_host->topScreen()->objectName();
+}
+
+bool TestAccessibility::open(const QString &screen)
+{
+    m_picker.next = std::nullopt;
+    RavelinNavVC::Environment environment;
+    environment.imagePicker = &m_picker;
+    m_host = showHost(*m_api, m_center, std::move(environment));
+    m_host->activateWindow();
+    DashboardVC *dashboard = m_host->dashboard();
+    if (!QTest::qWaitForWindowActive(m_host.get())
+        || !QTest::qWaitFor(
+            [&] {
+                return dashboard->rows().size() == 3 && dashboard->rows().last()->isVisible()
+                       && !dashboard->refreshControl()->isRefreshing();
+            },
+            timeoutMs))
+        return false;
+    // The keyboard starts at the top of the window.
+    m_host->setFocus();
+    if (screen == QLatin1String("dashboard"))
+        return true;
+    if (screen == QLatin1String("prompt")) {
+        dashboard->openTask(dashboard->rows().first()->tasks().first());
+        return AlertPresenter::visibleAlert(m_host.get()) != nullptr;
+    }
+    if (screen == QLatin1String("filter") || screen == QLatin1String("date picker")) {
+        dashboard->filterAction()->trigger();
+        auto *filter = qobject_cast<FilterVC *>(m_host->topScreen());
+        m_host->setFocus();
+        if (!filter || screen == QLatin1String("filter"))
+            return filter;
+        QTest::keyClick(filter->dateStart(), Qt::Key_Return);
+        return filter->inputSheet()->isPresented();
+    }
+
+    dashboard->openTask(dashboard->rows().at(1)->tasks().first());
+    ItemsVC *items = nullptr;
+    if (!QTest::qWaitFor(
+            [&] {
+                items = qobject_cast<ItemsVC *>(m_host->topScreen());
+                return items && !items->refreshControl()->isRefreshing() && items->itemModel()->rowCount() == 4;
+            },
+            timeoutMs))
+        return false;
+    if (screen == QLatin1String("items")) {
+        m_host->setFocus();
+        return true;
+    }
+    if (screen == QLatin1String("item action")) {
+        items->actOnRow(3);
+        return m_host->presentedScreen();
+    }
+    if (screen == QLatin1String("scanner")) {
+        // No camera here: the scanner offers the photo.
+        items->checkpointBtnPressed()->trigger();
+        m_host->setFocus();
+        return qobject_cast<QRScannerVC *>(m_host->topScreen());
+    }
+    if (screen == QLatin1String("block task")) {
+        items->markAsBlockedBtn()->click();
+        return m_host->presentedScreen();
+    }
+    items->commentsButton()->trigger();
+    auto *comments = qobject_cast<CommentsVC *>(m_host->topScreen());
+    if (!comments || !QTest::qWaitFor(
+                         [&] {
+                             return !comments->isFetching() && comments->threadModel()->rowCount() == 4
+                                    && comments->tableView()->height() > 0;
+                         },
+                         timeoutMs))
+        return false;
+    if (screen == QLatin1String("comments")) {
+        m_host->setFocus();
+        return true;
+    }
+    comments->commentCellDidTapImage(QImage::fromData(jpeg()));
+    return m_host->presentedScreen();
+}
+
+void TestAccessibility::screens()
+{
+    QTest::addColumn<QString>("screen");
+    for (const char *screen : {"dashboard", "prompt", "items", "item action", "block task", "scanner", "comments", "picture",
+                               "filter", "date picker"})
+        QTest::newRow(screen) << QString::fromLatin1(screen);
+}
+
+void TestAccessibility::everyControlIsNamed_data()
+{
+    screens();
+}
+
+void TestAccessibility::everyControlIsNamed()
+{
+    // Whatever the worker can act on, and every picture and chart, is named in
+    // words; what only holds others (cards, panes) may say nothing; and no name
+    // is an identifier meant for automation ("statusCell_Assigned", "dateStart").
+    QFETCH(QString, screen);
+    QVERIFY(open(screen));
+    static const QList<QAccessible::Role> speaking{
+        QAccessible::Button,   QAccessible::PushButton, QAccessible::CheckBox, QAccessible::RadioButton,
+        QAccessible::ComboBox, QAccessible::SpinBox,    QAccessible::Slider,   QAccessible::EditableText,
+        QAccessible::List,     QAccessible::ListItem,   QAccessible::Cell,     QAccessible::PageTab,
+        QAccessible::Link,     QAccessible::Chart,      QAccessible::Graphic,  QAccessible::AlertMessage};
+    static const QRegularExpression identifier(QStringLiteral("^\\S*[a-z][A-Z_]\\S*$"));
+    QList<QAccessibleInterface *> all;
+    collect(accessible(m_host.get()), all);
+    collect(accessible(AlertPresenter::visibleAlert(m_host.get())), all);
+    QStringList offenders;
+    for (QAccessibleInterface *interface : std::as_const(all)) {
+        const QString name = interface->text(QAccessible::Name).trimmed();
+        const bool acts = interface->state().focusable || speaking.contains(interface->role())
+                          || (interface->actionInterface() && !interface->actionInterface()->actionNames().isEmpty());
+        if ((acts && name.isEmpty()) || identifier.match(name).hasMatch())
+            offenders.append(describe(interface));
+    }
+    QCOMPARE(offenders.join(QStringLiteral("; ")), QString());
+    QVERIFY(all.size() > 3);
+}
+
+void TestAccessibility::chartsReadAsText_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("chart");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("description");
+    QTest::newRow("overall chart") << "dashboard" << "pieChartView" << "Assigned: 1, In Progress: 2, Completed: 1"
+                                   << "Tasks";
+    QTest::newRow("items chart") << "items" << "progressView" << "50% done. Completed: 1, Incidents: 1, Open: 2" << "";
+}
+
+void TestAccessibility::chartsReadAsText()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, chart);
+    QFETCH(QString, name);
+    QFETCH(QString, description);
+    QVERIFY(open(screen));
+    QAccessibleInterface *interface = accessible(view(chart));
+    QVERIFY(interface);
+    QCOMPARE(interface->role(), QAccessible::Chart);
+    QCOMPARE(interface->text(QAccessible::Name), name);
+    QCOMPARE(interface->text(QAccessible::Description), description);
+}
+
+void TestAccessibility::listItemsCarryNamesAndIdentifiers_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("list");
+    QTest::addColumn<QString>("listName");
+    QTest::addColumn<QStringList>("read");
+    QTest::addColumn<QStringList>("identifiers");
+    // A card's ring reads as its percentage.
+    QTest::newRow("cards") << "dashboard" << "statusCell_InProgress" << "In Progress: 2 tasks"
+                           << QStringList{"Valve A | In Progress, High priority, Pumps, 50% done",
+                                          "Valve B | In Progress, Medium priority, Pumps, 0% done"}
+                           << QStringList{"task_in_progress", "task_in_progress"};
+    QTest::newRow("item rows") << "items" << "tableView" << "Checklist"
+                               << QStringList{"Gauge | Completed. Gauge details", "Seal | Incidents. Seal details",
+                                              "Valve | Open, QR code. Valve details", "Gate | Open. Gate details"}
+                               << QStringList{"itemCell_21", "itemCell_22", "itemCell_23", "itemCell_24"};
+    QTest::newRow("comment rows") << "comments" << "commentsTableView" << "Comments"
+                                  << QStringList{"2 days ago | ", "Seal replaced | Ann Rivers, 2 days ago, Seal",
+                                                 "10 hours ago | ", "Valve closed | Ann Rivers, 5 mins ago"}
+                                  << QStringList{"dayHeader", "commentCell", "dayHeader", "commentCell"};
+}
+
+void TestAccessibility::listItemsCarryNamesAndIdentifiers()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, list);
+    QFETCH(QString, listName);
+    QFETCH(QStringList, read);
+    QFETCH(QStringList, identifiers);
+    QVERIFY(open(screen));
+    auto *listView = qobject_cast<QAbstractItemView *>(view(list));
+    QVERIFY(listView);
+    QCOMPARE(nameOf(listView), listName);
+    const ListItems items = listItems(listView);
+    QCOMPARE(items.read.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
+    QCOMPARE(items.identifiers, identifiers);
+}
+
+void TestAccessibility::tabFollowsTheScreen_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QStringList>("round");
+    QTest::newRow("dashboard") << "dashboard"
+                               << QStringList{"Refresh", "Filter", "Panel", "Assigned: 1 task", "In Progress: 2 tasks",
+                                              "Completed: 1 task"};
+    QTest::newRow("prompt") << "prompt" << QStringList{"Yes", "No"};
+    QTest::newRow("items") << "items"
+                           << QStringList{"Back", "Comments", "Scan Checkpoint", "Select", "Completed", "Incidents",
+                                          "Open", "All", "Checklist", "Mark as Blocked", "Complete Task"};
+    QTest::newRow("item action") << "item action" << QStringList{"Cancel", "Note", "Add Photo", "Complete"};
+    QTest::newRow("block task") << "block task" << QStringList{"Cancel", "Reason", "Add Photo", "Mark as Blocked"};
+    QTest::newRow("scanner") << "scanner" << QStringList{"Back", "Scan from photo"};
+    QTest::newRow("comments") << "comments" << QStringList{"Back", "Comments", "Add Picture", "Comment"};
+    QTest::newRow("picture") << "picture" << QStringList{"Close"};
+    QTest::newRow("filter") << "filter"
+                            << QStringList{"Back",   "Name",         "Priority",   "Date",     "Ascending", "Descending",
+                                           "Highest", "High",        "Medium",     "Low",      "All",       "Created from",
+                                           "Created to", "Category", "Clear",      "Apply"};
+    QTest::newRow("date picker") << "date picker" << QStringList{"Month", "Day", "Year", "Done"};
+}
+
+void TestAccessibility::tabFollowsTheScreen()
+{
+    QFETCH(QString, screen);
+    QFETCH(QStringList, round);
+    QVERIFY(open(screen));
+    QCOMPARE(tabRound().join(QStringLiteral(", ")), round.join(QStringLiteral(", ")));
+}
+
+void TestAccessibility::keysAct_data()
+{
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("Enter on a bar button") << "dashboard" << "Filter" << int(Qt::Key_Return) << "FilterVC";
+    QTest::newRow("Space on a card") << "dashboard" << "Assigned: 1 task" << int(Qt::Key_Space)
+                                     << "alert Acknowledge task `Meter C`";
+    QTest::newRow("Enter on a row") << "items" << "Checklist" << int(Qt::Key_Enter) << "ItemActionVC";
+    QTest::newRow("Enter on a segment") << "items" << "Open" << int(Qt::Key_Return) << "ItemsVC";
+    QTest::newRow("Escape on the prompt") << "prompt" << "Yes" << int(Qt::Key_Escape) << "DashboardVC";
+    QTest::newRow("Escape on a sheet") << "block task" << "Reason" << int(Qt::Key_Escape) << "ItemsVC";
+    QTest::newRow("Enter on a picture") << "comments" << "Comments" << int(Qt::Key_Down) << "ImageVC";
+    QTest::newRow("Escape on the picture") << "picture" << "Close" << int(Qt::Key_Escape) << "CommentsVC";
+    QTest::newRow("Escape on the date picker") << "date picker" << "Day" << int(Qt::Key_Escape) << "FilterVC";
+}
+
+void TestAccessibility::keysAct()
+{
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    QFETCH(int, key);
+    QFETCH(QString, after);
+    QVERIFY(open(screen));
+    QVERIFY(tabTo(control));
+    if (key == Qt::Key_Down) {
+        // The last comment, the one with the picture, then Enter.
+        QTest::keyClick(focused(), Qt::Key_End);
+        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())->pictureRect(3).isEmpty(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())
+                                      ->model()
+                                      ->index(3, 0)
+                                      .data(CommentThreadModel::ThumbnailRole)
+                                      .value<QImage>()
+                                      .isNull(),
+                                 timeoutMs);
+        key = Qt::Key_Return;
+    }
+    QTest::keyClick(focused(), Qt::Key(key));
+    QTRY_COMPARE_WITH_TIMEOUT(where(), after, timeoutMs);
+    if (screen == QLatin1String("items") && control == QLatin1String("Open")) {
+        // The segment chosen from the keyboard filters the list.
+        QCOMPARE(qobject_cast<ItemsVC *>(m_host->topScreen())->itemModel()->rowCount(), 2);
+    }
+    if (screen == QLatin1String("date picker")) {
+        // The date picker closed and the keyboard is back on its field.
+        auto *filter = qobject_cast<FilterVC *>(m_host->topScreen());
+        QVERIFY(!filter->inputSheet()->isPresented());
+        QCOMPARE(focused(), filter->dateStart());
+    }
+}
+
+void TestAccessibility::focusIsVisibleInBothAppearances_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<QString>("screen");
+    QTest::addColumn<QString>("control");
+    for (const bool dark : {false, true}) {
+        const char *look = dark ? "dark" : "light";
+        QTest::addRow("%s: bar button", look) << dark << "items" << "Comments";
+        QTest::addRow("%s: button", look) << dark << "items" << "Complete Task";
+        QTest::addRow("%s: segment", look) << dark << "items" << "Incidents";
+        QTest::addRow("%s: item row", look) << dark << "items" << "Checklist";
+        QTest::addRow("%s: card", look) << dark << "dashboard" << "In Progress: 2 tasks";
+        QTest::addRow("%s: comment row", look) << dark << "comments" << "Comments";
+        QTest::addRow("%s: picker field", look) << dark << "filter" << "Created to";
+    }
+}
+
+void TestAccessibility::focusIsVisibleInBothAppearances()
+{
+    QFETCH(bool, dark);
+    QFETCH(QString, screen);
+    QFETCH(QString, control);
+    NamedColors::setAppearance(dark ? Appearance::dark : Appearance::light);
+    QVERIFY(open(screen));
+    QVERIFY(tabTo(control));
+    QWidget *widget = focused();
+    const QImage withFocus = widget->grab().toImage();
+    m_host->grab().save(shots + QStringLiteral("focus-%1.png").arg(QString::fromLatin1(QTest::currentDataTag())));
+    QTest::keyClick(widget, Qt::Key_Tab);
+    QVERIFY(focused() != widget);
+    QVERIFY(widget->grab().toImage() != withFocus);
+}
+
+int main(int argc, char *argv[])
+{
+    // A day's header reads the time since its local midnight: the same zone on
+    // every machine.
+    qputenv("TZ", "UTC");
+    QApplication app(argc, argv);
+    TestAccessibility test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_accessibility.moc"
