@@ -3,25 +3,33 @@
 #include "api/debuglog.h"
 
 #include <QStringList>
+#include <QtGlobal>
 
 #include <memory>
 #include <mutex>
 
 namespace ravelin::test {
 
-// Collects the library's debug log lines for the lifetime of the object.
+// Collects the library's log lines (its "ravelin.*" categories) for the
+// lifetime of the object, through Qt's message handler; every message still
+// reaches the handler that was installed before.
 class LogCapture
 {
 public:
     LogCapture()
         : m_state(std::make_shared<State>())
     {
-        m_previous = setLogSink([state = m_state](const QString &line) {
-            std::lock_guard lock(state->mutex);
-            state->lines.append(line);
-        });
+        std::lock_guard lock(registryMutex());
+        m_outer = std::exchange(active(), m_state);
+        m_previous = qInstallMessageHandler(&LogCapture::handle);
+        m_state->previous = m_previous;
     }
-    ~LogCapture() { setLogSink(m_previous); }
+    ~LogCapture()
+    {
+        std::lock_guard lock(registryMutex());
+        qInstallMessageHandler(m_previous);
+        active() = m_outer;
+    }
     LogCapture(const LogCapture &) = delete;
     LogCapture &operator=(const LogCapture &) = delete;
 
@@ -42,10 +50,18 @@ public:
         return out;
     }
 
+    // The category each line was written to, in order.
+    [[nodiscard]] QStringList categories() const
+    {
+        std::lock_guard lock(m_state->mutex);
+        return m_state->categories;
+    }
+
     void clear()
     {
         std::lock_guard lock(m_state->mutex);
         m_state->lines.clear();
+        m_state->categories.clear();
     }
 
 private:
@@ -53,9 +69,43 @@ private:
     {
         std::mutex mutex;
         QStringList lines;
+        QStringList categories;
+        QtMessageHandler previous = nullptr;
     };
+
+    static std::mutex &registryMutex()
+    {
+        static std::mutex mutex;
+        return mutex;
+    }
+    static std::shared_ptr<State> &active()
+    {
+        static std::shared_ptr<State> state;
+        return state;
+    }
+
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+    {
+        std::shared_ptr<State> state;
+        {
+            std::lock_guard lock(registryMutex());
+            state = active();
+        }
+        if (!state)
+            return;
+        const QLatin1String category(context.category ? context.category : "");
+        if (category.startsWith(QLatin1String("ravelin."))) {
+            std::lock_guard lock(state->mutex);
+            state->lines.append(message);
+            state->categories.append(category);
+        }
+        if (state->previous)
+            state->previous(type, context, message);
+    }
+
     std::shared_ptr<State> m_state;
-    LogSink m_previous;
+    std::shared_ptr<State> m_outer;
+    QtMessageHandler m_previous = nullptr;
 };
 
 } // namespace ravelin::test
