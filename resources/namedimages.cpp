@@ -12,7 +12,7 @@ namespace ravelin {
 
 namespace {
 
-const QString resourceDirectory = QStringLiteral(":/ravelin/images/");
+constexpr QLatin1StringView resourceDirectory(":/ravelin/images/");
 
 QString baseName(const QString &name)
 {
@@ -63,7 +63,7 @@ class NamedIconEngine : public QIconEngine
 public:
     NamedIconEngine(QString name, std::optional<QColor> color)
         : m_name(std::move(name))
-        , m_color(std::move(color))
+        , m_color(color)
     {
     }
 

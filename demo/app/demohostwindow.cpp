@@ -2,6 +2,7 @@
 
 #include "api/debuglog.h"
 #include "api/sessionstore.h"
+#include "demo/app/democamera.h"
 #include "demo/app/hostapiclient.h"
 #include "demo/app/hostbar.h"
 #include "demo/app/hostbrand.h"
@@ -24,6 +25,10 @@
 #include <algorithm>
 
 namespace ravelin {
+
+namespace {
+Q_LOGGING_CATEGORY(lcDemo, "ravelin.demo")
+} // namespace
 
 DemoHostWindow::DemoHostWindow(HostSetup setup, Environment environment, QWidget *parent)
     : QWidget(parent)
@@ -121,9 +126,20 @@ void DemoHostWindow::startSession(qint64 userId, const QMap<qint64, QStringList>
         return;
     Session session{userId, workerName(userId, assets), token, toDateTime(m_environment.clock()), assets};
 
-    auto *navVC = new RavelinNavVC(RavelinNavVC::Environment{m_environment.userDefaults, m_environment.network,
-                                                             m_environment.notifications, m_environment.clock},
-                                   m_sessionPage);
+    RavelinNavVC::Environment environment;
+    environment.userDefaults = m_environment.userDefaults;
+    environment.network = m_environment.network;
+    environment.notifications = m_environment.notifications;
+    environment.clock = m_environment.clock;
+    environment.imagePicker = m_environment.imagePicker;
+    environment.cameraFrameSource = m_environment.cameraFrameSource;
+    if (!environment.cameraFrameSource) {
+        // The scanner looks at a wall with the sticker of an open checkpoint of the task on screen.
+        environment.cameraFrameSource = [self = QPointer<DemoHostWindow>(this)]() -> std::unique_ptr<CameraFrameSource> {
+            return std::make_unique<DemoCamera>([self] { return DemoCamera::openCheckpoint(self ? self->navVC() : nullptr); });
+        };
+    }
+    auto *navVC = new RavelinNavVC(std::move(environment), m_sessionPage);
     navVC->currentUserId = userId;
     navVC->assetsList = assets;
     navVC->networkData = NetworkData{m_setup.baseUrl, session.tokenTimeStamp, token};
@@ -176,7 +192,7 @@ void DemoHostWindow::sessionExpired()
 {
     if (!m_session)
         return;
-    debugLog(QStringLiteral("Session expired for user"), QString::number(m_session->userId));
+    debugLog(lcDemo, QStringLiteral("Session expired for user"), QString::number(m_session->userId));
     endSession(QStringLiteral("Your session has expired. Please sign in again."), true);
 }
 
@@ -216,7 +232,7 @@ void DemoHostWindow::uploadImage(const QImage &image, const QString &fileName, U
     m_client->uploadPicture(image, fileName, currentToken(), this,
                             [completion](const Result<UploadAnswer, QString> &result) {
                                 if (!result.isSuccess()) {
-                                    debugLog(QStringLiteral("Picture upload failed:"), result.error());
+                                    debugLog(lcDemo, QStringLiteral("Picture upload failed:"), result.error());
                                     completion(false, std::nullopt);
                                     return;
                                 }

@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
+#include <memory>
 #include <optional>
 
 class QNetworkAccessManager;
@@ -19,10 +21,12 @@ class QVBoxLayout;
 
 namespace ravelin {
 
+class CameraFrameSource;
 class HostApiClient;
 class HostBar;
 class HostPanel;
 class NotificationCenter;
+class ImagePicker;
 class RavelinNavVC;
 class SignInScreen;
 class TaskEventSheet;
@@ -46,6 +50,10 @@ public:
         QNetworkAccessManager *network = nullptr;
         NotificationCenter *notifications = nullptr;
         Clock clock = systemClock();
+        // How the library picks pictures; its own picker when unset.
+        ImagePicker *imagePicker = nullptr;
+        // What the library's QR scanner sees; the demo camera when unset.
+        std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
     };
 
     // The signed-in session as the host has it.

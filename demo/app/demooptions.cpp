@@ -70,6 +70,24 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
                 return Parsed::failure(error.isEmpty() ? QStringLiteral("--tour needs a folder") : error);
             options.mode = Mode::tour;
             options.tourDir = *value;
+        } else if (argument == QLatin1String("--load-dashboard")) {
+            options.mode = Mode::loadDashboard;
+        } else if (isOption(argument, QStringLiteral("--tasks"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--tasks"), error);
+            if (!value)
+                return Parsed::failure(error);
+            bool valid = false;
+            options.tasksPerWorker = value->toInt(&valid);
+            if (!valid || options.tasksPerWorker < 0)
+                return Parsed::failure(QStringLiteral("--tasks takes a number of tasks, not \"%1\"").arg(*value));
+        } else if (isOption(argument, QStringLiteral("--text-scale"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--text-scale"), error);
+            if (!value)
+                return Parsed::failure(error);
+            bool valid = false;
+            options.textScale = value->toDouble(&valid);
+            if (!valid || options.textScale < 1.0 || options.textScale > 3.0)
+                return Parsed::failure(QStringLiteral("--text-scale takes a factor from 1 to 3, not \"%1\"").arg(*value));
         } else if (isOption(argument, QStringLiteral("--api-host"))) {
             const auto value = valueOf(arguments, i, QStringLiteral("--api-host"), error);
             if (!value)
@@ -90,6 +108,8 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
         }
     }
 
+    if (options.apiHost && options.tasksPerWorker > 0)
+        return Parsed::failure(QStringLiteral("--tasks is for the embedded demo server, not for --api-host"));
     if (options.apiHost) {
         if (!token || !userId)
             return Parsed::failure(QStringLiteral("--api-host needs --token and --user-id as well"));
@@ -113,7 +133,8 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
 QString DemoOptions::usage()
 {
     return QStringLiteral(
-        "Usage: ravelin-demo [--tour OUTDIR] [--api-host HOST:PORT --token T --user-id N]\n"
+        "Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
+        "                    [--api-host HOST:PORT --token T --user-id N]\n"
         "\n"
         "Runs the Ravelin task client inside a demo host application.\n"
         "\n"
@@ -125,6 +146,13 @@ QString DemoOptions::usage()
         "                       event and the emergency flag; writes NN-step.png pictures\n"
         "                       and summary.txt to OUTDIR. Chosen automatically, with\n"
         "                       OUTDIR \"out/tour\", when there is no display.\n"
+        "  --load-dashboard     Signs in, waits until the dashboard shows the worker's\n"
+        "                       tasks, prints how long that took and the process's peak\n"
+        "                       resident memory, and exits (offscreen without a display).\n"
+        "  --tasks N            Gives every field worker of the embedded demo server N\n"
+        "                       tasks: the dashboard at scale.\n"
+        "  --text-scale F       Enlarges the system font by the factor F (1 to 3), as a\n"
+        "                       worker who needs large text does: --text-scale 1.5.\n"
         "  --api-host HOST:PORT Uses another server that speaks the same API instead of\n"
         "                       the demo server; no sign-in request is made.\n"
         "  --token T            The bearer token for --api-host.\n"

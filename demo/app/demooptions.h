@@ -10,12 +10,13 @@
 namespace ravelin {
 
 // The demo host's command line:
-//   ravelin-demo [--tour OUTDIR] [--api-host HOST:PORT --token T --user-id N]
+//   ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]
+//                [--api-host HOST:PORT --token T --user-id N]
 // Without a display (no DISPLAY and no WAYLAND_DISPLAY, or the offscreen
 // platform) the tour runs even when it was not asked for.
 struct DemoOptions
 {
-    enum class Mode { window, tour, help };
+    enum class Mode { window, tour, loadDashboard, help };
 
     // What the process was started in, as far as the choice of mode goes.
     struct Display
@@ -38,6 +39,11 @@ struct DemoOptions
     qint64 userId = 0;
     // The tour was chosen because there is no display.
     bool tourForcedByDisplay = false;
+    // --tasks: tasks per field worker on the embedded demo server (0: the seeded ones).
+    int tasksPerWorker = 0;
+    // --text-scale: the system font enlarged by this factor, as a worker who
+    // needs large text sets it (1: as it is).
+    qreal textScale = 1.0;
 
     // `arguments` without the program name.
     [[nodiscard]] static Result<DemoOptions, QString> parse(const QStringList &arguments, const Display &display);

@@ -1,15 +1,32 @@
 #include "demo/app/demotour.h"
 
+#include "demo/app/democamera.h"
 #include "demo/app/demohostwindow.h"
 #include "demo/app/hostbar.h"
 #include "demo/app/hostpanel.h"
 #include "demo/app/signinscreen.h"
 #include "demo/app/taskeventsheet.h"
 #include "demo/app/workerrow.h"
+#include "filter/filtervc.h"
+#include "filter/inputfield.h"
+#include "views/segmentedcontrol.h"
 #include "host/navigationbar.h"
 #include "host/ravelinnavvc.h"
 #include "host/screen.h"
 #include "host/taskupdateevent.h"
+#include "comments/commentsvc.h"
+#include "comments/commentsvm.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/commentthreadview.h"
+#include "comments/custominputbar.h"
+#include "comments/imagevc.h"
+#include "items/blocktaskvc.h"
+#include "items/itemactionvc.h"
+#include "items/itemlistmodel.h"
+#include "items/itemstexts.h"
+#include "items/itemsvc.h"
+#include "items/itemtableview.h"
+#include "items/qrscannervc.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
 #include "tasks/dashboardvc.h"
@@ -19,14 +36,21 @@
 #include "views/alertpresenter.h"
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
+#include "views/segmentedcontrol.h"
+#include "views/textviewwithplaceholder.h"
 
+#include <QCoreApplication>
+#include <QFrame>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QLabel>
+#include <QMouseEvent>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace ravelin {
@@ -99,6 +123,14 @@ int DemoTour::run()
         stepDashboard();
         stepAcknowledge();
         stepStart();
+        stepItems();
+        stepItemsFilter();
+        stepItemComplete();
+        stepItemsReport();
+        stepScan();
+        stepComments();
+        stepBlock();
+        stepFilter();
         stepHostPanel();
         stepTaskEvent();
         stepEmergency();
@@ -191,16 +223,18 @@ void DemoTour::stepAcknowledge()
     const QString name = task->name;
 
     // The card's acknowledge button, as the worker taps it.
-    QPushButton *button = nullptr;
+    bool tapped = false;
     for (TaskTableViewCell *row : dashboard().rows()) {
-        for (TaskCollectionViewCell *cell : row->cells()) {
-            if (cell->currentTask() && cell->currentTask()->id == id)
-                button = cell->acknowledgeBtn();
+        const QList<TaskPtr> tasks = row->tasks();
+        for (int item = 0; item < tasks.size() && !tapped; ++item) {
+            if (tasks.at(item)->id != id)
+                continue;
+            const QModelIndex index = row->model()->index(item, 0);
+            row->scrollTo(index);
+            tapped = tap(row->viewport(), TaskCollectionViewCell::acknowledgeButtonRect(row->visualRect(index)).center());
         }
     }
-    if (button && !button->isHidden())
-        button->click();
-    else
+    if (!tapped)
         dashboard().didTapAcknowledge(task);
 
     const auto isPrompt = [](const QString &title) { return title.startsWith(QLatin1String("Acknowledge task")); };
@@ -263,13 +297,374 @@ void DemoTour::stepStart()
     const QString where = opened ? QStringLiteral("\"%1\" opened").arg(navVC().topScreen()->title())
                                  : QStringLiteral("the items screen did not open");
     record(QStringLiteral("start"), QStringLiteral("task %1 '%2' Acknowledged -> In Progress, %3").arg(id).arg(name, where));
+}
 
-    if (navVC().screens().size() > 1) {
-        // Back to the dashboard, as the worker would.
-        const int since = m_refreshesEnded;
-        navVC().popToRoot();
-        waitForRefreshAfter(since, QStringLiteral("the dashboard to reload after going back"));
+ItemsVC &DemoTour::itemsScreen()
+{
+    auto *screen = qobject_cast<ItemsVC *>(navVC().topScreen());
+    if (!screen)
+        throw StepFailure(QStringLiteral("the task's items screen is not open"));
+    return *screen;
+}
+
+void DemoTour::waitForItems()
+{
+    ItemsVC &screen = itemsScreen();
+    waitFor(QStringLiteral("the items to load"), [&screen] {
+        return !screen.refreshControl()->isRefreshing() && screen.refreshControl()->indicatorBand() == 0
+               && !AlertPresenter::visibleAlert(&screen);
+    });
+}
+
+void DemoTour::stepItems()
+{
+    m_currentStep = QStringLiteral("items");
+    if (!qobject_cast<ItemsVC *>(navVC().topScreen())) {
+        // The started task did not open: open an in-progress one.
+        const TaskPtr task = findTask([](const Task &t) { return t.currentStatus == TaskStatus::in_progress; });
+        if (!task)
+            throw StepFailure(QStringLiteral("no task in progress to open"));
+        dashboard().openTask(task);
+        waitFor(QStringLiteral("the items screen"), [this] { return qobject_cast<ItemsVC *>(navVC().topScreen()) != nullptr; });
     }
+    waitForItems();
+    ItemsVC &screen = itemsScreen();
+    settle(200ms);
+    const ItemsTexts::Counts counts = ItemsTexts::counts(screen.viewModel()->task()->itemList.items);
+    m_itemsTaskId = screen.viewModel()->task()->id;
+    record(QStringLiteral("items"), QStringLiteral("\"%1\" opened: %2 items (%3 Completed, %4 Incidents, %5 Open)")
+                                        .arg(screen.title())
+                                        .arg(counts.total)
+                                        .arg(counts.accepted)
+                                        .arg(counts.rejected)
+                                        .arg(counts.total - counts.accepted - counts.rejected));
+}
+
+void DemoTour::stepItemsFilter()
+{
+    m_currentStep = QStringLiteral("items-filter");
+    ItemsVC &screen = itemsScreen();
+    SegmentedControl *filter = screen.filterSegment();
+    const int open = ItemStatuses::segmentIndex(ItemStatus::open);
+    filter->segmentButton(open)->click();
+    waitFor(QStringLiteral("the filter to show the open items"),
+            [&screen] { return screen.viewModel()->task()->itemList.filterData.status == ItemStatus::open; });
+    settle(200ms);
+    record(QStringLiteral("items-filter"), QStringLiteral("filter \"%1\": %2 rows, header %3")
+                                               .arg(filter->titleForSegment(open))
+                                               .arg(screen.itemModel()->rowCount())
+                                               .arg(screen.overviewLbl()->text()));
+}
+
+ItemActionVC &DemoTour::actionSheet()
+{
+    auto *sheet = qobject_cast<ItemActionVC *>(navVC().presentedScreen());
+    if (!sheet)
+        throw StepFailure(QStringLiteral("the item action sheet did not open"));
+    return *sheet;
+}
+
+void DemoTour::type(QPlainTextEdit *field, const QString &text)
+{
+    field->window()->activateWindow();
+    field->setFocus(Qt::OtherFocusReason);
+    field->insertPlainText(text);
+}
+
+void DemoTour::finishItemAction(bool report, const QString &what, const std::function<void(const QString &)> &recordResult)
+{
+    ItemActionVC &sheet = actionSheet();
+    QPushButton *button = report ? sheet.reportButton() : sheet.completeButton();
+    if (!button->isEnabled())
+        throw StepFailure(QStringLiteral("the %1 button is not enabled").arg(button->text()));
+    button->click();
+    const auto isResult = [](const QString &title) { return title.contains(QLatin1String(" Status ")); };
+    waitFor(QStringLiteral("the result of %1").arg(what), [this, &isResult] { return alertTitled(m_window, isResult) != nullptr; });
+    settle(150ms);
+    recordResult(alertTitled(m_window, isResult)->title());
+    // The alert goes by itself, and the items load again.
+    waitFor(QStringLiteral("the items to load again"), [this] {
+        return !AlertPresenter::visibleAlert(m_window) && !itemsScreen().refreshControl()->isRefreshing()
+               && itemsScreen().refreshControl()->indicatorBand() == 0;
+    });
+}
+
+void DemoTour::stepItemComplete()
+{
+    m_currentStep = QStringLiteral("item-action");
+    ItemsVC &screen = itemsScreen();
+    // An open item the worker can complete without scanning its code.
+    int row = -1;
+    for (int i = 0; i < screen.itemModel()->rowCount() && row < 0; ++i) {
+        const ItemPtr item = screen.itemModel()->item(i);
+        if (item->status == ItemStatus::open && !item->qrCode)
+            row = i;
+    }
+    if (row < 0) {
+        skip(m_currentStep, QStringLiteral("no open item without a QR code"));
+        return;
+    }
+    const QString name = screen.itemModel()->item(row)->name;
+    ItemTableView *table = screen.tableView();
+    table->scrollTo(table->model()->index(row, 0));
+    if (!tap(table->viewport(), table->rowRect(row).center()))
+        screen.actOnRow(row);
+    ItemActionVC &sheet = actionSheet();
+    type(sheet.noteField(), QStringLiteral("Pressure steady at 4.2 bar after the check."));
+    sheet.addFileButton()->click();
+    waitFor(QStringLiteral("the photo"), [&sheet] { return sheet.attachedPicture().has_value(); });
+    sheet.noteField()->clearFocus();
+    settle(200ms);
+    record(QStringLiteral("item-action"), QStringLiteral("'%1' with a note and a photo, Complete %2")
+                                              .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled")
+                                                                                             : QStringLiteral("disabled")));
+    m_currentStep = QStringLiteral("item-complete");
+    finishItemAction(false, QStringLiteral("completing '%1'").arg(name), [this, &name](const QString &result) {
+        record(QStringLiteral("item-complete"), QStringLiteral("'%1' completed -> \"%2\"").arg(name, result));
+    });
+}
+
+void DemoTour::stepItemsReport()
+{
+    m_currentStep = QStringLiteral("items-report");
+    ItemsVC &screen = itemsScreen();
+    if (screen.itemModel()->rowCount() < 2) {
+        skip(m_currentStep, QStringLiteral("fewer than two open items left"));
+        return;
+    }
+    screen.multipleSelectionBtn()->click();
+    ItemTableView *table = screen.tableView();
+    QStringList names;
+    for (int row = 0; row < 2; ++row) {
+        settle(50ms);
+        tap(table->viewport(), table->rowRect(row).center());
+        names.append(screen.itemModel()->item(row)->name);
+    }
+    settle(150ms);
+    record(QStringLiteral("items-selection"),
+             QStringLiteral("multiple selection: %1 chosen").arg(screen.viewModel()->selectedItems().size()));
+    screen.saveBtn()->click();
+    ItemActionVC &sheet = actionSheet();
+    type(sheet.noteField(), QStringLiteral("Seals weeping, photos to follow."));
+    sheet.noteField()->clearFocus();
+    settle(150ms);
+    finishItemAction(true, QStringLiteral("reporting two items"), [this, &names](const QString &result) {
+        record(QStringLiteral("items-report"),
+               QStringLiteral("%1 reported -> \"%2\"").arg(names.join(QStringLiteral(" and ")), result));
+    });
+}
+
+void DemoTour::stepScan()
+{
+    m_currentStep = QStringLiteral("scan");
+    ItemsVC &items = itemsScreen();
+    // The demo camera shows the sticker of the first open item that has one.
+    const QString code = DemoCamera::openCheckpoint(&navVC());
+    if (code.isEmpty()) {
+        skip(m_currentStep, QStringLiteral("no open item with a QR code"));
+        return;
+    }
+    items.checkpointBtnPressed()->trigger();
+    waitFor(QStringLiteral("the scanner"), [this] { return qobject_cast<QRScannerVC *>(navVC().topScreen()) != nullptr; });
+    const QPointer<QRScannerVC> scanner = qobject_cast<QRScannerVC *>(navVC().topScreen());
+    waitFor(QStringLiteral("the code to be read"),
+            [&scanner] { return !scanner || scanner->state() == QRScannerVC::State::detected; });
+    if (!scanner)
+        throw StepFailure(QStringLiteral("the scanner closed before it read a code"));
+    const QRect outline = scanner->qrCodeFrameView()->geometry();
+    record(QStringLiteral("scan"), QStringLiteral("'%1' read: \"%2\", outline %3x%4 on the code")
+                                       .arg(code, scanner->messageLabel()->text())
+                                       .arg(outline.width())
+                                       .arg(outline.height()));
+    m_currentStep = QStringLiteral("scan-item");
+    waitFor(QStringLiteral("the scanned item's action"), [this] { return navVC().presentedScreen() != nullptr; });
+    ItemActionVC &sheet = actionSheet();
+    const QString name = sheet.viewModel()->items().value(0) ? sheet.viewModel()->items().first()->name : QString();
+    settle(200ms);
+    record(QStringLiteral("scan-item"), QStringLiteral("'%1' opened by its code, Complete %2")
+                                            .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled")
+                                                                                           : QStringLiteral("disabled")));
+    m_currentStep = QStringLiteral("scan-complete");
+    finishItemAction(false, QStringLiteral("completing '%1'").arg(name), [this, &name](const QString &result) {
+        record(QStringLiteral("scan-complete"), QStringLiteral("'%1' completed -> \"%2\"").arg(name, result));
+    });
+}
+
+CommentsVC &DemoTour::commentsScreen()
+{
+    auto *screen = qobject_cast<CommentsVC *>(navVC().topScreen());
+    if (!screen)
+        throw StepFailure(QStringLiteral("the comments screen is not open"));
+    return *screen;
+}
+
+void DemoTour::sendComment(const QString &text, bool withPhoto)
+{
+    CommentsVC &screen = commentsScreen();
+    CustomInputBar *bar = screen.inputBar();
+    const int before = int(screen.viewModel()->comments().size());
+    if (withPhoto) {
+        bar->attachmentButton()->click();
+        waitFor(QStringLiteral("the photo"), [bar] { return !bar->attachments().isEmpty(); });
+    }
+    type(bar->inputTextView(), text);
+    settle(150ms);
+    bar->sendButton()->click();
+    waitFor(QStringLiteral("the comment to be in the thread"), [&screen, before] {
+        return !screen.isFetching() && screen.viewModel()->comments().size() > before;
+    });
+    // The newest comment scrolls into sight, its picture arrives.
+    waitFor(QStringLiteral("the thread to settle"), [&screen] {
+        const int row = screen.threadModel()->lastCommentRow();
+        const QModelIndex last = screen.threadModel()->index(row);
+        return screen.refreshControl()->indicatorBand() == 0
+               && (!last.data(CommentThreadModel::HasPictureRole).toBool()
+                   || !last.data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
+    });
+    settle(300ms);
+}
+
+void DemoTour::stepComments()
+{
+    m_currentStep = QStringLiteral("comments");
+    ItemsVC &items = itemsScreen();
+    items.commentsButton()->trigger();
+    waitFor(QStringLiteral("the comments screen"), [this] { return qobject_cast<CommentsVC *>(navVC().topScreen()) != nullptr; });
+    CommentsVC &screen = commentsScreen();
+    waitFor(QStringLiteral("the thread to load"),
+            [&screen] { return !screen.isFetching() && screen.refreshControl()->indicatorBand() == 0; });
+    settle(300ms);
+    record(QStringLiteral("comments"), QStringLiteral("\"%1\": %2 comments over %3 days")
+                                           .arg(navVC().navigationBar()->title())
+                                           .arg(screen.viewModel()->comments().size())
+                                           .arg(screen.viewModel()->numberOfSections()));
+
+    m_currentStep = QStringLiteral("comment-text");
+    sendComment(QStringLiteral("Two extinguishers need new tags, the rest is fine."), false);
+    record(QStringLiteral("comment-text"), QStringLiteral("posted, %1 comments now").arg(screen.viewModel()->comments().size()));
+
+    m_currentStep = QStringLiteral("comment-photo");
+    sendComment(QStringLiteral("Gauge after the check."), true);
+    record(QStringLiteral("comment-photo"), QStringLiteral("posted with a photo, thumbnail shown"));
+
+    m_currentStep = QStringLiteral("comment-picture");
+    CommentThreadView *table = screen.tableView();
+    const QRect picture = table->pictureRect(screen.threadModel()->lastCommentRow());
+    if (!tap(table->viewport(), picture.center()))
+        throw StepFailure(QStringLiteral("the new comment's picture is out of sight"));
+    auto *viewer = qobject_cast<ImageVC *>(navVC().presentedScreen());
+    if (!viewer)
+        throw StepFailure(QStringLiteral("the picture did not open"));
+    settle(200ms);
+    record(QStringLiteral("comment-picture"),
+           QStringLiteral("picture opened full screen (%1x%2)").arg(viewer->image().width()).arg(viewer->image().height()));
+    viewer->closeButton()->click();
+    navVC().pop();
+    waitForItems();
+}
+
+void DemoTour::stepBlock()
+{
+    m_currentStep = QStringLiteral("block");
+    ItemsVC &screen = itemsScreen();
+    const TaskPtr task = screen.viewModel()->task();
+    screen.markAsBlockedBtn()->click();
+    auto *sheet = qobject_cast<BlockTaskVC *>(navVC().presentedScreen());
+    if (!sheet)
+        throw StepFailure(QStringLiteral("the block task sheet did not open"));
+    type(sheet->noteField(), QStringLiteral("Access road flooded, site cannot be reached."));
+    sheet->noteField()->clearFocus();
+    settle(200ms);
+    record(QStringLiteral("block-sheet"), QStringLiteral("reason typed for '%1'").arg(task->name));
+    sheet->blockButton()->click();
+    const auto isBlocked = [](const QString &title) { return title == QLatin1String("Task marked as blocked!"); };
+    waitFor(QStringLiteral("the blocked alert"), [this, &isBlocked] { return alertTitled(m_window, isBlocked) != nullptr; });
+    settle(150ms);
+    const QString alert = oneLine(alertTitled(m_window, isBlocked)->message().trimmed());
+    // The dashboard sends the change once the alert has gone.
+    const qint64 id = task->id;
+    waitFor(QStringLiteral("task %1 to be Blocked").arg(id), [this, id] {
+        const TaskPtr now = taskById(id);
+        return now && now->currentStatus == TaskStatus::blocked;
+    });
+    record(QStringLiteral("block"), QStringLiteral("task %1 In Progress -> Blocked: \"%2\"").arg(id).arg(alert));
+
+    // Back to the dashboard, as the worker would.
+    const int since = m_refreshesEnded;
+    navVC().popToRoot();
+    waitForRefreshAfter(since, QStringLiteral("the dashboard to reload after going back"));
+}
+
+void DemoTour::stepFilter()
+{
+    m_currentStep = QStringLiteral("filter");
+    const QList<TaskPtr> before = dashboard().viewModel()->taskList().tasks;
+    // The priority most tasks have, among those that not every task has: the
+    // list narrows without emptying.
+    std::optional<TaskPriority> priority;
+    qsizetype most = 0;
+    for (const TaskPriority candidate : TaskPriorities::allCases()) {
+        const auto count = std::count_if(before.begin(), before.end(),
+                                         [candidate](const TaskPtr &task) { return task->priority == candidate; });
+        if (count > most && count < before.size()) {
+            most = count;
+            priority = candidate;
+        }
+    }
+    if (!priority) {
+        skip(m_currentStep, QStringLiteral("the tasks on the dashboard do not differ in priority"));
+        return;
+    }
+
+    // The bar's filter button, as the worker taps it.
+    auto *filterButton = navVC().navigationBar()->findChild<QToolButton *>(QStringLiteral("filterButton"));
+    if (!filterButton)
+        throw StepFailure(QStringLiteral("the navigation bar has no filter button"));
+    filterButton->click();
+    waitFor(QStringLiteral("the filter screen"), [this] { return qobject_cast<FilterVC *>(navVC().topScreen()) != nullptr; });
+    auto *filter = qobject_cast<FilterVC *>(navVC().topScreen());
+    const FilterVM &choices = *filter->viewModel();
+    for (const auto &[control, index] : {std::pair{filter->prioritySegment(), FilterVM::priorityIndex(*priority)},
+                                         std::pair{filter->sortKeySegment(), choices.sortKeyIndex(SortKey::name)},
+                                         std::pair{filter->sortOrderSegment(), choices.sortOrderIndex(SortOrder::ascending)}}) {
+        QPushButton *segment = control->segmentButton(index);
+        if (!segment)
+            throw StepFailure(QStringLiteral("%1 has no segment %2").arg(control->objectName()).arg(index));
+        segment->click();
+    }
+    const QString priorityText = TaskPriorities::rawValue(*priority);
+    settle(250ms);
+    record(QStringLiteral("filter"), QStringLiteral("priority %1, sorted by %2 %3, created %4 to %5, category %6")
+                                         .arg(priorityText,
+                                              filter->sortKeySegment()->titleForSegment(filter->sortKeySegment()->selectedSegmentIndex()),
+                                              filter->sortOrderSegment()->titleForSegment(filter->sortOrderSegment()->selectedSegmentIndex()),
+                                              filter->dateStart()->text(), filter->dateEnd()->text(),
+                                              filter->categoryTextField()->text().isEmpty()
+                                                  ? filter->categoryTextField()->placeholderText()
+                                                  : filter->categoryTextField()->text()));
+
+    const int since = m_refreshesEnded;
+    filter->applyButton()->click();
+    waitFor(QStringLiteral("the filter screen to close"), [this] { return navVC().topScreen() == navVC().dashboard(); });
+    waitForRefreshAfter(since, QStringLiteral("the dashboard to fetch with the new filter"));
+    const auto narrowed = [this, priority] {
+        const QList<TaskPtr> &tasks = dashboard().viewModel()->taskList().tasks;
+        return !tasks.isEmpty() && std::all_of(tasks.begin(), tasks.end(), [priority](const TaskPtr &task) {
+            return task->priority == *priority;
+        });
+    };
+    waitFor(QStringLiteral("only %1 tasks on the dashboard").arg(priorityText), [&] { return narrowed() && dashboardIdle(); });
+    for (const TaskSection &section : dashboard().viewModel()->sections()) {
+        for (qsizetype i = 1; i < section.tasks.size(); ++i) {
+            if (section.tasks.at(i - 1)->name.toLower() > section.tasks.at(i)->name.toLower())
+                throw StepFailure(QStringLiteral("'%1' shows before '%2'").arg(section.tasks.at(i - 1)->name, section.tasks.at(i)->name));
+        }
+    }
+    settle(300ms);
+    record(QStringLiteral("filter-applied"), QStringLiteral("%1 of %2 tasks, all %3, by name A to Z (%4)")
+                                                 .arg(dashboard().viewModel()->taskList().tasks.size())
+                                                 .arg(before.size())
+                                                 .arg(priorityText, sectionsText()));
 }
 
 void DemoTour::stepHostPanel()
@@ -344,6 +739,19 @@ void DemoTour::stepEmergency()
 }
 
 // Helpers --------------------------------------------------------------------
+
+bool DemoTour::tap(QWidget *widget, QPoint position)
+{
+    if (!widget->rect().contains(position))
+        return false;
+    const QPointF local(position);
+    const QPointF global(widget->mapToGlobal(position));
+    QMouseEvent press(QEvent::MouseButtonPress, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &press);
+    QCoreApplication::sendEvent(widget, &release);
+    return true;
+}
 
 void DemoTour::waitFor(const QString &what, const std::function<bool()> &condition)
 {

@@ -15,16 +15,23 @@
 #include <optional>
 #include <stdexcept>
 
+class QPlainTextEdit;
+
 namespace ravelin {
 
+class CommentsVC;
 class DashboardVC;
+class ItemActionVC;
+class ItemsVC;
 class DemoHostWindow;
 class RavelinNavVC;
 
 // A headless walk through the demo: sign in, the dashboard, acknowledging an
-// assigned task, starting an acknowledged one, the host panel, a task event
-// and the emergency flag. After each step it writes a picture of the whole
-// window ("NN-step-name.png") and a one-line summary (to summary.txt and
+// assigned task, starting an acknowledged one, its items (filtered, one
+// completed with a photo, two reported, one found by scanning its QR code),
+// its comments, blocking it, narrowing the dashboard to one priority sorted by
+// name, the host panel, a task event and the emergency flag. After each step it
+// writes a picture of the whole window ("NN-step-name.png") and a one-line summary (to summary.txt and
 // standard output). Every wait is bounded; the first step that fails ends the
 // tour with its reason.
 class DemoTour
@@ -65,12 +72,32 @@ private:
     void stepDashboard();
     void stepAcknowledge();
     void stepStart();
+    void stepItems();
+    void stepItemsFilter();
+    void stepItemComplete();
+    void stepItemsReport();
+    void stepScan();
+    void stepComments();
+    void stepBlock();
+    void stepFilter();
     void stepHostPanel();
     void stepTaskEvent();
     void stepEmergency();
 
     // Spins the event loop until the condition holds; throws with `what` when
     // the step's time runs out.
+    ItemsVC &itemsScreen();
+    CommentsVC &commentsScreen();
+    // Writes a comment (with a photo from the picker) and sends it; waits until it shows.
+    void sendComment(const QString &text, bool withPhoto);
+    void waitForItems();
+    ItemActionVC &actionSheet();
+    // Completes or reports from the open action sheet, records the result alert
+    // while it shows, and waits for the items to load again.
+    void finishItemAction(bool report, const QString &what, const std::function<void(const QString &)> &recordResult);
+    static void type(QPlainTextEdit *field, const QString &text);
+    // A tap (press and release) at a point of a widget; false when the point is outside it.
+    static bool tap(QWidget *widget, QPoint position);
     void waitFor(const QString &what, const std::function<bool()> &condition);
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeout);
     void settle(std::chrono::milliseconds duration);
@@ -101,6 +128,7 @@ private:
     bool m_watchingRefreshes = false;
     bool m_signedIn = false;
     qint64 m_acknowledgedTaskId = 0;
+    qint64 m_itemsTaskId = 0;
     std::optional<bool> m_lastSwipe;
 };
 

@@ -6,12 +6,19 @@
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
 #include "demo/app/hostbrand.h"
+#include "demo/app/scenepicker.h"
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
 #include "host/notificationcenter.h"
+#include "host/ravelinnavvc.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/dashboardvm.h"
+#include "views/refreshablescrollarea.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QNetworkAccessManager>
 #include <QSettings>
 #include <QStandardPaths>
@@ -19,6 +26,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 using namespace ravelin;
 
@@ -57,6 +65,54 @@ HostSetup presetSetup(const DemoOptions &options)
     return setup;
 }
 
+// The process's peak resident memory in MiB (Linux), or nothing.
+std::optional<double> peakResidentMiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').constFirst().toDouble() / 1024.0;
+    }
+    return std::nullopt;
+}
+
+// Waits until the dashboard shows the worker's tasks (the first answer in and
+// painted), prints the figures and ends the process.
+int loadDashboard(DemoHostWindow &window)
+{
+    QElapsedTimer clock;
+    clock.start();
+    QTimer poll;
+    int exitCode = 1;
+    QObject::connect(&poll, &QTimer::timeout, &window, [&] {
+        RavelinNavVC *nav = window.navVC();
+        DashboardVC *dashboard = nav ? nav->dashboard() : nullptr;
+        const DashboardVM *viewModel = dashboard ? dashboard->viewModel() : nullptr;
+        const bool shown = viewModel && !viewModel->taskList().tasks.isEmpty() && !dashboard->rows().isEmpty()
+                           && !dashboard->refreshControl()->isRefreshing();
+        if (!shown && clock.elapsed() < 120000)
+            return;
+        poll.stop();
+        if (shown) {
+            (void)window.grab(); // one more frame, painted
+            const auto peak = peakResidentMiB();
+            std::printf("dashboard: %lld tasks in %lld sections, shown %lld ms after start; peak resident memory %s\n",
+                        static_cast<long long>(viewModel->taskList().tasks.size()),
+                        static_cast<long long>(viewModel->sections().size()), static_cast<long long>(clock.elapsed()),
+                        peak ? qPrintable(QStringLiteral("%1 MiB").arg(*peak, 0, 'f', 1)) : "unknown");
+            exitCode = 0;
+        } else {
+            std::fprintf(stderr, "The dashboard did not show any task within 120 s\n");
+        }
+        QApplication::exit(exitCode);
+    });
+    poll.start(20);
+    QApplication::exec();
+    return exitCode;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -75,6 +131,9 @@ int main(int argc, char *argv[])
         return 0;
     }
     const bool tour = options.mode == DemoOptions::Mode::tour;
+    const bool loadOnly = options.mode == DemoOptions::Mode::loadDashboard;
+    if (loadOnly && !DemoOptions::Display::fromEnvironment().isAvailable())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     if (tour) {
         // Headless: everything is drawn into pictures.
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -83,6 +142,12 @@ int main(int argc, char *argv[])
     }
 
     QApplication app(argc, argv);
+    if (options.textScale > 1.0) {
+        // Large text, as the system setting gives it: the application font grows.
+        QFont font = QApplication::font();
+        font.setPointSizeF(font.pointSizeF() * options.textScale);
+        QApplication::setFont(font);
+    }
     QApplication::setOrganizationName(QStringLiteral("Ravelin"));
     QApplication::setApplicationName(hostbrand::productName);
 
@@ -95,7 +160,7 @@ int main(int argc, char *argv[])
         setup = presetSetup(options);
     } else {
         const DemoClock clock = systemDemoClock();
-        const DemoData data = DemoData::seeded(clock());
+        const DemoData data = DemoData::seeded(clock(), options.tasksPerWorker);
         server = std::make_unique<DemoServer>(data, clock);
         if (!server->start(0)) {
             std::fprintf(stderr, "The demo server could not listen on 127.0.0.1\n");
@@ -106,8 +171,16 @@ int main(int argc, char *argv[])
     }
     std::fflush(stdout);
 
+    // The headless tour has no camera and no one to choose a file: it takes drawn pictures.
+    ScenePicker scenePicker;
     DemoHostWindow window(setup, DemoHostWindow::Environment{userDefaults.get(), &network,
-                                                             &NotificationCenter::defaultCenter(), systemClock()});
+                                                             &NotificationCenter::defaultCenter(), systemClock(),
+                                                             tour ? &scenePicker : nullptr});
+    if (loadOnly) {
+        window.show();
+        window.signIn(setup.preset ? setup.preset->userId : setup.workers.constFirst().id);
+        return loadDashboard(window);
+    }
     if (!tour) {
         window.show();
         if (setup.preset)

@@ -266,9 +266,10 @@ DemoResponse DemoApi::tasksOf(qint64 userId, const QUrlQuery &query) const
         return ascending ? order < 0 : order > 0;
     });
 
+    const QHash<qint64, std::array<int, 3>> counts = m_data.itemCountsByTask();
     QJsonArray tasks;
     for (const DemoTask *task : selected)
-        tasks.append(taskJson(*task));
+        tasks.append(demowire::task(*task, counts.value(task->id, {0, 0, 0})));
     return ok(tasks);
 }
 

@@ -209,7 +209,7 @@ DemoData DemoData::constantsOnly()
     return data;
 }
 
-DemoData DemoData::seeded(const QDateTime &now)
+DemoData DemoData::seeded(const QDateTime &now, int tasksPerWorker)
 {
     DemoData data = constantsOnly();
     data.users = {
@@ -344,6 +344,55 @@ DemoData DemoData::seeded(const QDateTime &now)
             data.comments.append(photo);
         }
     }
+
+    // A deployment at scale: routine tasks of the same kinds, spread over the
+    // last eight weeks, each with the first three checkpoints of its checklist.
+    qint64 taskId = 100 + static_cast<qint64>(kTasks.size()) + 1;
+    for (const DemoUser &worker : std::as_const(data.users)) {
+        if (!worker.canSignIn)
+            continue;
+        const auto seeded = std::count_if(kTasks.begin(), kTasks.end(),
+                                          [&worker](const TaskSeed &seed) { return seed.assignee == worker.id; });
+        for (int n = 0; n < tasksPerWorker - int(seeded); ++n) {
+            const TaskSeed &seed = kTasks.at(static_cast<size_t>(n) % kTasks.size());
+            const Site &site = kSites.at(static_cast<size_t>(n / 7) % kSites.size());
+            DemoTask task;
+            task.id = taskId++;
+            task.name = QStringLiteral("%1 – %2 #%3").arg(QString::fromUtf8(seed.work), QString::fromUtf8(site.name)).arg(n + 1);
+            task.description = taskDescription(seed, data.taskCategories.at(seed.category - 1).name);
+            task.latitude = site.latitude;
+            task.longitude = site.longitude;
+            task.ownerId = kDispatchId;
+            task.ownerAssetName = QStringLiteral("Dispatch Desk");
+            task.assignedUserId = worker.id;
+            task.dateCreated = latest.addSecs(-(kHour + qint64(n) * 7 * 60) % (56 * kDay));
+            task.taskStatusId = seed.status;
+            task.taskCategoryId = seed.category;
+            task.priority = (seed.priority + n) % 4;
+            if (seed.status >= assigned) {
+                task.updaterUserId = seed.status == assigned ? kDispatchId : worker.id;
+                task.dateUpdated = before(task.dateCreated.addSecs(kHour));
+            }
+            const Checklist &checklist = kChecklists.at(static_cast<size_t>(seed.category - 1));
+            for (int i = 0; i < 3; ++i) {
+                const Checkpoint &checkpoint = checklist.checkpoints.at(static_cast<size_t>(i));
+                DemoItem item;
+                item.id = itemId++;
+                item.taskId = task.id;
+                item.name = QString::fromUtf8(checkpoint.name);
+                item.details = QString::fromUtf8(checkpoint.details);
+                item.isAudit = checkpoint.isAudit;
+                item.dateCreated = task.dateCreated;
+                item.itemStatusId = itemStatusFor(seed.status, i, 3, n);
+                if (item.itemStatusId != 3)
+                    item.dateUpdated = task.dateUpdated.value_or(task.dateCreated);
+                if (checkpoint.hasQrCode)
+                    item.qrCode = QString::fromLatin1(checklist.qrPrefix) + QString::number(1000 + item.id);
+                data.items.append(item);
+            }
+            data.tasks.append(task);
+        }
+    }
     return data;
 }
 
@@ -405,6 +454,17 @@ std::array<int, 3> DemoData::itemCounts(qint64 taskId) const
     for (const DemoItem &entry : items) {
         if (entry.taskId == taskId && entry.itemStatusId >= 1 && entry.itemStatusId <= 3)
             ++counts.at(static_cast<size_t>(entry.itemStatusId - 1));
+    }
+    return counts;
+}
+
+QHash<qint64, std::array<int, 3>> DemoData::itemCountsByTask() const
+{
+    QHash<qint64, std::array<int, 3>> counts;
+    counts.reserve(tasks.size());
+    for (const DemoItem &entry : items) {
+        if (entry.itemStatusId >= 1 && entry.itemStatusId <= 3)
+            ++counts[entry.taskId].at(static_cast<size_t>(entry.itemStatusId - 1));
     }
     return counts;
 }

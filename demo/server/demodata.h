@@ -34,7 +34,10 @@ struct DemoData
     // The seeded deployment: three field workers and the dispatch desk, some
     // thirty tasks over the six statuses dated in the weeks before `now`, their
     // checkpoints (some with QR codes), comment threads and a few pictures.
-    [[nodiscard]] static DemoData seeded(const QDateTime &now);
+    // With `tasksPerWorker` above the seeded ten, every field worker gets that
+    // many tasks: the rest are routine tasks of the same kinds with three
+    // checkpoints each and no comments (a deployment at scale).
+    [[nodiscard]] static DemoData seeded(const QDateTime &now, int tasksPerWorker = 0);
 
     // The deployment's constants alone, without people, tasks or pictures.
     [[nodiscard]] static DemoData constantsOnly();
@@ -49,6 +52,8 @@ struct DemoData
 
     // Items of a task per status: [0] completed (1), [1] incidents (2), [2] open (3).
     [[nodiscard]] std::array<int, 3> itemCounts(qint64 taskId) const;
+    // The same for every task at once, in one pass over the items.
+    [[nodiscard]] QHash<qint64, std::array<int, 3>> itemCountsByTask() const;
 
     [[nodiscard]] qint64 nextCommentId() const;
 };

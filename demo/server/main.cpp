@@ -20,6 +20,10 @@ int main(int argc, char *argv[])
                                         QStringLiteral("Port to listen on; 0 picks a free one."),
                                         QStringLiteral("N"), QStringLiteral("0"));
     parser.addOption(portOption);
+    const QCommandLineOption tasksOption(QStringLiteral("tasks"),
+                                         QStringLiteral("Tasks per field worker: a deployment at scale (default: the seeded ten)."),
+                                         QStringLiteral("N"), QStringLiteral("0"));
+    parser.addOption(tasksOption);
     parser.process(app);
 
     bool valid = false;
@@ -29,8 +33,14 @@ int main(int argc, char *argv[])
         return 2;
     }
 
+    const int tasks = parser.value(tasksOption).toInt(&valid);
+    if (!valid || tasks < 0) {
+        std::fprintf(stderr, "Invalid number of tasks: %s\n", qPrintable(parser.value(tasksOption)));
+        return 2;
+    }
+
     const ravelin::DemoClock clock = ravelin::systemDemoClock();
-    ravelin::DemoServer server(ravelin::DemoData::seeded(clock()), clock);
+    ravelin::DemoServer server(ravelin::DemoData::seeded(clock(), tasks), clock);
     if (!server.start(static_cast<quint16>(port))) {
         std::fprintf(stderr, "Could not listen on 127.0.0.1:%u\n", port);
         return 1;

@@ -4,6 +4,7 @@
 #include "demo/app/hostbar.h"
 #include "demo/app/hostbrand.h"
 #include "demo/app/hostpanel.h"
+#include "demo/app/scenepicker.h"
 #include "demo/app/signinanswer.h"
 #include "demo/app/signinscreen.h"
 #include "demo/app/taskeventsheet.h"
@@ -20,11 +21,13 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSslCertificate>
@@ -94,6 +97,7 @@ private:
     std::unique_ptr<NotificationCenter> m_center;
     std::unique_ptr<DemoServer> m_server;
     std::unique_ptr<DemoHostWindow> m_window;
+    ScenePicker m_picker;
     DemoData m_data;
 };
 
@@ -123,7 +127,7 @@ void TestDemoHost::init()
     for (const DemoTask &task : m_data.tasks)
         setup.tasks.append({task.id, task.name, task.assignedUserId});
     m_window = std::make_unique<DemoHostWindow>(
-        setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock()});
+        setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock(), &m_picker});
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
 }
@@ -383,8 +387,13 @@ void TestDemoHost::tourWritesPicturesAndSummary()
     const QDir dir(out.path());
     const QStringList pictures = dir.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
     QCOMPARE(pictures, (QStringList{"01-sign-in.png", "02-dashboard.png", "03-acknowledge-prompt.png", "04-acknowledge.png",
-                                    "05-start.png", "06-host-panel.png", "07-task-event-sheet.png", "08-task-event.png",
-                                    "09-emergency.png"}));
+                                    "05-start.png", "06-items.png", "07-items-filter.png", "08-item-action.png",
+                                    "09-item-complete.png", "10-items-selection.png", "11-items-report.png",
+                                    "12-scan.png", "13-scan-item.png", "14-scan-complete.png", "15-comments.png",
+                                    "16-comment-text.png", "17-comment-photo.png", "18-comment-picture.png",
+                                    "19-block-sheet.png", "20-block.png", "21-filter.png", "22-filter-applied.png",
+                                    "23-host-panel.png", "24-task-event-sheet.png", "25-task-event.png",
+                                    "26-emergency.png"}));
     for (const QString &name : pictures) {
         const QImage picture(dir.filePath(name));
         QCOMPARE(picture.size(), m_window->size() * picture.devicePixelRatio());
@@ -400,7 +409,28 @@ void TestDemoHost::tourWritesPicturesAndSummary()
     QCOMPARE(lines.size(), pictures.size());
     QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: ")) && lines.at(0).contains(QStringLiteral("Chris Okafor")));
     QVERIFY2(lines.at(3).contains(QStringLiteral("Assigned -> Acknowledged")), qPrintable(lines.at(3)));
-    QVERIFY2(lines.at(7).contains(QStringLiteral("Task newly assigned to you.")), qPrintable(lines.at(7)));
+    QVERIFY2(lines.at(8).contains(QStringLiteral("\"Item Status Successfully Updated!\"")), qPrintable(lines.at(8)));
+    QVERIFY2(lines.at(10).contains(QStringLiteral("\"Items Status Successfully Updated!\"")), qPrintable(lines.at(10)));
+    QVERIFY2(lines.at(12).contains(QStringLiteral("opened by its code, Complete enabled")), qPrintable(lines.at(12)));
+    QVERIFY2(lines.at(13).contains(QStringLiteral("\"Item Status Successfully Updated!\"")), qPrintable(lines.at(13)));
+    QVERIFY2(lines.at(16).contains(QStringLiteral("thumbnail shown")), qPrintable(lines.at(16)));
+    QVERIFY2(lines.at(19).contains(QStringLiteral("In Progress -> Blocked")), qPrintable(lines.at(19)));
+    QVERIFY2(lines.at(21).contains(QStringLiteral("by name A to Z")), qPrintable(lines.at(21)));
+    QVERIFY2(lines.at(24).contains(QStringLiteral("Task newly assigned to you.")), qPrintable(lines.at(24)));
+    QCOMPARE(m_picker.picked(), 2);
+
+    // The deployment kept what the worker did: the note of the completed item,
+    // the report and the reason of the block are in the task's thread.
+    const QString blockedTask = QRegularExpression(QStringLiteral("task (\\d+) In Progress")).match(lines.at(19)).captured(1);
+    const auto [status, body] = download(QStringLiteral("/api/task/%1/comments").arg(blockedTask), m_window->session()->token.toUtf8());
+    QCOMPARE(status, 200);
+    QStringList texts;
+    for (const QJsonValue comment : QJsonDocument::fromJson(body).object().value("data").toArray())
+        texts.append(comment.toObject().value("text").toString());
+    for (const char *expected : {"Pressure steady at 4.2 bar after the check.", "Seals weeping, photos to follow.",
+                                 "Two extinguishers need new tags, the rest is fine.", "Gauge after the check.",
+                                 "Access road flooded, site cannot be reached."})
+        QVERIFY2(texts.contains(QString::fromUtf8(expected)), qPrintable(texts.join(QLatin1Char('|'))));
 }
 
 void TestDemoHost::tourStopsWhenTheSessionEnds()
@@ -480,6 +510,8 @@ void TestDemoHost::options_data()
     row("tour with =", {"--tour=pics"}, x11, M::tour, "pics");
     row("api host", {"--api-host", "10.0.0.5:8443", "--token", "T", "--user-id", "7"}, x11, M::window, {}, "10.0.0.5:8443");
     row("help", {"--tour", "x", "-h"}, x11, M::help, "x");
+    row("load the dashboard without a display", {"--load-dashboard", "--tasks", "10000"}, {"", "", ""}, M::loadDashboard);
+    row("large text", {"--text-scale", "1.5"}, x11, M::window);
     const auto refused = [&x11](const char *name, const QStringList &arguments) {
         QTest::newRow(name) << arguments << x11 << false << M::window << QString() << QString();
     };
@@ -489,6 +521,10 @@ void TestDemoHost::options_data()
     refused("token alone", {"--token", "T"});
     refused("tour without folder", {"--tour"});
     refused("unknown", {"--fast"});
+    refused("tasks not a number", {"--tasks", "many"});
+    refused("tasks for another server", {"--tasks", "5", "--api-host", "h:1", "--token", "T", "--user-id", "7"});
+    refused("text scale not a number", {"--text-scale", "big"});
+    refused("text scale below 1", {"--text-scale", "0.5"});
 }
 
 void TestDemoHost::options()
@@ -509,6 +545,7 @@ void TestDemoHost::options()
     QCOMPARE(parsed.value().mode, mode);
     QCOMPARE(parsed.value().tourDir, tourDir);
     QCOMPARE(parsed.value().apiHost.value_or(QString()), apiHost);
+    QCOMPARE(parsed.value().textScale, arguments.contains(QStringLiteral("--text-scale")) ? 1.5 : 1.0);
     // The tour is forced only when it was not asked for.
     QCOMPARE(parsed.value().tourForcedByDisplay, mode == DemoOptions::Mode::tour && arguments.isEmpty());
 }

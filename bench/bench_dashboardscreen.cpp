@@ -1,0 +1,147 @@
+// The dashboard screen at scale, offscreen: for 10, 1,000 and 10,000 tasks, the
+// time from an answer that is decoded and arranged (the api queue's work) to
+// the first painted frame of a fresh dashboard (model reset, layout and a
+// grab), and the time of a refresh with the same number of other tasks. What
+// the main thread pays for an answer, whatever its size.
+
+#include "api/clock.h"
+#include "api/usersdata.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/dashboardvm.h"
+#include "tasks/task.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <random>
+
+using namespace ravelin;
+
+namespace {
+
+const std::array<const char *, 8> works{"Pump maintenance", "Valve replacement", "Monthly meter readings",
+                                        "Fire safety check", "Quarterly inspection", "Strainer cleaning",
+                                        "Leak repair", "Emergency lighting test"};
+const std::array<const char *, 6> sites{"Northfield pump station", "Harbour Road valve chamber", "Elm Street reservoir",
+                                        "Riverside treatment plant", "Station 7 booster", "West Quay depot"};
+
+// `count` tasks over the six statuses, as a decoded answer has them, arranged
+// as the api queue hands them over.
+ArrangedTasks arrangedTasks(int count, unsigned seed)
+{
+    std::mt19937 rng(seed);
+    std::uniform_int_distribution<int> status(0, 5), priority(0, 3), progress(0, 12);
+    QList<TaskPtr> tasks;
+    const QDateTime start = QDateTime::fromMSecsSinceEpoch(1790000000000, Qt::UTC);
+    for (int i = 0; i < count; ++i) {
+        auto task = std::make_shared<Task>();
+        task->id = 1000 + i;
+        task->name = QStringLiteral("%1 – %2 #%3").arg(QString::fromUtf8(works[std::size_t(i) % works.size()]),
+                                                        QString::fromUtf8(sites[std::size_t(i / 8) % sites.size()]))
+                         .arg(i);
+        // Every status has tasks, so that each answer has the same six sections.
+        task->currentStatus = TaskStatuses::allCases().at(i < 6 ? i : status(rng));
+        task->priority = TaskPriorities::allCases().at(priority(rng));
+        task->taskCategory = {1, QStringLiteral("Inspection")};
+        task->dateCreated = start.addSecs(qint64(i) * 600);
+        const QList<ItemsCount> counts{{1, progress(rng)}, {2, progress(rng) / 4}, {3, progress(rng)}};
+        task->progress = TaskProgress::fromCounts(counts);
+        tasks.append(task);
+    }
+    return DashboardVM::arrange(tasks, SortConfiguration{SortKey::date, SortOrder::descending});
+}
+
+// A phone-sized window with a dashboard that has never shown anything.
+struct Screen
+{
+    Screen()
+    {
+        window.resize(390, 844);
+        auto *dashboard = new DashboardVC(&window);
+        (new QVBoxLayout(&window))->addWidget(dashboard);
+        UsersData users;
+        users.currentUser.id = 1;
+        viewModel = new DashboardVM(nullptr, users, systemClock());
+        dashboard->setViewModel(viewModel);
+        this->dashboard = dashboard;
+        window.show();
+        QCoreApplication::processEvents();
+    }
+
+    // What an answer leads to on the main thread, up to the painted frame.
+    void show(const ArrangedTasks &arranged)
+    {
+        viewModel->takeTasks(arranged);
+        dashboard->reloadData();
+        // New rows show and layouts run through posted events, and one may post
+        // the next (the table grows, then its scroll area follows): what the
+        // event loop does before the next frame.
+        for (int pass = 0; pass < 3; ++pass)
+            QCoreApplication::sendPostedEvents();
+        last = window.grab();
+    }
+
+    QWidget window;
+    QPixmap last;
+    DashboardVC *dashboard = nullptr;
+    DashboardVM *viewModel = nullptr;
+};
+
+void BM_DashboardFirstFrame(benchmark::State &state)
+{
+    const ArrangedTasks arranged = arrangedTasks(int(state.range(0)), 1);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto screen = std::make_unique<Screen>();
+        state.ResumeTiming();
+        screen->show(arranged);
+        state.PauseTiming();
+        screen.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// Both answers of a refresh have the same sections, so that a refresh is the
+// table reloading, not rows coming and going.
+void BM_DashboardRefresh(benchmark::State &state)
+{
+    const std::array<ArrangedTasks, 2> answers{arrangedTasks(int(state.range(0)), 1), arrangedTasks(int(state.range(0)), 2)};
+    Screen screen;
+    screen.show(answers[1]);
+    if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
+        screen.last.save(QStringLiteral("%1/dashboard-%2.png").arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS")).arg(state.range(0)));
+    std::size_t next = 0;
+    for (auto _ : state) {
+        screen.show(answers[next]);
+        next = 1 - next;
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+double minimum(const std::vector<double> &v)
+{
+    return *std::min_element(v.begin(), v.end());
+}
+
+} // namespace
+
+BENCHMARK(BM_DashboardFirstFrame)->Arg(10)->Arg(1000)->Arg(10000)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DashboardRefresh)->Arg(10)->Arg(1000)->Arg(10000)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
