@@ -39,8 +39,8 @@ APIData APIData::decode(const json::Value &value)
 std::optional<APIData> APIData::fromStoredBytes(const QByteArray &bytes)
 {
     try {
-        return json::decode<APIData>(bytes, json::Options{json::KeyDecoding::useDefaultKeys,
-                                                          json::DateDecoding::secondsSinceReferenceDate});
+        return json::decode<APIData>(
+            bytes, json::Options{json::KeyDecoding::useDefaultKeys, json::DateDecoding::secondsSinceReferenceDate});
     } catch (const json::DecodingError &) {
         return std::nullopt;
     }

@@ -17,7 +17,10 @@ struct ColorCodable
     double blue = 0;
     double alpha = 1;
 
-    [[nodiscard]] QColor toColor() const { return QColor::fromRgbF(float(red), float(green), float(blue), float(alpha)); }
+    [[nodiscard]] QColor toColor() const
+    {
+        return QColor::fromRgbF(float(red), float(green), float(blue), float(alpha));
+    }
     [[nodiscard]] static ColorCodable decode(const json::Value &value);
     [[nodiscard]] QJsonObject encode() const;
 

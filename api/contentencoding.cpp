@@ -11,7 +11,8 @@ namespace {
 
 // One inflate pass with the given window bits (15 + 32: gzip or zlib header,
 // detected; -15: raw deflate).
-std::optional<QByteArray> inflateWith(const QByteArray &body, int windowBits, qsizetype expectedSize, qsizetype maximumSize)
+std::optional<QByteArray> inflateWith(const QByteArray &body, int windowBits, qsizetype expectedSize,
+                                      qsizetype maximumSize)
 {
     z_stream stream{};
     if (inflateInit2(&stream, windowBits) != Z_OK)
@@ -67,7 +68,8 @@ std::optional<QByteArray> decode(const QByteArray &body, QByteArrayView encoding
         qsizetype expected = 0;
         if (body.size() >= 18) {
             const auto *end = reinterpret_cast<const uchar *>(body.constData() + body.size());
-            expected = qsizetype(quint32(end[-4]) | quint32(end[-3]) << 8 | quint32(end[-2]) << 16 | quint32(end[-1]) << 24);
+            expected
+                = qsizetype(quint32(end[-4]) | quint32(end[-3]) << 8 | quint32(end[-2]) << 16 | quint32(end[-1]) << 24);
         }
         return inflateWith(body, 15 + 32, expected, maximumSize);
     }

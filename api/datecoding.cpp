@@ -74,7 +74,8 @@ std::optional<qint64> parseServerDateMSecs(std::string_view s)
     }
 
     const qint64 days = daysFromCivil(year, unsigned(month), unsigned(day));
-    const qint64 seconds = days * 86400 + qint64(hour) * 3600 + qint64(minute) * 60 + second - qint64(offsetMinutes) * 60;
+    const qint64 seconds
+        = days * 86400 + qint64(hour) * 3600 + qint64(minute) * 60 + second - qint64(offsetMinutes) * 60;
     return seconds * 1000 + millis;
 }
 

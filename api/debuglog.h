@@ -8,10 +8,10 @@ namespace ravelin {
 // The library's logging categories, one per subsystem. Their lines are
 // diagnostics, never shown to the worker; a host filters them like any Qt
 // category, e.g. QT_LOGGING_RULES="ravelin.*.debug=false" or "ravelin.api.debug=true".
-Q_DECLARE_LOGGING_CATEGORY(lcApi)      // "ravelin.api": session, routes, the network manager
-Q_DECLARE_LOGGING_CATEGORY(lcHost)     // "ravelin.host": the navigation host and screens
-Q_DECLARE_LOGGING_CATEGORY(lcTasks)    // "ravelin.tasks": the dashboard
-Q_DECLARE_LOGGING_CATEGORY(lcItems)    // "ravelin.items": items, item actions, the QR scanner
+Q_DECLARE_LOGGING_CATEGORY(lcApi) // "ravelin.api": session, routes, the network manager
+Q_DECLARE_LOGGING_CATEGORY(lcHost) // "ravelin.host": the navigation host and screens
+Q_DECLARE_LOGGING_CATEGORY(lcTasks) // "ravelin.tasks": the dashboard
+Q_DECLARE_LOGGING_CATEGORY(lcItems) // "ravelin.items": items, item actions, the QR scanner
 Q_DECLARE_LOGGING_CATEGORY(lcComments) // "ravelin.comments": the comment thread
 
 using LogCategory = const QLoggingCategory &(*)();

@@ -15,13 +15,11 @@ class DownloadError
 public:
     explicit DownloadError(ManagerErrors error)
         : m_managerError(error)
-    {
-    }
+    { }
     DownloadError(QNetworkReply::NetworkError transportError, QString description)
         : m_transportError(transportError)
         , m_description(std::move(description))
-    {
-    }
+    { }
 
     [[nodiscard]] std::optional<ManagerErrors> managerError() const { return m_managerError; }
     [[nodiscard]] QNetworkReply::NetworkError transportError() const { return m_transportError; }

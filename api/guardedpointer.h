@@ -20,8 +20,7 @@ public:
         : m_target(target)
         , m_alive(target ? std::weak_ptr<const bool>(static_cast<const GuardedTarget *>(target)->m_alive)
                          : std::weak_ptr<const bool>())
-    {
-    }
+    { }
 
     // The target, or null when none was set or it is gone.
     [[nodiscard]] T *get() const { return m_alive.expired() ? nullptr : m_target; }

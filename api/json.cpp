@@ -67,9 +67,9 @@ QString describe(simdjson::dom::element_type type)
     if (e.is_null())
         throw DecodingError(DecodingError::Kind::valueNotFound,
                             QStringLiteral("Expected %1 value but found null instead.").arg(QLatin1String(expected)));
-    throw DecodingError(DecodingError::Kind::typeMismatch,
-                        QStringLiteral("Expected to decode %1 but found %2 instead.")
-                            .arg(QLatin1String(expected), describe(e.type())));
+    throw DecodingError(
+        DecodingError::Kind::typeMismatch,
+        QStringLiteral("Expected to decode %1 but found %2 instead.").arg(QLatin1String(expected), describe(e.type())));
 }
 
 bool keyMatches(std::string_view fieldKey, std::string_view wanted, KeyDecoding strategy)
@@ -124,18 +124,15 @@ DecodingError::DecodingError(Kind kind, QString debugDescription)
     : m_kind(kind)
     , m_debugDescription(std::move(debugDescription))
     , m_what(m_debugDescription.toStdString())
-{
-}
+{ }
 
 QString DecodingError::localizedDescription() const
 {
     switch (m_kind) {
     case Kind::keyNotFound:
-    case Kind::valueNotFound:
-        return QStringLiteral("The data couldn’t be read because it is missing.");
+    case Kind::valueNotFound: return QStringLiteral("The data couldn’t be read because it is missing.");
     case Kind::typeMismatch:
-    case Kind::dataCorrupted:
-        break;
+    case Kind::dataCorrupted: break;
     }
     return QStringLiteral("The data couldn’t be read because it isn’t in the correct format.");
 }
@@ -182,8 +179,7 @@ qint64 Value::toInt64() const
 {
     const auto &e = element(m_element);
     switch (e.type()) {
-    case simdjson::dom::element_type::INT64:
-        return e.get_int64().value_unsafe();
+    case simdjson::dom::element_type::INT64: return e.get_int64().value_unsafe();
     case simdjson::dom::element_type::UINT64: {
         const auto u = e.get_uint64().value_unsafe();
         if (u <= std::uint64_t(std::numeric_limits<qint64>::max()))
@@ -196,8 +192,7 @@ qint64 Value::toInt64() const
             return qint64(d);
         break;
     }
-    default:
-        mismatch(e, "Int");
+    default: mismatch(e, "Int");
     }
     throw DecodingError(DecodingError::Kind::dataCorrupted, QStringLiteral("Parsed JSON number does not fit in Int."));
 }
@@ -360,11 +355,26 @@ Value Object::value(std::string_view key) const
     keyNotFound(key);
 }
 
-qint64 Object::int64(std::string_view key) const { return value(key).toInt64(); }
-double Object::number(std::string_view key) const { return value(key).toDouble(); }
-bool Object::boolean(std::string_view key) const { return value(key).toBool(); }
-QString Object::string(std::string_view key) const { return value(key).toString(); }
-QDateTime Object::date(std::string_view key) const { return value(key).toDate(); }
+qint64 Object::int64(std::string_view key) const
+{
+    return value(key).toInt64();
+}
+double Object::number(std::string_view key) const
+{
+    return value(key).toDouble();
+}
+bool Object::boolean(std::string_view key) const
+{
+    return value(key).toBool();
+}
+QString Object::string(std::string_view key) const
+{
+    return value(key).toString();
+}
+QDateTime Object::date(std::string_view key) const
+{
+    return value(key).toDate();
+}
 
 std::optional<qint64> Object::nullableInt64(std::string_view key) const
 {

@@ -39,7 +39,8 @@ enum class DateDecoding {
     secondsSinceReferenceDate, // a number of seconds since 2001-01-01 00:00 UTC
 };
 
-struct Options {
+struct Options
+{
     KeyDecoding keys = KeyDecoding::useDefaultKeys;
     DateDecoding dates = DateDecoding::serverFormat;
     // Categories that task decoding looks category ids up in. Requests snapshot

@@ -22,9 +22,11 @@ public:
     explicit ManagerErrors(Kind kind, int statusCode = 0)
         : m_kind(kind)
         , m_statusCode(kind == Kind::invalidStatusCode ? statusCode : 0)
+    { }
+    [[nodiscard]] static ManagerErrors invalidStatusCode(int code)
     {
+        return ManagerErrors(Kind::invalidStatusCode, code);
     }
-    [[nodiscard]] static ManagerErrors invalidStatusCode(int code) { return ManagerErrors(Kind::invalidStatusCode, code); }
 
     [[nodiscard]] Kind kind() const { return m_kind; }
     // The status code carried by invalidStatusCode; 0 for the other kinds.

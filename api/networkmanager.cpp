@@ -36,8 +36,10 @@ void deliverOnMainThread(const QPointer<QObject> &guard, std::function<void()> w
 
 void logUninflatable(const QByteArray &encoding)
 {
-    debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: the answer does not inflate as ")
-             + QString::fromLatin1(encoding));
+    debugLog(
+        lcApi,
+        QStringLiteral("Could not translate the data to the requested type. Reason: the answer does not inflate as ")
+            + QString::fromLatin1(encoding));
 }
 
 // Qt reports an HTTP error status (4xx, 5xx) as a reply error of its own (content,
@@ -67,8 +69,7 @@ NetworkManager::NetworkManager(QNetworkAccessManager *network, SessionStore *sto
     , m_network(network)
     , m_store(store)
     , m_clock(std::move(clock))
-{
-}
+{ }
 
 NetworkManager::~NetworkManager()
 {
@@ -103,7 +104,8 @@ void NetworkManager::notifySessionExpired() const
         host->sessionExpired();
 }
 
-void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject *context, DecodeJob decode, Failure fail)
+void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject *context, DecodeJob decode,
+                             Failure fail)
 {
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
     Failure guardedFail = [guard, fail = std::move(fail)](ManagerErrors error) {
@@ -137,9 +139,8 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                     const std::optional<QByteArray> inflated = ContentEncoding::decode(body, encoding);
                     if (!inflated) {
                         logUninflatable(encoding);
-                        deliverOnMainThread(guard, [guardedFail] {
-                            guardedFail(ManagerErrors(ManagerErrors::Kind::invalidParsing));
-                        });
+                        deliverOnMainThread(
+                            guard, [guardedFail] { guardedFail(ManagerErrors(ManagerErrors::Kind::invalidParsing)); });
                         return;
                     }
                     json::Options options = decodingOptions();
@@ -156,7 +157,8 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
     auto session = m_store->load();
     if (!session) {
         notifySessionExpired();
-        QTimer::singleShot(0, this, [fail = std::move(fail)] { fail(ManagerErrors(ManagerErrors::Kind::apiRouteError)); });
+        QTimer::singleShot(0, this,
+                           [fail = std::move(fail)] { fail(ManagerErrors(ManagerErrors::Kind::apiRouteError)); });
         return;
     }
     if (session->isTokenFresh(m_clock())) {
@@ -164,38 +166,40 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
         return;
     }
 
-    sendRaw(Router::getToken(), [this, session = *session, proceed = std::move(proceed), fail = std::move(fail)](const RawReply &reply) mutable {
-        std::optional<ManagerErrors> error;
-        std::optional<TokenResponse> token;
-        if (reply.transportError) {
-            debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
-            error = ManagerErrors(ManagerErrors::Kind::apiRouteError);
-        } else if (!reply.status) {
-            error = ManagerErrors(ManagerErrors::Kind::invalidResponse);
-        } else if (const auto statusError = ManagerErrors::fromStatusCode(*reply.status)) {
-            error = statusError;
-        } else if (const auto body = ContentEncoding::decode(reply.body, reply.contentEncoding); !body) {
-            logUninflatable(reply.contentEncoding);
-            error = ManagerErrors(ManagerErrors::Kind::invalidParsing);
-        } else {
-            const Result<TokenResponse> decoded = decodeBody<TokenResponse>(*body, decodingOptions());
-            if (decoded.isSuccess())
-                token = decoded.value();
-            else
-                error = decoded.error();
-        }
+    sendRaw(Router::getToken(),
+            [this, session = *session, proceed = std::move(proceed),
+             fail = std::move(fail)](const RawReply &reply) mutable {
+                std::optional<ManagerErrors> error;
+                std::optional<TokenResponse> token;
+                if (reply.transportError) {
+                    debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
+                    error = ManagerErrors(ManagerErrors::Kind::apiRouteError);
+                } else if (!reply.status) {
+                    error = ManagerErrors(ManagerErrors::Kind::invalidResponse);
+                } else if (const auto statusError = ManagerErrors::fromStatusCode(*reply.status)) {
+                    error = statusError;
+                } else if (const auto body = ContentEncoding::decode(reply.body, reply.contentEncoding); !body) {
+                    logUninflatable(reply.contentEncoding);
+                    error = ManagerErrors(ManagerErrors::Kind::invalidParsing);
+                } else {
+                    const Result<TokenResponse> decoded = decodeBody<TokenResponse>(*body, decodingOptions());
+                    if (decoded.isSuccess())
+                        token = decoded.value();
+                    else
+                        error = decoded.error();
+                }
 
-        if (!token) {
-            notifySessionExpired();
-            fail(*error);
-            return;
-        }
-        session.tokenString = token->data;
-        session.timestamp = toDateTime(m_clock());
-        debugLog(lcApi, QStringLiteral("Current token"), token->data);
-        m_store->store(session);
-        proceed(); // the requested call goes out once, with the new token
-    });
+                if (!token) {
+                    notifySessionExpired();
+                    fail(*error);
+                    return;
+                }
+                session.tokenString = token->data;
+                session.timestamp = toDateTime(m_clock());
+                debugLog(lcApi, QStringLiteral("Current token"), token->data);
+                m_store->store(session);
+                proceed(); // the requested call goes out once, with the new token
+            });
 }
 
 void NetworkManager::sendRaw(const Router &route, std::function<void(const RawReply &)> handler)
@@ -247,7 +251,8 @@ void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObj
                     return;
                 }
                 if (!reply.status) {
-                    completion(ImageResult::failure(DownloadError(ManagerErrors(ManagerErrors::Kind::invalidResponse))));
+                    completion(
+                        ImageResult::failure(DownloadError(ManagerErrors(ManagerErrors::Kind::invalidResponse))));
                     return;
                 }
                 debugLog(lcApi, QStringLiteral("Route response: "), QString::number(*reply.status));
@@ -261,11 +266,13 @@ void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObj
                         logUninflatable(encoding);
                     QImage image = inflated ? QImage::fromData(*inflated) : QImage();
                     if (image.isNull()) {
-                        debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: QImage"));
+                        debugLog(lcApi,
+                                 QStringLiteral("Could not translate the data to the requested type. Reason: QImage"));
                     }
                     deliverOnMainThread(guard, [image = std::move(image), completion] {
                         if (image.isNull())
-                            completion(ImageResult::failure(DownloadError(ManagerErrors(ManagerErrors::Kind::invalidParsing))));
+                            completion(ImageResult::failure(
+                                DownloadError(ManagerErrors(ManagerErrors::Kind::invalidParsing))));
                         else
                             completion(ImageResult::success(image));
                     });
@@ -290,31 +297,36 @@ void NetworkManager::uploadImage(const QImage &image, const QString &fileName, c
         });
         return;
     }
-    host->uploadImage(image, fileName, [guard, completion = std::move(completion)](bool success, std::optional<QString> path) {
-        if (guard)
-            completion(success, std::move(path));
-    });
+    host->uploadImage(image, fileName,
+                      [guard, completion = std::move(completion)](bool success, std::optional<QString> path) {
+                          if (guard)
+                              completion(success, std::move(path));
+                      });
 }
 
 void NetworkManager::postComment(qint64 taskId, qint64 userId, const QString &text, const std::optional<QImage> &image,
                                  bool isIncident, const QObject *context, std::function<void(bool)> completion)
 {
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
-    auto post = [this, guard, taskId, userId, text, isIncident, completion = std::move(completion)](std::optional<QString> mediaPath) {
+    auto post = [this, guard, taskId, userId, text, isIncident,
+                 completion = std::move(completion)](std::optional<QString> mediaPath) {
         if (!guard)
             return;
-        const TaskCommentPayload payload(text, taskId, userId, std::nullopt, isIncident, std::move(mediaPath), m_clock());
+        const TaskCommentPayload payload(text, taskId, userId, std::nullopt, isIncident, std::move(mediaPath),
+                                         m_clock());
         request<PostTasksCommentResponse>(
             Router::postComment(payload), ApiQueue::shared(), guard.data(),
             [completion](const Result<PostTasksCommentResponse> &result) {
                 if (!result.isSuccess()) {
-                    debugLog(lcApi, QStringLiteral("We got a failure trying to post the comments. The error we got was: ")
-                             + result.error().localizedDescription());
+                    debugLog(lcApi,
+                             QStringLiteral("We got a failure trying to post the comments. The error we got was: ")
+                                 + result.error().localizedDescription());
                     completion(false);
                     return;
                 }
-                debugLog(lcApi, QStringLiteral("Posted comments ")
-                         + (result.value().success ? QStringLiteral("true") : QStringLiteral("false")));
+                debugLog(lcApi,
+                         QStringLiteral("Posted comments ")
+                             + (result.value().success ? QStringLiteral("true") : QStringLiteral("false")));
                 completion(true);
             });
     };
@@ -331,7 +343,8 @@ void NetworkManager::postComment(qint64 taskId, qint64 userId, const QString &te
 QString NetworkManager::photoFileName(qint64 userId, double millisecondsSince1970, int digit)
 {
     char buffer[64];
-    const auto [end, ec] = std::to_chars(buffer, buffer + sizeof buffer, millisecondsSince1970, std::chars_format::fixed);
+    const auto [end, ec]
+        = std::to_chars(buffer, buffer + sizeof buffer, millisecondsSince1970, std::chars_format::fixed);
     QString millis = ec == std::errc() ? QString::fromLatin1(buffer, end - buffer) : QStringLiteral("0");
     if (!millis.contains(QLatin1Char('.')))
         millis += QStringLiteral(".0");

@@ -135,8 +135,9 @@ Result<T> NetworkManager::decodeBody(const QByteArray &body, const json::Options
     try {
         return Result<T>::success(json::decode<T>(body, options));
     } catch (const json::DecodingError &error) {
-        debugLog(lcApi, QStringLiteral("Could not translate the data to the requested type. Reason: ")
-                 + error.localizedDescription());
+        debugLog(lcApi,
+                 QStringLiteral("Could not translate the data to the requested type. Reason: ")
+                     + error.localizedDescription());
         return Result<T>::failure(ManagerErrors(ManagerErrors::Kind::invalidParsing));
     }
 }

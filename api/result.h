@@ -24,8 +24,7 @@ private:
     template<std::size_t I, class V>
     Result(std::in_place_index_t<I> index, V &&v)
         : m_value(index, std::forward<V>(v))
-    {
-    }
+    { }
     std::variant<T, E> m_value;
 };
 

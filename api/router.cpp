@@ -75,17 +75,14 @@ HTTPMethod Router::method() const
 {
     switch (m_case) {
     case Case::updateTaskStatus:
-    case Case::updateItemsStatus:
-        return HTTPMethod::put();
-    case Case::postComment:
-        return HTTPMethod::post();
+    case Case::updateItemsStatus: return HTTPMethod::put();
+    case Case::postComment: return HTTPMethod::post();
     case Case::getAllTasks:
     case Case::getItems:
     case Case::getTaskComments:
     case Case::getFile:
     case Case::getToken:
-    case Case::getSettingsAndConstants:
-        break;
+    case Case::getSettingsAndConstants: break;
     }
     return HTTPMethod::get();
 }
@@ -98,10 +95,12 @@ QString Router::path() const
     case Case::getItems: return QStringLiteral("api/items/taskId/") + QString::number(m_id);
     case Case::updateTaskStatus: return QStringLiteral("api/task/") + QString::number(m_id);
     case Case::updateItemsStatus: return QStringLiteral("api/item/status");
-    case Case::getTaskComments: return QStringLiteral("api/task/") + QString::number(m_id) + QStringLiteral("/comments");
+    case Case::getTaskComments:
+        return QStringLiteral("api/task/") + QString::number(m_id) + QStringLiteral("/comments");
     case Case::postComment: return QStringLiteral("api/comment");
     case Case::getFile:
-        return m_isThumb ? QStringLiteral("files/thumbnails/thumb_") + m_filePath : QStringLiteral("files/") + m_filePath;
+        return m_isThumb ? QStringLiteral("files/thumbnails/thumb_") + m_filePath
+                         : QStringLiteral("files/") + m_filePath;
     case Case::getToken: return QStringLiteral("api/regenerate-token");
     case Case::getSettingsAndConstants: return QStringLiteral("api/settings-constants");
     }
@@ -111,22 +110,19 @@ QString Router::path() const
 RequestParameters Router::parameters() const
 {
     switch (m_case) {
-    case Case::getAllTasks:
-        return QueryParameters{m_queryParams.queryItems()};
+    case Case::getAllTasks: return QueryParameters{m_queryParams.queryItems()};
     case Case::updateTaskStatus:
         // The assignee repeats the updater: the route has no separate assignee.
         return JsonBodyParameters{QJsonObject{{QStringLiteral("task_status_id"), m_status},
                                               {QStringLiteral("updater_user_id"), m_updaterUserId},
                                               {QStringLiteral("assigned_user_id"), m_updaterUserId}}};
     case Case::updateItemsStatus:
-    case Case::postComment:
-        return EncodedBodyParameters{m_encodedBody};
+    case Case::postComment: return EncodedBodyParameters{m_encodedBody};
     case Case::getItems:
     case Case::getTaskComments:
     case Case::getFile:
     case Case::getToken:
-    case Case::getSettingsAndConstants:
-        break;
+    case Case::getSettingsAndConstants: break;
     }
     return std::monostate{};
 }

@@ -66,8 +66,7 @@ public:
 private:
     explicit Router(Case c)
         : m_case(c)
-    {
-    }
+    { }
     [[nodiscard]] static Router withEncodedBody(Case c, std::optional<QByteArray> body);
 
     Case m_case;

@@ -8,8 +8,7 @@ namespace ravelin {
 
 SessionStore::SessionStore(QSettings *settings)
     : m_settings(settings)
-{
-}
+{ }
 
 std::optional<APIData> SessionStore::load() const
 {

@@ -56,12 +56,30 @@ QList<TaskCategoryDefinition> &queueCategoryList()
 
 } // namespace
 
-TaskStatusDefinition TaskStatusDefinition::decode(const json::Value &v) { return decodeDefinition<TaskStatusDefinition>(v); }
-QJsonObject TaskStatusDefinition::encode() const { return encodeDefinition(*this); }
-ItemStatusDefinition ItemStatusDefinition::decode(const json::Value &v) { return decodeDefinition<ItemStatusDefinition>(v); }
-QJsonObject ItemStatusDefinition::encode() const { return encodeDefinition(*this); }
-TaskCategoryDefinition TaskCategoryDefinition::decode(const json::Value &v) { return decodeDefinition<TaskCategoryDefinition>(v); }
-QJsonObject TaskCategoryDefinition::encode() const { return encodeDefinition(*this); }
+TaskStatusDefinition TaskStatusDefinition::decode(const json::Value &v)
+{
+    return decodeDefinition<TaskStatusDefinition>(v);
+}
+QJsonObject TaskStatusDefinition::encode() const
+{
+    return encodeDefinition(*this);
+}
+ItemStatusDefinition ItemStatusDefinition::decode(const json::Value &v)
+{
+    return decodeDefinition<ItemStatusDefinition>(v);
+}
+QJsonObject ItemStatusDefinition::encode() const
+{
+    return encodeDefinition(*this);
+}
+TaskCategoryDefinition TaskCategoryDefinition::decode(const json::Value &v)
+{
+    return decodeDefinition<TaskCategoryDefinition>(v);
+}
+QJsonObject TaskCategoryDefinition::encode() const
+{
+    return encodeDefinition(*this);
+}
 
 Settings Settings::decode(const json::Value &value)
 {

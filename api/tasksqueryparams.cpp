@@ -26,9 +26,9 @@ QList<std::pair<QString, QString>> TasksQueryParams::queryItems() const
     if (taskCategory.name != QLatin1String("All"))
         items.append({QStringLiteral("task_category_id"), QString::number(taskCategory.id)});
     items.append({QStringLiteral("orderBy"), orderByValue(orderBy)});
-    items.append({QStringLiteral("sortBy"),
-                  SortOrders::rawValue(sortBy) == QLatin1String("Ascending") ? QStringLiteral("ASC")
-                                                                             : QStringLiteral("DESC")});
+    items.append(
+        {QStringLiteral("sortBy"),
+         SortOrders::rawValue(sortBy) == QLatin1String("Ascending") ? QStringLiteral("ASC") : QStringLiteral("DESC")});
     return items;
 }
 

@@ -15,7 +15,8 @@ User User::decode(const json::Value &value)
 
 QJsonObject User::encode() const
 {
-    QJsonObject o{{QStringLiteral("id"), id}, {QStringLiteral("name"), name}, {QStringLiteral("color"), color.encode()}};
+    QJsonObject o{
+        {QStringLiteral("id"), id}, {QStringLiteral("name"), name}, {QStringLiteral("color"), color.encode()}};
     if (icon)
         o.insert(QStringLiteral("icon"), *icon);
     return o;

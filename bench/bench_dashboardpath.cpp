@@ -32,7 +32,8 @@ TaskList makeTaskList()
 {
     Settings settings = Settings::defaults();
     settings.taskCategory = categories();
-    return TaskList(TaskFilterData::makeDefault(fixedClock(TimePoint(std::chrono::milliseconds(1795169730123))), settings));
+    return TaskList(
+        TaskFilterData::makeDefault(fixedClock(TimePoint(std::chrono::milliseconds(1795169730123))), settings));
 }
 
 QByteArray makeCommentAnswer()
@@ -48,7 +49,8 @@ QByteArray makeCommentAnswer()
                                     .toLatin1();
         if (i)
             out += ',';
-        out += R"({"text":"Checked the pump housing, seal replaced and pressure logged.","userId":)" + std::to_string(i % 9);
+        out += R"({"text":"Checked the pump housing, seal replaced and pressure logged.","userId":)"
+            + std::to_string(i % 9);
         out += R"(,"dateCreated":")" + date.toStdString() + '"';
         out += R"(,"itemId":)" + (coin(rng) ? std::to_string(100 + i % 40) : std::string("null"));
         out += R"(,"isIncident":")" + std::string(coin(rng) == 0 ? "1" : "0") + '"';

@@ -24,11 +24,12 @@ using namespace ravelin;
 
 namespace {
 
-const std::array<const char *, 8> works{"Pump maintenance", "Valve replacement", "Monthly meter readings",
-                                        "Fire safety check", "Quarterly inspection", "Strainer cleaning",
-                                        "Leak repair", "Emergency lighting test"};
-const std::array<const char *, 6> sites{"Northfield pump station", "Harbour Road valve chamber", "Elm Street reservoir",
-                                        "Riverside treatment plant", "Station 7 booster", "West Quay depot"};
+const std::array<const char *, 8> works{"Pump maintenance",  "Valve replacement",      "Monthly meter readings",
+                                        "Fire safety check", "Quarterly inspection",   "Strainer cleaning",
+                                        "Leak repair",       "Emergency lighting test"};
+const std::array<const char *, 6> sites{"Northfield pump station", "Harbour Road valve chamber",
+                                        "Elm Street reservoir",    "Riverside treatment plant",
+                                        "Station 7 booster",       "West Quay depot"};
 
 // `count` tasks over the six statuses, as a decoded answer has them, arranged
 // as the api queue hands them over.
@@ -41,8 +42,9 @@ ArrangedTasks arrangedTasks(int count, unsigned seed)
     for (int i = 0; i < count; ++i) {
         auto task = std::make_shared<Task>();
         task->id = 1000 + i;
-        task->name = QStringLiteral("%1 – %2 #%3").arg(QString::fromUtf8(works[std::size_t(i) % works.size()]),
-                                                        QString::fromUtf8(sites[std::size_t(i / 8) % sites.size()]))
+        task->name = QStringLiteral("%1 – %2 #%3")
+                         .arg(QString::fromUtf8(works[std::size_t(i) % works.size()]),
+                              QString::fromUtf8(sites[std::size_t(i / 8) % sites.size()]))
                          .arg(i);
         // Every status has tasks, so that each answer has the same six sections.
         task->currentStatus = TaskStatuses::allCases().at(i < 6 ? i : status(rng));
@@ -111,11 +113,13 @@ void BM_DashboardFirstFrame(benchmark::State &state)
 // table reloading, not rows coming and going.
 void BM_DashboardRefresh(benchmark::State &state)
 {
-    const std::array<ArrangedTasks, 2> answers{arrangedTasks(int(state.range(0)), 1), arrangedTasks(int(state.range(0)), 2)};
+    const std::array<ArrangedTasks, 2> answers{arrangedTasks(int(state.range(0)), 1),
+                                               arrangedTasks(int(state.range(0)), 2)};
     Screen screen;
     screen.show(answers[1]);
     if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
-        screen.last.save(QStringLiteral("%1/dashboard-%2.png").arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS")).arg(state.range(0)));
+        screen.last.save(
+            QStringLiteral("%1/dashboard-%2.png").arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS")).arg(state.range(0)));
     std::size_t next = 0;
     for (auto _ : state) {
         screen.show(answers[next]);
@@ -131,8 +135,18 @@ double minimum(const std::vector<double> &v)
 
 } // namespace
 
-BENCHMARK(BM_DashboardFirstFrame)->Arg(10)->Arg(1000)->Arg(10000)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_DashboardRefresh)->Arg(10)->Arg(1000)->Arg(10000)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DashboardFirstFrame)
+    ->Arg(10)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->ComputeStatistics("min", minimum)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DashboardRefresh)
+    ->Arg(10)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->ComputeStatistics("min", minimum)
+    ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {

@@ -264,10 +264,10 @@ void checkAgreement()
         const Task &a = *ours.data.at(i);
         const Task &b = *qt.at(i);
         const bool same = a.id == p.id && b.id == p.id && a.name == QString::fromStdString(p.name)
-                          && a.description == b.description && a.dateCreated.toMSecsSinceEpoch() == p.dateCreated
-                          && b.dateCreated == a.dateCreated && a.dateScheduled == b.dateScheduled
-                          && a.progress == b.progress && a.progress.ok == p.ok && a.isUpdated == b.isUpdated
-                          && a.ownerAssetName == b.ownerAssetName && a.taskCategory == b.taskCategory;
+            && a.description == b.description && a.dateCreated.toMSecsSinceEpoch() == p.dateCreated
+            && b.dateCreated == a.dateCreated && a.dateScheduled == b.dateScheduled && a.progress == b.progress
+            && a.progress.ok == p.ok && a.isUpdated == b.isUpdated && a.ownerAssetName == b.ownerAssetName
+            && a.taskCategory == b.taskCategory;
         if (!same) {
             std::fprintf(stderr, "Decoders disagree on task %d\n", i);
             std::exit(1);

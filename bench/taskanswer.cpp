@@ -18,11 +18,11 @@ namespace {
 // --- The generated answer ---------------------------------------------------
 
 constexpr std::array words{
-    "pump",     "valve",    "seal",       "pressure", "gauge",     "inspect",  "replace", "filter",  "hall",
-    "north",    "south",    "basement",   "roof",     "ventilation", "check",  "log",     "reading", "meter",
-    "Prüfung",  "Ventil",   "Druckstufe", "cooling",  "circuit",   "breaker",  "panel",   "fire",    "door",
-    "emergency", "lighting", "battery",   "backup",   "generator", "fuel",     "level",   "leak",    "corrosion",
-    "bolt",     "torque",   "clean",      "drain",    "sensor",    "calibrate", "report", "photo",   "damage",
+    "pump",      "valve",    "seal",       "pressure", "gauge",       "inspect",   "replace", "filter",  "hall",
+    "north",     "south",    "basement",   "roof",     "ventilation", "check",     "log",     "reading", "meter",
+    "Prüfung",   "Ventil",   "Druckstufe", "cooling",  "circuit",     "breaker",   "panel",   "fire",    "door",
+    "emergency", "lighting", "battery",    "backup",   "generator",   "fuel",      "level",   "leak",    "corrosion",
+    "bolt",      "torque",   "clean",      "drain",    "sensor",      "calibrate", "report",  "photo",   "damage",
 };
 
 std::string sentence(std::mt19937 &rng, std::size_t length)
@@ -126,8 +126,8 @@ std::int64_t plainDateMSecs(std::string_view s)
         return 0;
     const int year = twoDigits(s.data()) * 100 + twoDigits(s.data() + 2);
     const qint64 days = daysFromCivil(year, unsigned(twoDigits(s.data() + 5)), unsigned(twoDigits(s.data() + 8)));
-    qint64 seconds = days * 86400 + twoDigits(s.data() + 11) * 3600 + twoDigits(s.data() + 14) * 60
-                     + twoDigits(s.data() + 17);
+    qint64 seconds
+        = days * 86400 + twoDigits(s.data() + 11) * 3600 + twoDigits(s.data() + 14) * 60 + twoDigits(s.data() + 17);
     const int millis = (s[20] - '0') * 100 + twoDigits(s.data() + 21);
     if (s[23] != 'Z') {
         const int offset = twoDigits(s.data() + 24) * 3600 + twoDigits(s.data() + 26) * 60;
@@ -163,22 +163,38 @@ std::vector<PlainTask> parseAndFill(simdjson::dom::parser &parser, const QByteAr
         for (const auto field : object) {
             const std::string_view key = field.key;
             const simdjson::dom::element v = field.value;
-            if (key == "id") t.id = v.get_int64();
-            else if (key == "name") t.name = std::string(v.get_string().value());
-            else if (key == "description") t.description = std::string(v.get_string().value());
-            else if (key == "latitude") t.latitude = float(v.get_double().value());
-            else if (key == "longitude") t.longitude = float(v.get_double().value());
-            else if (key == "ownerId") t.ownerId = v.get_int64();
-            else if (key == "ownerAssetName") t.ownerAssetName = std::string(v.get_string().value());
-            else if (key == "assignedUserId") t.assignedUserId = optionalInt(v);
-            else if (key == "updaterUserId") t.updaterUserId = optionalInt(v);
-            else if (key == "dateScheduled") t.dateScheduled = optionalDate(v);
-            else if (key == "dateCreated") t.dateCreated = plainDateMSecs(v.get_string().value());
-            else if (key == "dateUpdated") t.dateUpdated = optionalDate(v);
-            else if (key == "taskStatusId") t.taskStatusId = v.get_int64();
-            else if (key == "taskCategoryId") t.taskCategoryId = v.get_int64();
-            else if (key == "priority") t.priority = v.get_int64();
-            else if (key == "updated") t.updated = v.get_bool();
+            if (key == "id")
+                t.id = v.get_int64();
+            else if (key == "name")
+                t.name = std::string(v.get_string().value());
+            else if (key == "description")
+                t.description = std::string(v.get_string().value());
+            else if (key == "latitude")
+                t.latitude = float(v.get_double().value());
+            else if (key == "longitude")
+                t.longitude = float(v.get_double().value());
+            else if (key == "ownerId")
+                t.ownerId = v.get_int64();
+            else if (key == "ownerAssetName")
+                t.ownerAssetName = std::string(v.get_string().value());
+            else if (key == "assignedUserId")
+                t.assignedUserId = optionalInt(v);
+            else if (key == "updaterUserId")
+                t.updaterUserId = optionalInt(v);
+            else if (key == "dateScheduled")
+                t.dateScheduled = optionalDate(v);
+            else if (key == "dateCreated")
+                t.dateCreated = plainDateMSecs(v.get_string().value());
+            else if (key == "dateUpdated")
+                t.dateUpdated = optionalDate(v);
+            else if (key == "taskStatusId")
+                t.taskStatusId = v.get_int64();
+            else if (key == "taskCategoryId")
+                t.taskCategoryId = v.get_int64();
+            else if (key == "priority")
+                t.priority = v.get_int64();
+            else if (key == "updated")
+                t.updated = v.get_bool();
             else if (key == "itemsCount") {
                 for (const simdjson::dom::object c : v.get_array()) {
                     const std::int64_t status = c["itemStatusId"].get_int64();

@@ -31,13 +31,11 @@ QJsonObject Comment::encode() const
     QJsonArray mediaList;
     for (const MediaPtr &m : media)
         mediaList.append(m->encode());
-    QJsonObject o{{QStringLiteral("userId"), userId},
-                  {QStringLiteral("itemIds"), ids},
-                  {QStringLiteral("isIncident"), isIncident},
-                  {QStringLiteral("dateCreated"), formatServerDate(dateCreated)},
-                  {QStringLiteral("media"), mediaList},
-                  {QStringLiteral("assetName"), assetName},
-                  {QStringLiteral("assetIcon"), assetIcon}};
+    QJsonObject o{
+        {QStringLiteral("userId"), userId},         {QStringLiteral("itemIds"), ids},
+        {QStringLiteral("isIncident"), isIncident}, {QStringLiteral("dateCreated"), formatServerDate(dateCreated)},
+        {QStringLiteral("media"), mediaList},       {QStringLiteral("assetName"), assetName},
+        {QStringLiteral("assetIcon"), assetIcon}};
     if (text)
         o.insert(QStringLiteral("text"), *text);
     return o;

@@ -6,8 +6,10 @@ namespace {
 
 DetailFragment fragment(bool incident, QString text)
 {
-    return incident ? DetailFragment{QStringLiteral("nok"), QStringLiteral("CustomRed"), QColor(255, 59, 48), 0.8, std::move(text)}
-                    : DetailFragment{QStringLiteral("ok"), QStringLiteral("CustomGreen"), QColor(52, 199, 89), 0.8, std::move(text)};
+    return incident
+        ? DetailFragment{QStringLiteral("nok"), QStringLiteral("CustomRed"), QColor(255, 59, 48), 0.8, std::move(text)}
+        : DetailFragment{QStringLiteral("ok"), QStringLiteral("CustomGreen"), QColor(52, 199, 89), 0.8,
+                         std::move(text)};
 }
 
 } // namespace

@@ -64,7 +64,8 @@ CommentsVC::CommentsVC(QWidget *parent)
     m_emptyLabel->setObjectName(QStringLiteral("emptyMessage"));
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setFont(TextScale::font(m_emptyLabel->font(), 15));
-    m_emptyLabel->setStyleSheet(QStringLiteral("color: %1;").arg(named(ColorNames::secondaryLabelText, Qt::gray).name()));
+    m_emptyLabel->setStyleSheet(
+        QStringLiteral("color: %1;").arg(named(ColorNames::secondaryLabelText, Qt::gray).name()));
     m_emptyLabel->setMinimumHeight(240);
     m_emptyLabel->hide();
     contentColumn->addWidget(m_emptyLabel);
@@ -210,15 +211,16 @@ void CommentsVC::customInputBarDidPressSend(const QString &text, const std::opti
         bar->reset();
         return;
     }
-    requireViewModel().postComment(text, picture, [self = QPointer<CommentsVC>(this), bar = QPointer<CustomInputBar>(bar)](bool) {
-        if (!self)
-            return;
-        self->pullToRefresh();
-        if (bar) {
-            bar->inputTextView()->clearFocus();
-            bar->reset();
-        }
-    });
+    requireViewModel().postComment(text, picture,
+                                   [self = QPointer<CommentsVC>(this), bar = QPointer<CustomInputBar>(bar)](bool) {
+                                       if (!self)
+                                           return;
+                                       self->pullToRefresh();
+                                       if (bar) {
+                                           bar->inputTextView()->clearFocus();
+                                           bar->reset();
+                                       }
+                                   });
 }
 
 void CommentsVC::pictureTapped(int row)

@@ -22,10 +22,11 @@ class RefreshableScrollArea;
 // on-screen keyboard). The thread is fetched whenever the screen lays itself
 // out (on appearing, on a change of size), on pull and after every post; one
 // fetch at a time.
-class CommentsVC : public RavelinEventVC,
-                   public KeyboardObserving,
-                   public CustomInputBarDelegate,
-                   public CommentTableViewCellDelegate
+class CommentsVC
+    : public RavelinEventVC
+    , public KeyboardObserving
+    , public CustomInputBarDelegate
+    , public CommentTableViewCellDelegate
 {
     Q_OBJECT
 

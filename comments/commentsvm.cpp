@@ -17,8 +17,7 @@ CommentsVM::CommentsVM(TaskPtr task, NetworkManager *networkManager, UsersData u
     , m_task(std::move(task))
     , m_networkManager(networkManager)
     , m_users(std::move(users))
-{
-}
+{ }
 
 void CommentsVM::fetchComments(std::function<void(bool)> completion)
 {
@@ -26,8 +25,9 @@ void CommentsVM::fetchComments(std::function<void(bool)> completion)
         Router::getTaskComments(m_task->id), ApiQueue::shared(), this,
         [this, completion = std::move(completion)](const Result<TasksCommentsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(lcComments, QStringLiteral("We got a failure trying to get the comments. The error we got was: ")
-                         + result.error().localizedDescription());
+                debugLog(lcComments,
+                         QStringLiteral("We got a failure trying to get the comments. The error we got was: ")
+                             + result.error().localizedDescription());
                 completion(false);
                 return;
             }
@@ -87,9 +87,11 @@ std::unique_ptr<CommentTableViewCellVM> CommentsVM::cellViewModel(int sectionInd
                                                     m_networkManager);
 }
 
-void CommentsVM::postComment(const QString &text, const std::optional<QImage> &picture, std::function<void(bool)> completion)
+void CommentsVM::postComment(const QString &text, const std::optional<QImage> &picture,
+                             std::function<void(bool)> completion)
 {
-    m_networkManager->postComment(m_task->id, m_users.currentUser.id, text, picture, false, this, std::move(completion));
+    m_networkManager->postComment(m_task->id, m_users.currentUser.id, text, picture, false, this,
+                                  std::move(completion));
 }
 
 NetworkManager *CommentsVM::networkManager() const

@@ -98,8 +98,9 @@ QImage CommentTableViewCell::authorIcon(const QString &iconName)
 {
     // The host application's own images, as it names them.
     for (const QString &name : {iconName, QStringLiteral("list_pin_people_01.png")}) {
-        for (const QString &path : {QStringLiteral(":/") + name, QStringLiteral(":/") + name + QStringLiteral(".png"),
-                                    QStringLiteral(":/images/") + name, QStringLiteral(":/images/") + name + QStringLiteral(".png")}) {
+        for (const QString &path :
+             {QStringLiteral(":/") + name, QStringLiteral(":/") + name + QStringLiteral(".png"),
+              QStringLiteral(":/images/") + name, QStringLiteral(":/images/") + name + QStringLiteral(".png")}) {
             if (QFile::exists(path)) {
                 QImage image(path);
                 if (!image.isNull())
@@ -128,15 +129,16 @@ CommentTableViewCell::Layout CommentTableViewCell::layout(const QStyleOptionView
     const int authorHeight = QFontMetrics(authorFont).height();
     const QString time = index.data(CommentThreadModel::TimeTextRole).toString();
     const int timeWidth = index.data(CommentThreadModel::ShowsTimeRole).toBool()
-                              ? QFontMetrics(timeFont).horizontalAdvance(time) + 4
-                              : 0;
+        ? QFontMetrics(timeFont).horizontalAdvance(time) + 4
+        : 0;
     l.time = QRect(cardLeft + cardWidth - cardPadding - timeWidth, y, timeWidth, authorHeight);
     l.author = QRect(cardLeft + cardPadding, y, inner - timeWidth - (timeWidth ? 8 : 0), authorHeight);
     y += authorHeight + 4;
 
     const QList<DetailFragment> fragments = fragmentsOf(index);
     if (!fragments.isEmpty()) {
-        const int lineHeight = std::max<int>(QFontMetrics(detailsFont).lineSpacing(), int(detailIconBounds().height()) + 2);
+        const int lineHeight
+            = std::max<int>(QFontMetrics(detailsFont).lineSpacing(), int(detailIconBounds().height()) + 2);
         l.details = QRect(cardLeft + cardPadding, y, inner, int(fragments.size()) * lineHeight);
         y += l.details.height() + 4;
     }
@@ -146,12 +148,13 @@ CommentTableViewCell::Layout CommentTableViewCell::layout(const QStyleOptionView
     y += textH;
 
     const bool hasPicture = index.data(CommentThreadModel::HasPictureRole).toBool()
-                            && !index.data(CommentThreadModel::PictureFailedRole).toBool();
+        && !index.data(CommentThreadModel::PictureFailedRole).toBool();
     if (hasPicture) {
         QSize box = thumbnailBox;
         const QImage thumbnail = index.data(CommentThreadModel::ThumbnailRole).value<QImage>();
         if (!thumbnail.isNull())
-            box = thumbnail.size().scaled(thumbnailBox.boundedTo(QSize(inner, thumbnailBox.height())), Qt::KeepAspectRatio);
+            box = thumbnail.size().scaled(thumbnailBox.boundedTo(QSize(inner, thumbnailBox.height())),
+                                          Qt::KeepAspectRatio);
         y += textH > 0 ? 8 : 0;
         l.picture = QRect(cardLeft + cardPadding, y, std::min(box.width(), inner), box.height());
         y += box.height();
@@ -185,7 +188,8 @@ void CommentTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &
     painter->restore();
 }
 
-void CommentTableViewCell::paintHeader(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void CommentTableViewCell::paintHeader(QPainter *painter, const QStyleOptionViewItem &option,
+                                       const QModelIndex &index) const
 {
     const QString text = index.data().toString();
     const QFont font = sized(option.font, 12, QFont::DemiBold);
@@ -213,7 +217,8 @@ void CommentTableViewCell::paintFocusRing(QPainter *painter, const QRectF &rect,
     painter->drawRoundedRect(rect.adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
 }
 
-void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionViewItem &option,
+                                        const QModelIndex &index) const
 {
     const Layout l = layout(option, index);
     const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
@@ -246,7 +251,8 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
     if (index.data(CommentThreadModel::ShowsTimeRole).toBool()) {
         painter->setFont(sized(option.font, 12, QFont::Normal));
         painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
-        painter->drawText(l.time, Qt::AlignRight | Qt::AlignVCenter, index.data(CommentThreadModel::TimeTextRole).toString());
+        painter->drawText(l.time, Qt::AlignRight | Qt::AlignVCenter,
+                          index.data(CommentThreadModel::TimeTextRole).toString());
     }
 
     // The details: one line per fragment, its icon first.
@@ -265,8 +271,9 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
             painter->drawImage(iconRect, detailIcon(fragment, ratio));
             const int textLeft = int(iconRect.right()) + 5;
             painter->setPen(fragmentColor(fragment));
-            painter->drawText(QPoint(textLeft, baseline),
-                              metrics.elidedText(fragment.text.trimmed(), Qt::ElideRight, l.details.right() - textLeft));
+            painter->drawText(
+                QPoint(textLeft, baseline),
+                metrics.elidedText(fragment.text.trimmed(), Qt::ElideRight, l.details.right() - textLeft));
             y += lineHeight;
         }
     }
@@ -285,8 +292,9 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
             fill.setAlphaF(0.18f);
             painter->fillPath(rounded, fill);
             const QRect glyph(l.picture.center() - QPoint(14, 14), QSize(28, 28));
-            painter->drawPixmap(glyph, NamedImages::pixmap(ImageNames::camera, glyph.size(),
-                                                           named(ColorNames::customGray, Qt::gray), ratio));
+            painter->drawPixmap(
+                glyph,
+                NamedImages::pixmap(ImageNames::camera, glyph.size(), named(ColorNames::customGray, Qt::gray), ratio));
         } else {
             painter->save();
             painter->setClipPath(rounded);

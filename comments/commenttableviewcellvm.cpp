@@ -5,7 +5,8 @@
 
 namespace ravelin {
 
-CommentTableViewCellVM::CommentTableViewCellVM(CommentCellDetail comment, NetworkManager *networkManager, QObject *parent)
+CommentTableViewCellVM::CommentTableViewCellVM(CommentCellDetail comment, NetworkManager *networkManager,
+                                               QObject *parent)
     : QObject(parent)
     , m_comment(std::move(comment))
     , m_networkManager(networkManager)
@@ -20,15 +21,17 @@ void CommentTableViewCellVM::loadThumbnail(std::function<void(std::optional<QIma
         completion(std::nullopt);
         return;
     }
-    m_networkManager->downloadImage(*m_path, true, this, [completion = std::move(completion)](const Result<QImage, DownloadError> &result) {
-        if (!result.isSuccess()) {
-            debugLog(lcComments, QStringLiteral("We got a failure trying to download the image. The error we got was: ")
-                     + result.error().localizedDescription());
-            completion(std::nullopt);
-            return;
-        }
-        completion(result.value());
-    });
+    m_networkManager->downloadImage(
+        *m_path, true, this, [completion = std::move(completion)](const Result<QImage, DownloadError> &result) {
+            if (!result.isSuccess()) {
+                debugLog(lcComments,
+                         QStringLiteral("We got a failure trying to download the image. The error we got was: ")
+                             + result.error().localizedDescription());
+                completion(std::nullopt);
+                return;
+            }
+            completion(result.value());
+        });
 }
 
 } // namespace ravelin

@@ -9,8 +9,7 @@ namespace ravelin {
 CommentThreadModel::CommentThreadModel(Clock clock, QObject *parent)
     : QAbstractListModel(parent)
     , m_clock(std::move(clock))
-{
-}
+{ }
 
 CommentThreadModel::~CommentThreadModel() = default;
 
@@ -31,7 +30,8 @@ void CommentThreadModel::reload()
             const CommentSection &day = m_viewModel->section(section);
             m_rows.append(Row{section, -1, day.date, {}});
             for (int row = 0; row < day.comments.size(); ++row)
-                m_rows.append(Row{section, row, {}, CommentCellDetail::make(*day.comments.at(row), *m_viewModel->task())});
+                m_rows.append(
+                    Row{section, row, {}, CommentCellDetail::make(*day.comments.at(row), *m_viewModel->task())});
         }
     }
     endResetModel();
@@ -98,7 +98,8 @@ QVariant CommentThreadModel::data(const QModelIndex &index, int role) const
         }
     }
     const CommentCellDetail &detail = row.detail;
-    const std::optional<QString> path = detail.media.isEmpty() ? std::nullopt : std::optional(detail.media.first()->path);
+    const std::optional<QString> path
+        = detail.media.isEmpty() ? std::nullopt : std::optional(detail.media.first()->path);
     switch (role) {
     case KindRole: return QVariant::fromValue(RowKind::comment);
     case Qt::DisplayRole:
@@ -106,16 +107,15 @@ QVariant CommentThreadModel::data(const QModelIndex &index, int role) const
     case IdentifierRole: return QStringLiteral("commentCell");
     case Qt::AccessibleDescriptionRole:
         return detail.user + QStringLiteral(", ") + elapsedTimeText(detail.sentDate, now)
-               + (detail.details && !detail.details->isEmpty() ? QStringLiteral(", ") + detail.detailsText().trimmed()
-                                                                 : QString());
+            + (detail.details && !detail.details->isEmpty() ? QStringLiteral(", ") + detail.detailsText().trimmed()
+                                                            : QString());
     case AuthorRole: return detail.user;
     case AuthorIconRole: return detail.userIconName;
     case InitialsRole: return initials(detail.user);
     case InitialsColorRole: return initialsColor(detail.user);
     case TimeTextRole: return elapsedTimeText(detail.sentDate, now);
     case ShowsTimeRole: return detail.sentDate.toLocalTime().date() == now.date();
-    case DetailsRole:
-        return detail.details ? QVariant::fromValue(*detail.details) : QVariant();
+    case DetailsRole: return detail.details ? QVariant::fromValue(*detail.details) : QVariant();
     case HasPictureRole: return path.has_value();
     case PictureFailedRole: return path && m_failed.contains(*path);
     case PictureIdentifierRole: return QStringLiteral("commentImgThumb_") + detail.text;
@@ -142,7 +142,8 @@ void CommentThreadModel::loadThumbnail(int rowIndex, const QString &path) const
     auto *self = const_cast<CommentThreadModel *>(this);
     // The request is tied to the cell view model, which the model keeps until
     // the answer: when the model goes, nothing calls back.
-    cell->loadThumbnail([self, path](std::optional<QImage> picture) { self->thumbnailArrived(path, std::move(picture)); });
+    cell->loadThumbnail(
+        [self, path](std::optional<QImage> picture) { self->thumbnailArrived(path, std::move(picture)); });
 }
 
 void CommentThreadModel::thumbnailArrived(const QString &path, std::optional<QImage> picture)

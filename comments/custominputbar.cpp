@@ -227,9 +227,8 @@ void CustomInputBar::rebuildAttachmentStrip()
         auto *thumbnail = new QLabel(m_attachmentStrip);
         thumbnail->setObjectName(QStringLiteral("attachment"));
         thumbnail->setAccessibleName(QStringLiteral("Picture %1").arg(i + 1));
-        QPixmap pixmap = QPixmap::fromImage(m_attachments.at(i).scaled(QSize(thumbnailSide, thumbnailSide) * ratio,
-                                                                        Qt::KeepAspectRatioByExpanding,
-                                                                        Qt::SmoothTransformation));
+        QPixmap pixmap = QPixmap::fromImage(m_attachments.at(i).scaled(
+            QSize(thumbnailSide, thumbnailSide) * ratio, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation));
         pixmap.setDevicePixelRatio(ratio);
         thumbnail->setPixmap(pixmap);
         thumbnail->setFixedSize(thumbnailSide, thumbnailSide);

@@ -16,7 +16,8 @@ class CustomInputBarDelegate
 public:
     virtual ~CustomInputBarDelegate() = default;
     virtual void customInputBarDidPressSend(const QString &text, const std::optional<QImage> &picture,
-                                            CustomInputBar *inputBar) = 0;
+                                            CustomInputBar *inputBar)
+        = 0;
 };
 
 } // namespace ravelin

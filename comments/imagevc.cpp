@@ -16,8 +16,7 @@ class PictureView : public QWidget
 public:
     explicit PictureView(QWidget *parent)
         : QWidget(parent)
-    {
-    }
+    { }
 
     void setImage(const QImage &image)
     {
@@ -33,7 +32,8 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         const QSizeF fitted = QSizeF(m_image.size()).scaled(size(), Qt::KeepAspectRatio);
-        painter.drawImage(QRectF(QPointF((width() - fitted.width()) / 2, (height() - fitted.height()) / 2), fitted), m_image);
+        painter.drawImage(QRectF(QPointF((width() - fitted.width()) / 2, (height() - fitted.height()) / 2), fitted),
+                          m_image);
     }
 
 private:
@@ -91,6 +91,5 @@ void ImageVC::didPressClose()
 {
     dismiss();
 }
-
 
 } // namespace ravelin

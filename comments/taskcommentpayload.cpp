@@ -36,13 +36,14 @@ qint64 TaskCommentPayload::roundedMilliseconds(TimePoint moment)
 
 QJsonObject TaskCommentPayload::encode() const
 {
-    return QJsonObject{{QStringLiteral("text"), text},
-                       {QStringLiteral("task_id"), taskId},
-                       {QStringLiteral("user_id"), userId},
-                       {QStringLiteral("item_id"), itemId ? QJsonValue(*itemId) : QJsonValue(QJsonValue::Null)},
-                       {QStringLiteral("date_created"), dateCreated},
-                       {QStringLiteral("is_incident"), isIncident},
-                       {QStringLiteral("media_path"), mediaPath ? QJsonValue(*mediaPath) : QJsonValue(QJsonValue::Null)}};
+    return QJsonObject{
+        {QStringLiteral("text"), text},
+        {QStringLiteral("task_id"), taskId},
+        {QStringLiteral("user_id"), userId},
+        {QStringLiteral("item_id"), itemId ? QJsonValue(*itemId) : QJsonValue(QJsonValue::Null)},
+        {QStringLiteral("date_created"), dateCreated},
+        {QStringLiteral("is_incident"), isIncident},
+        {QStringLiteral("media_path"), mediaPath ? QJsonValue(*mediaPath) : QJsonValue(QJsonValue::Null)}};
 }
 
 QByteArray TaskCommentPayload::toJson() const

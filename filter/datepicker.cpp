@@ -43,16 +43,17 @@ DatePicker::DatePicker(QWidget *parent)
     for (int year = firstYear; year <= lastYear; ++year)
         years.append(QString::number(year));
 
-    const auto wheel = [this, row](const QString &name, const QStringList &items, Qt::Alignment alignment, int stretch) {
-        auto *column = new PickerWheel(this);
-        column->setObjectName(name);
-        column->setAccessibleName(name);
-        column->setItems(items);
-        column->setTextAlignment(alignment);
-        row->addWidget(column, stretch);
-        connect(column, &PickerWheel::rowSelected, this, &DatePicker::wheelTurned);
-        return column;
-    };
+    const auto wheel
+        = [this, row](const QString &name, const QStringList &items, Qt::Alignment alignment, int stretch) {
+              auto *column = new PickerWheel(this);
+              column->setObjectName(name);
+              column->setAccessibleName(name);
+              column->setItems(items);
+              column->setTextAlignment(alignment);
+              row->addWidget(column, stretch);
+              connect(column, &PickerWheel::rowSelected, this, &DatePicker::wheelTurned);
+              return column;
+          };
     m_month = wheel(QStringLiteral("Month"), months, Qt::AlignRight, 5);
     m_day = wheel(QStringLiteral("Day"), days, Qt::AlignCenter, 2);
     m_year = wheel(QStringLiteral("Year"), years, Qt::AlignLeft, 4);
@@ -155,7 +156,8 @@ void DatePicker::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     QColor band = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
     band.setAlphaF(0.07f);
-    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16, PickerWheel::scaledRowHeight());
+    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16,
+                        PickerWheel::scaledRowHeight());
     QPainterPath path;
     path.addRoundedRect(middle, 8, 8);
     painter.fillPath(path, band);

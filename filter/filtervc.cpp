@@ -186,8 +186,8 @@ void FilterVC::buildViews()
     auto *to = new QLabel(QStringLiteral("To"), content);
     for (QLabel *label : {from, to}) {
         label->setFont(TextScale::font(label->font(), 15));
-        label->setStyleSheet(QStringLiteral("color: %1;").arg(
-            NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37)).name()));
+        label->setStyleSheet(QStringLiteral("color: %1;")
+                                 .arg(NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37)).name()));
     }
     from->setBuddy(m_dateStart);
     to->setBuddy(m_dateEnd);
@@ -270,7 +270,8 @@ void FilterVC::loadSegments()
         m_sortOrderSegment->insertSegment(SortOrders::rawValue(viewModel.sortingTypes().at(i)), i);
     m_sortOrderSegment->setSelectedSegmentIndex(viewModel.sortOrderIndex(sort.sortOrder));
 
-    m_prioritySegment->setSelectedSegmentIndex(FilterVM::priorityIndex(viewModel.changedFilterConfig().selectedPriority));
+    m_prioritySegment->setSelectedSegmentIndex(
+        FilterVM::priorityIndex(viewModel.changedFilterConfig().selectedPriority));
 }
 
 DatePicker *FilterVC::makeDatePicker(InputField *field, int doneTag, const QDateTime &date)
@@ -322,7 +323,8 @@ void FilterVC::loadCategoryField()
     connect(m_categoryPicker, &ListPicker::didSelectRow, this, &FilterVC::pickerDidSelectRow);
     // The picker opens on the category the field names ("All" when empty).
     connect(m_categoryTextField, &InputField::editingDidBegin, this, [this] {
-        const QString name = m_categoryTextField->text().isEmpty() ? QStringLiteral("All") : m_categoryTextField->text();
+        const QString name
+            = m_categoryTextField->text().isEmpty() ? QStringLiteral("All") : m_categoryTextField->text();
         for (int row = 0; row < m_categoryPicker->numberOfRows(); ++row) {
             if (m_categoryPicker->titleForRow(row) == name)
                 m_categoryPicker->selectRow(row);
@@ -350,15 +352,9 @@ void FilterVC::pickerDidSelectRow(int row)
 void FilterVC::donePressed(int tag)
 {
     switch (tag) {
-    case startDoneTag:
-        m_dateStart->setText(FilterVM::dateText(m_dateStartPicker->date()));
-        break;
-    case endDoneTag:
-        m_dateEnd->setText(FilterVM::dateText(m_dateEndPicker->date()));
-        break;
-    default:
-        m_categoryTextField->resignFirstResponder();
-        break;
+    case startDoneTag: m_dateStart->setText(FilterVM::dateText(m_dateStartPicker->date())); break;
+    case endDoneTag: m_dateEnd->setText(FilterVM::dateText(m_dateEndPicker->date())); break;
+    default: m_categoryTextField->resignFirstResponder(); break;
     }
     endEditing();
 }
@@ -386,7 +382,8 @@ void FilterVC::didTapApply()
         fatalError(QStringLiteral("The filter screen was applied before it loaded"), "FilterVC");
     endEditing();
     viewModel.takeChoices(FilterChoices{m_categoryTextField->text(), m_dateStartPicker->date(), m_dateEndPicker->date(),
-                                        m_prioritySegment->selectedSegmentIndex(), m_sortKeySegment->selectedSegmentIndex(),
+                                        m_prioritySegment->selectedSegmentIndex(),
+                                        m_sortKeySegment->selectedSegmentIndex(),
                                         m_sortOrderSegment->selectedSegmentIndex()});
     viewModel.applyChanges();
     if (m_delegate)

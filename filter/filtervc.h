@@ -24,7 +24,9 @@ class SegmentedControl;
 // The edits stay in the view model until Apply writes them into the shared
 // choices and has the dashboard fetch again; Clear leaves without changing
 // anything.
-class FilterVC : public Screen, public ListPickerDataSource
+class FilterVC
+    : public Screen
+    , public ListPickerDataSource
 {
     Q_OBJECT
 

@@ -11,8 +11,9 @@ template<class T>
 T at(const QList<T> &list, qint64 index, const char *what)
 {
     if (index < 0 || index >= list.size())
-        fatalError(QStringLiteral("%1 segment %2 is outside 0...%3").arg(QLatin1String(what)).arg(index).arg(list.size() - 1),
-                   "FilterVM");
+        fatalError(
+            QStringLiteral("%1 segment %2 is outside 0...%3").arg(QLatin1String(what)).arg(index).arg(list.size() - 1),
+            "FilterVM");
     return list.at(index);
 }
 } // namespace

@@ -52,10 +52,11 @@ InputField::InputField(QWidget *parent)
     const QString border = NamedColors::color(ColorNames::separator, QColor(0xDD, 0xE1, 0xE6)).name();
     const QString accent = NamedColors::color(ColorNames::accent, QColor(0x25, 0x63, 0xC4)).name();
     const QString fill = NamedColors::color(ColorNames::viewBackground, QColor(Qt::white)).name();
-    setStyleSheet(QStringLiteral("QLineEdit { border: 1px solid %2; border-radius: 9px; padding: 0 8px;"
-                                 " background: %4; color: %1; %5 }"
-                                 "QLineEdit:focus, QLineEdit[editing=\"true\"] { border: 2px solid %3; padding: 0 7px; }")
-                      .arg(text, border, accent, fill, TextScale::styleSize(15)));
+    setStyleSheet(
+        QStringLiteral("QLineEdit { border: 1px solid %2; border-radius: 9px; padding: 0 8px;"
+                       " background: %4; color: %1; %5 }"
+                       "QLineEdit:focus, QLineEdit[editing=\"true\"] { border: 2px solid %3; padding: 0 7px; }")
+            .arg(text, border, accent, fill, TextScale::styleSize(15)));
     showEditing(false);
 }
 
@@ -169,8 +170,7 @@ void InputField::keyPressEvent(QKeyEvent *event)
             return;
         }
         break;
-    default:
-        break;
+    default: break;
     }
     QLineEdit::keyPressEvent(event);
 }

@@ -8,8 +8,8 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QVariantAnimation>
 #include <QVBoxLayout>
+#include <QVariantAnimation>
 
 namespace ravelin {
 
@@ -128,7 +128,8 @@ void InputSheet::keyPressEvent(QKeyEvent *event)
 {
     if (FocusChain::clickFocusedButton(this, event))
         return;
-    const bool closing = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool closing
+        = event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!closing || !m_responder) {
         QWidget::keyPressEvent(event);
         return;

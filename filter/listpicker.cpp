@@ -67,7 +67,8 @@ void ListPicker::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     QColor band = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
     band.setAlphaF(0.07f);
-    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16, PickerWheel::scaledRowHeight());
+    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16,
+                        PickerWheel::scaledRowHeight());
     QPainterPath path;
     path.addRoundedRect(middle, 8, 8);
     painter.fillPath(path, band);

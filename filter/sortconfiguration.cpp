@@ -5,9 +5,9 @@ namespace ravelin {
 namespace {
 [[noreturn]] void invalidText(const char *type, const QString &text)
 {
-    throw json::DecodingError(json::DecodingError::Kind::dataCorrupted,
-                              QStringLiteral("Cannot initialize %1 from invalid String value %2")
-                                  .arg(QLatin1String(type), text));
+    throw json::DecodingError(
+        json::DecodingError::Kind::dataCorrupted,
+        QStringLiteral("Cannot initialize %1 from invalid String value %2").arg(QLatin1String(type), text));
 }
 } // namespace
 

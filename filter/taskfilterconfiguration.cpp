@@ -11,8 +11,9 @@ TaskFilterConfiguration TaskFilterConfiguration::decode(const json::Value &value
     const QString priority = o.string("selectedPriority");
     const auto p = TaskPriorities::fromRawValue(priority);
     if (!p)
-        throw json::DecodingError(json::DecodingError::Kind::dataCorrupted,
-                                  QStringLiteral("Cannot initialize TaskPriority from invalid String value %1").arg(priority));
+        throw json::DecodingError(
+            json::DecodingError::Kind::dataCorrupted,
+            QStringLiteral("Cannot initialize TaskPriority from invalid String value %1").arg(priority));
     c.selectedPriority = *p;
     c.selectedCategory = TaskCategoryDefinition::decode(o.value("selectedCategory"));
     c.dateStart = o.date("dateStart");

@@ -21,8 +21,7 @@ namespace {
 
 // Thrown by the fatal-error handler of a decode call; never leaves this file.
 struct ProcessStopped
-{
-};
+{ };
 
 // Turns fatal errors into ProcessStopped for the lifetime of the object.
 class StopTrap
@@ -30,8 +29,7 @@ class StopTrap
 public:
     StopTrap()
         : m_previous(setFatalErrorHandler([](const QString &, const char *) { throw ProcessStopped(); }))
-    {
-    }
+    { }
     ~StopTrap() { setFatalErrorHandler(std::move(m_previous)); }
     StopTrap(const StopTrap &) = delete;
     StopTrap &operator=(const StopTrap &) = delete;
@@ -42,9 +40,10 @@ private:
 
 const QList<TaskCategoryDefinition> &sessionCategories()
 {
-    static const QList<TaskCategoryDefinition> categories{
-        {0, QStringLiteral("All")}, {1, QStringLiteral("Inspection")}, {2, QStringLiteral("Maintenance")},
-        {3, QStringLiteral("Safety")}};
+    static const QList<TaskCategoryDefinition> categories{{0, QStringLiteral("All")},
+                                                          {1, QStringLiteral("Inspection")},
+                                                          {2, QStringLiteral("Maintenance")},
+                                                          {3, QStringLiteral("Safety")}};
     return categories;
 }
 
@@ -92,7 +91,8 @@ std::optional<QString> checkCategories(const QList<TaskPtr> &tasks)
 template<class T>
 Verdict decodeTasks(const QByteArray &body, qsizetype (*count)(const T &), QList<TaskPtr> (*tasks)(const T &))
 {
-    Verdict verdict = decodeAnswer<T>(body, sessionCategories(), [tasks](const T &value) { return checkCategories(tasks(value)); });
+    Verdict verdict
+        = decodeAnswer<T>(body, sessionCategories(), [tasks](const T &value) { return checkCategories(tasks(value)); });
     if (verdict.outcome != Outcome::decoded || verdict.violation)
         return verdict;
     static const QList<TaskCategoryDefinition> none;
@@ -135,8 +135,11 @@ Verdict decodeServerDate(QByteArrayView bytes)
     if (year >= 1000 && year <= 9998) {
         const QDateTime qt = QDateTime::fromString(QString::fromLatin1(bytes), Qt::ISODateWithMs);
         if (!qt.isValid() || qt.toMSecsSinceEpoch() != *msecs)
-            return Verdict{Outcome::decoded, QStringLiteral("read as %1 ms, Qt reads %2").arg(*msecs).arg(
-                                                 qt.isValid() ? QString::number(qt.toMSecsSinceEpoch()) : QStringLiteral("nothing"))};
+            return Verdict{
+                Outcome::decoded,
+                QStringLiteral("read as %1 ms, Qt reads %2")
+                    .arg(*msecs)
+                    .arg(qt.isValid() ? QString::number(qt.toMSecsSinceEpoch()) : QStringLiteral("nothing"))};
     }
     return Verdict{Outcome::decoded, std::nullopt};
 }
@@ -146,9 +149,9 @@ Verdict decodeServerDate(QByteArrayView bytes)
 const QList<DecodeEntry> &allEntries()
 {
     using E = DecodeEntry;
-    static const QList<DecodeEntry> entries{E::tasksAnswer,      E::itemsAnswer,       E::commentsAnswer,
-                                            E::settingsAnswer,   E::tokenAnswer,       E::taskUpdateAnswer,
-                                            E::itemsUpdateAnswer, E::storedSession,    E::serverDate};
+    static const QList<DecodeEntry> entries{E::tasksAnswer,       E::itemsAnswer,   E::commentsAnswer,
+                                            E::settingsAnswer,    E::tokenAnswer,   E::taskUpdateAnswer,
+                                            E::itemsUpdateAnswer, E::storedSession, E::serverDate};
     return entries;
 }
 
@@ -200,25 +203,25 @@ Verdict decode(DecodeEntry entry, QByteArrayView bytes)
             body, [](const TasksUpdateResponse &) { return qsizetype(1); },
             [](const TasksUpdateResponse &r) { return QList<TaskPtr>{r.task}; });
     case DecodeEntry::itemsAnswer:
-        return decodeAnswer<ItemsResponse>(body, sessionCategories(), [](const ItemsResponse &r) -> std::optional<QString> {
-            for (const ItemPtr &item : r.data) {
-                if (item->isQRMapped)
-                    return QStringLiteral("item %1 decoded as already matched by a scan").arg(item->id);
-            }
-            return std::nullopt;
-        });
+        return decodeAnswer<ItemsResponse>(
+            body, sessionCategories(), [](const ItemsResponse &r) -> std::optional<QString> {
+                for (const ItemPtr &item : r.data) {
+                    if (item->isQRMapped)
+                        return QStringLiteral("item %1 decoded as already matched by a scan").arg(item->id);
+                }
+                return std::nullopt;
+            });
     case DecodeEntry::commentsAnswer:
-        return decodeAnswer<TasksCommentsResponse>(body, sessionCategories(),
-                                                   [](const TasksCommentsResponse &r) -> std::optional<QString> {
-                                                       for (const CommentPtr &comment : r.data) {
-                                                           if (comment->itemIds.size() > 1
-                                                               || !comment->assetIcon.startsWith(QLatin1String("list_pin_")))
-                                                               return QStringLiteral("a comment of user %1 decoded with "
-                                                                                     "several items or a bare icon")
-                                                                   .arg(comment->userId);
-                                                       }
-                                                       return std::nullopt;
-                                                   });
+        return decodeAnswer<TasksCommentsResponse>(
+            body, sessionCategories(), [](const TasksCommentsResponse &r) -> std::optional<QString> {
+                for (const CommentPtr &comment : r.data) {
+                    if (comment->itemIds.size() > 1 || !comment->assetIcon.startsWith(QLatin1String("list_pin_")))
+                        return QStringLiteral("a comment of user %1 decoded with "
+                                              "several items or a bare icon")
+                            .arg(comment->userId);
+                }
+                return std::nullopt;
+            });
     case DecodeEntry::settingsAnswer:
         // The session keeps the answer as the navigation host does.
         return decodeAnswer<SettingsAndConstantsResponse>(
@@ -228,14 +231,10 @@ Verdict decode(DecodeEntry entry, QByteArrayView bytes)
                     return QStringLiteral("the kept settings lost a category or the leading All");
                 return std::nullopt;
             });
-    case DecodeEntry::tokenAnswer:
-        return decodeAnswer<TokenResponse>(body);
-    case DecodeEntry::itemsUpdateAnswer:
-        return decodeAnswer<ItemsUpdateResponse>(body);
-    case DecodeEntry::storedSession:
-        return decodeStoredSession(body);
-    case DecodeEntry::serverDate:
-        return decodeServerDate(bytes);
+    case DecodeEntry::tokenAnswer: return decodeAnswer<TokenResponse>(body);
+    case DecodeEntry::itemsUpdateAnswer: return decodeAnswer<ItemsUpdateResponse>(body);
+    case DecodeEntry::storedSession: return decodeStoredSession(body);
+    case DecodeEntry::serverDate: return decodeServerDate(bytes);
     }
     return {};
 }

@@ -25,9 +25,9 @@ enum class DecodeEntry {
 };
 
 enum class Outcome {
-    decoded,  // the bytes gave a value
+    decoded, // the bytes gave a value
     rejected, // a decoding failure: invalidParsing, no session data, no date
-    stopped,  // a programming error of the server's data (an id outside its range) stopped the process
+    stopped, // a programming error of the server's data (an id outside its range) stopped the process
 };
 
 struct Verdict

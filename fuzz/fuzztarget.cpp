@@ -23,8 +23,8 @@ std::array<unsigned long long, 3> s_outcomes{};
 
 void printOutcomes()
 {
-    std::fprintf(stderr, "#outcomes %s: decoded %llu, rejected %llu, stopped %llu\n", RAVELIN_FUZZ_ENTRY,
-                 s_outcomes[0], s_outcomes[1], s_outcomes[2]);
+    std::fprintf(stderr, "#outcomes %s: decoded %llu, rejected %llu, stopped %llu\n", RAVELIN_FUZZ_ENTRY, s_outcomes[0],
+                 s_outcomes[1], s_outcomes[2]);
 }
 
 } // namespace

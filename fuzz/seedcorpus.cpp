@@ -30,8 +30,7 @@ class SeedWriter
 public:
     explicit SeedWriter(QDir root)
         : m_root(std::move(root))
-    {
-    }
+    { }
 
     bool write(DecodeEntry entry, const QString &name, const QByteArray &bytes)
     {
@@ -57,8 +56,7 @@ class DemoSession
 public:
     DemoSession()
         : m_api(DemoData::seeded(seedNow), [] { return seedNow; })
-    {
-    }
+    { }
 
     bool signIn(qint64 userId)
     {
@@ -74,7 +72,8 @@ public:
                     const QUrlQuery &query = {})
     {
         const QByteArray bytes = body.isEmpty() ? QByteArray() : QJsonDocument(body).toJson(QJsonDocument::Compact);
-        const DemoResponse response = m_api.handle(DemoRequest{method, path, query, "Bearer " + m_token.toUtf8(), bytes});
+        const DemoResponse response
+            = m_api.handle(DemoRequest{method, path, query, "Bearer " + m_token.toUtf8(), bytes});
         if (response.status != 200)
             std::fprintf(stderr, "%s %s answered %d\n", method.constData(), qPrintable(path), response.status);
         return response.body;
@@ -176,10 +175,11 @@ int main(int argc, char *argv[])
     ok &= out.write(DecodeEntry::taskUpdateAnswer, QStringLiteral("decoded-acknowledged.json"),
                     demo.call("PUT", QStringLiteral("/api/task/%1").arg(taskId),
                               QJsonObject{{"task_status_id", 3}, {"updater_user_id", 1}}));
-    const QJsonArray items = QJsonDocument::fromJson(demo.call("GET", QStringLiteral("/api/items/taskId/%1").arg(taskId)))
-                                 .object()
-                                 .value(QLatin1String("data"))
-                                 .toArray();
+    const QJsonArray items
+        = QJsonDocument::fromJson(demo.call("GET", QStringLiteral("/api/items/taskId/%1").arg(taskId)))
+              .object()
+              .value(QLatin1String("data"))
+              .toArray();
     QJsonArray changes;
     for (const QJsonValue &item : items)
         changes.append(QJsonObject{{"id", item.toObject().value(QLatin1String("id"))},
@@ -201,9 +201,11 @@ int main(int argc, char *argv[])
     for (qsizetype i = 0; i < dates.size() && i < 8; ++i)
         ok &= out.write(DecodeEntry::serverDate, QStringLiteral("decoded-wire-%1.txt").arg(i), dates.at(i).toUtf8());
     const QString first = dates.value(0).left(23);
-    const QList<std::pair<QString, QString>> zones{{"z", "Z"}, {"colon", "+05:30"}, {"hours", "-08"}, {"west", "-0330"}};
+    const QList<std::pair<QString, QString>> zones{
+        {"z", "Z"}, {"colon", "+05:30"}, {"hours", "-08"}, {"west", "-0330"}};
     for (const auto &[name, zone] : zones)
-        ok &= out.write(DecodeEntry::serverDate, QStringLiteral("decoded-zone-%1.txt").arg(name), (first + zone).toUtf8());
+        ok &= out.write(DecodeEntry::serverDate, QStringLiteral("decoded-zone-%1.txt").arg(name),
+                        (first + zone).toUtf8());
     ok &= out.write(DecodeEntry::serverDate, QStringLiteral("rejected-no-fraction.txt"), "2026-11-20T10:15:30+0000");
     ok &= out.write(DecodeEntry::serverDate, QStringLiteral("rejected-february-30.txt"), "2026-02-30T10:15:30.000Z");
 
@@ -218,13 +220,16 @@ int main(int argc, char *argv[])
     ok &= out.write(DecodeEntry::tasksAnswer, QStringLiteral("stopped-status-7.json"), taskWith("taskStatusId", 7));
     ok &= out.write(DecodeEntry::tasksAnswer, QStringLiteral("stopped-priority-5.json"), taskWith("priority", 5));
     ok &= out.write(DecodeEntry::tasksAnswer, QStringLiteral("stopped-count-overflow.json"),
-                    taskWith("itemsCount", QJsonArray{QJsonObject{{"itemStatusId", 1}, {"count", 9.2e18}},
-                                                      QJsonObject{{"itemStatusId", 3}, {"count", 9.2e18}}}));
+                    taskWith("itemsCount",
+                             QJsonArray{QJsonObject{{"itemStatusId", 1}, {"count", 9.2e18}},
+                                        QJsonObject{{"itemStatusId", 3}, {"count", 9.2e18}}}));
     ok &= out.write(DecodeEntry::tasksAnswer, QStringLiteral("rejected-truncated.json"), tasks.left(tasks.size() / 2));
     ok &= out.write(DecodeEntry::tasksAnswer, QStringLiteral("rejected-nested.json"),
                     QByteArray(2000, '[') + QByteArray(2000, ']'));
     ok &= out.write(DecodeEntry::taskUpdateAnswer, QStringLiteral("stopped-priority-minus-1.json"),
-                    QJsonDocument(QJsonObject{{"success", true}, {"data", [&] {
+                    QJsonDocument(QJsonObject{{"success", true},
+                                              {"data",
+                                               [&] {
                                                    QJsonObject edited = task;
                                                    edited.insert("priority", -1);
                                                    return edited;
@@ -232,7 +237,8 @@ int main(int argc, char *argv[])
                         .toJson(QJsonDocument::Compact));
     QJsonObject item = items.first().toObject();
     item.insert("itemStatusId", 5);
-    ok &= out.write(DecodeEntry::itemsAnswer, QStringLiteral("stopped-item-status-5.json"), answerWith(QJsonArray{item}));
+    ok &= out.write(DecodeEntry::itemsAnswer, QStringLiteral("stopped-item-status-5.json"),
+                    answerWith(QJsonArray{item}));
     item.insert("itemStatusId", 1);
     item.insert("isAudit", false);
     ok &= out.write(DecodeEntry::itemsAnswer, QStringLiteral("rejected-audit-flag-as-boolean.json"),

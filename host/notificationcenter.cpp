@@ -17,8 +17,7 @@ struct NotificationCenter::Registration
 
 NotificationCenter::NotificationCenter(QObject *parent)
     : QObject(parent)
-{
-}
+{ }
 
 NotificationCenter::~NotificationCenter()
 {
@@ -48,8 +47,9 @@ void NotificationCenter::addObserver(QObject *observer, const QString &name, Han
     if (observer == nullptr || !handler)
         return;
 
-    const bool known = std::any_of(m_registrations.cbegin(), m_registrations.cend(),
-                                   [observer](const auto &registration) { return registration->observerKey == observer; });
+    const bool known
+        = std::any_of(m_registrations.cbegin(), m_registrations.cend(),
+                      [observer](const auto &registration) { return registration->observerKey == observer; });
     if (!known) {
         connect(observer, &QObject::destroyed, this, [this, observer] { forget(observer); });
     }
@@ -67,8 +67,9 @@ void NotificationCenter::removeObserver(QObject *observer, const QString &name)
     removeWhere([observer, &name](const Registration &registration) {
         return registration.observerKey == observer && registration.name == name;
     });
-    const bool stillKnown = std::any_of(m_registrations.cbegin(), m_registrations.cend(),
-                                        [observer](const auto &registration) { return registration->observerKey == observer; });
+    const bool stillKnown
+        = std::any_of(m_registrations.cbegin(), m_registrations.cend(),
+                      [observer](const auto &registration) { return registration->observerKey == observer; });
     if (!stillKnown && observer != nullptr)
         disconnect(observer, &QObject::destroyed, this, nullptr);
 }

@@ -11,8 +11,7 @@ namespace ravelin {
 QtCameraFrameSource::QtCameraFrameSource(QObject *parent)
     : CameraFrameSource(parent)
     , m_device(backCamera())
-{
-}
+{ }
 
 QtCameraFrameSource::~QtCameraFrameSource()
 {

@@ -16,8 +16,7 @@ const QColor systemRed(255, 59, 48);
 
 RavelinEventVC::RavelinEventVC(QWidget *parent)
     : Screen(parent)
-{
-}
+{ }
 
 void RavelinEventVC::viewWillAppear()
 {
@@ -26,7 +25,8 @@ void RavelinEventVC::viewWillAppear()
     if (!center)
         return;
     center->addObserver(this, NotificationNames::taskEvent, [this](const QVariant &o) { receivedTaskEvent(o); });
-    center->addObserver(this, NotificationNames::emergencyUpdate, [this](const QVariant &o) { updateEmergencyEvent(o); });
+    center->addObserver(this, NotificationNames::emergencyUpdate,
+                        [this](const QVariant &o) { updateEmergencyEvent(o); });
 }
 
 void RavelinEventVC::viewWillDisappear()

@@ -32,8 +32,7 @@ namespace ravelin {
 
 RavelinNavVC::RavelinNavVC(Environment environment, QWidget *parent)
     : RavelinNavVC(std::move(environment), new DashboardVC, parent)
-{
-}
+{ }
 
 RavelinNavVC::RavelinNavVC(Environment environment, Screen *rootScreen, QWidget *parent)
     : QWidget(parent)
@@ -120,8 +119,10 @@ void RavelinNavVC::fetchSettings()
         },
         [](const Result<Settings> &result) {
             if (!result.isSuccess()) {
-                debugLog(lcHost, QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ")
-                         + result.error().localizedDescription());
+                debugLog(
+                    lcHost,
+                    QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ")
+                        + result.error().localizedDescription());
                 return;
             }
             Settings::setCurrent(result.value());
@@ -303,7 +304,7 @@ void RavelinNavVC::dismissPresented(const std::function<void()> &completion)
         m_bar->show();
         m_stackView->show();
         const bool focusWasOnSheet = !QApplication::focusWidget() || screen == QApplication::focusWidget()
-                                     || screen->isAncestorOf(QApplication::focusWidget());
+            || screen->isAncestorOf(QApplication::focusWidget());
         screen->hide();
         m_presented = nullptr;
         if (focusWasOnSheet) {

@@ -51,7 +51,10 @@ struct NetworkData
 //
 // It shows a navigation bar over a stack of screens whose root is the
 // dashboard, and presents screens over the stack.
-class RavelinNavVC : public QWidget, public DashboardVCDelegate, public NetworkManagerDelegate
+class RavelinNavVC
+    : public QWidget
+    , public DashboardVCDelegate
+    , public NetworkManagerDelegate
 {
     Q_OBJECT
 

@@ -10,8 +10,7 @@ namespace ravelin {
 
 Screen::Screen(QWidget *parent)
     : QWidget(parent)
-{
-}
+{ }
 
 void Screen::loadViewIfNeeded()
 {
@@ -76,7 +75,8 @@ void Screen::performSegue(const QString &identifier, const std::any &sender)
 
 Screen *Screen::presentedScreen() const
 {
-    return m_navigationHost && m_navigationHost->presentedScreen() != this ? m_navigationHost->presentedScreen() : nullptr;
+    return m_navigationHost && m_navigationHost->presentedScreen() != this ? m_navigationHost->presentedScreen()
+                                                                           : nullptr;
 }
 
 void Screen::dismiss(const std::function<void()> &completion)
@@ -102,8 +102,7 @@ Screen *Screen::makeDestination(const QString &)
 }
 
 void Screen::prepare(const QString &, Screen *, const std::any &)
-{
-}
+{ }
 
 bool Screen::presentsModally(const QString &) const
 {

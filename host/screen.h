@@ -54,11 +54,11 @@ public:
     void dismiss(const std::function<void()> &completion = {});
 
     // Life cycle, called by the navigation host.
-    virtual void viewDidLoad() {}
-    virtual void viewWillAppear() {}
-    virtual void viewDidAppear() {}
-    virtual void viewWillDisappear() {}
-    virtual void viewDidDisappear() {}
+    virtual void viewDidLoad() { }
+    virtual void viewWillAppear() { }
+    virtual void viewDidAppear() { }
+    virtual void viewWillDisappear() { }
+    virtual void viewDidDisappear() { }
 
 signals:
     void navigationItemChanged();

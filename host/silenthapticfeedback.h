@@ -8,7 +8,7 @@ namespace ravelin {
 class SilentHapticFeedback : public HapticFeedback
 {
 public:
-    void vibrate() override {}
+    void vibrate() override { }
 };
 
 } // namespace ravelin

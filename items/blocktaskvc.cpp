@@ -52,7 +52,8 @@ BlockTaskVC::BlockTaskVC(QWidget *parent)
     noteField()->setObjectName(ItemsTexts::markAsBlockedText);
     noteField()->setAccessibleName(QStringLiteral("Reason"));
     requiredLabel()->setText(ItemsTexts::mandatoryField);
-    m_blockButton = makeActionButton(screenTitle, ItemsTexts::markAsBlockedBtn, named(ColorNames::customRed, Qt::red), true);
+    m_blockButton
+        = makeActionButton(screenTitle, ItemsTexts::markAsBlockedBtn, named(ColorNames::customRed, Qt::red), true);
     connect(m_blockButton, &QPushButton::clicked, this, &BlockTaskVC::block);
 }
 
@@ -111,7 +112,8 @@ void BlockTaskVC::block()
         if (outcome == BlockTaskVM::Outcome::failed) {
             self->m_sending = false;
             self->m_blockButton->setEnabled(true);
-            AlertPresenter::presentTransient(self, ItemsTexts::blockFailureTitle, QString(), AlertPresenter::shortDelay);
+            AlertPresenter::presentTransient(self, ItemsTexts::blockFailureTitle, QString(),
+                                             AlertPresenter::shortDelay);
             return;
         }
         const GuardedDelegate<BlockTaskVCDelegate> delegate = self->m_delegate;

@@ -13,8 +13,7 @@ BlockTaskVM::BlockTaskVM(TaskPtr task, NetworkManager *networkManager, QString p
     , m_networkManager(networkManager)
     , m_placeholderNote(std::move(placeholderNote))
     , m_users(std::move(users))
-{
-}
+{ }
 
 QString BlockTaskVM::itemLine() const
 {
@@ -49,10 +48,9 @@ void BlockTaskVM::block(const std::optional<QString> &reason, const std::optiona
         completion(Outcome::blockedWithoutComment);
         return;
     }
-    m_networkManager->postComment(m_task->id, m_users.currentUser.id, reason.value_or(QString()), picture, true, this,
-                                  [completion = std::move(completion)](bool posted) {
-                                      completion(posted ? Outcome::blocked : Outcome::failed);
-                                  });
+    m_networkManager->postComment(
+        m_task->id, m_users.currentUser.id, reason.value_or(QString()), picture, true, this,
+        [completion = std::move(completion)](bool posted) { completion(posted ? Outcome::blocked : Outcome::failed); });
 }
 
 } // namespace ravelin

@@ -44,7 +44,8 @@ ItemActionVC::ItemActionVC(QWidget *parent)
 
     auto *titleRow = new QHBoxLayout;
     titleRow->setSpacing(10);
-    m_titleLabel = makeLabel(body, 20, QFont::DemiBold, named(ColorNames::labelText, Qt::black), QStringLiteral("titleLabel"));
+    m_titleLabel
+        = makeLabel(body, 20, QFont::DemiBold, named(ColorNames::labelText, Qt::black), QStringLiteral("titleLabel"));
     titleRow->addWidget(m_titleLabel, 1);
     m_checkpointImage = new QLabel(body);
     m_checkpointImage->setObjectName(QStringLiteral("checkpointImageView"));

@@ -18,8 +18,7 @@ ItemActionVM::ItemActionVM(QList<ItemPtr> items, TaskPtr task, NetworkManager *n
     , m_networkManager(networkManager)
     , m_placeholderNote(std::move(placeholderNote))
     , m_users(std::move(users))
-{
-}
+{ }
 
 bool ItemActionVM::showsQRIndicator() const
 {
@@ -56,8 +55,7 @@ class ItemActionVM::PendingUpdate
 public:
     explicit PendingUpdate(std::function<void(bool)> completion)
         : m_completion(std::move(completion))
-    {
-    }
+    { }
 
     // Ends the update when the manager is destroyed before it answers.
     void watch(ItemActionVM *vm, NetworkManager *manager, const std::shared_ptr<PendingUpdate> &self)
@@ -73,7 +71,8 @@ public:
         const auto completion = std::exchange(m_completion, nullptr);
         if (!success) {
             // The item update keeps the task-list wording of its failure line.
-            debugLog(lcItems, QStringLiteral("We got a failure trying to get the tasks. The error we got was: ") + m_failure);
+            debugLog(lcItems,
+                     QStringLiteral("We got a failure trying to get the tasks. The error we got was: ") + m_failure);
         }
         completion(success);
     }
@@ -102,10 +101,9 @@ void ItemActionVM::update(ItemStatus status, const std::optional<QString> &note,
         return;
     }
     const QString fileName = m_networkManager->makePhotoFileName(m_users.currentUser.id);
-    m_networkManager->uploadImage(*picture, fileName, this,
-                                  [this, status, note, pending](bool, const std::optional<QString> &path) {
-                                      send(status, note, path, pending);
-                                  });
+    m_networkManager->uploadImage(
+        *picture, fileName, this,
+        [this, status, note, pending](bool, const std::optional<QString> &path) { send(status, note, path, pending); });
 }
 
 void ItemActionVM::send(ItemStatus status, const std::optional<QString> &note, const std::optional<QString> &mediaPath,

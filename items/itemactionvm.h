@@ -2,8 +2,8 @@
 
 #include "api/usersdata.h"
 #include "items/item.h"
-#include "items/itemsupdatepayload.h"
 #include "items/itemstatus.h"
+#include "items/itemsupdatepayload.h"
 #include "tasks/task.h"
 
 #include <QImage>

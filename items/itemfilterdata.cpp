@@ -8,8 +8,9 @@ ItemFilterData ItemFilterData::decode(const json::Value &value)
     const QString text = o.string("status");
     const auto status = ItemStatuses::fromRawValue(text);
     if (!status)
-        throw json::DecodingError(json::DecodingError::Kind::dataCorrupted,
-                                  QStringLiteral("Cannot initialize ItemStatus from invalid String value %1").arg(text));
+        throw json::DecodingError(
+            json::DecodingError::Kind::dataCorrupted,
+            QStringLiteral("Cannot initialize ItemStatus from invalid String value %1").arg(text));
     ItemFilterData d;
     d.status = *status;
     return d;

@@ -6,8 +6,7 @@ namespace ravelin {
 
 ItemListModel::ItemListModel(QObject *parent)
     : QAbstractListModel(parent)
-{
-}
+{ }
 
 void ItemListModel::setTask(const TaskPtr &task)
 {
@@ -34,26 +33,16 @@ QVariant ItemListModel::data(const QModelIndex &index, int role) const
     const ItemPtr &item = m_rows.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::AccessibleTextRole:
-        return item->name;
-    case ItemRole:
-        return QVariant::fromValue(item);
-    case IdentifierRole:
-        return ItemsTexts::itemIdentifier(*item);
-    case Qt::AccessibleDescriptionRole:
-        return ItemsTexts::rowDescription(*item);
-    case DetailsRole:
-        return item->details;
-    case StatusRole:
-        return ItemStatuses::rawValue(item->status);
-    case StatusImageRole:
-        return ItemsTexts::statusImageName(item->status);
-    case HasQRCodeRole:
-        return item->qrCode.has_value();
-    case HasSwipeActionsRole:
-        return !ItemsTexts::swipeActions(*item).isEmpty();
-    default:
-        return {};
+    case Qt::AccessibleTextRole: return item->name;
+    case ItemRole: return QVariant::fromValue(item);
+    case IdentifierRole: return ItemsTexts::itemIdentifier(*item);
+    case Qt::AccessibleDescriptionRole: return ItemsTexts::rowDescription(*item);
+    case DetailsRole: return item->details;
+    case StatusRole: return ItemStatuses::rawValue(item->status);
+    case StatusImageRole: return ItemsTexts::statusImageName(item->status);
+    case HasQRCodeRole: return item->qrCode.has_value();
+    case HasSwipeActionsRole: return !ItemsTexts::swipeActions(*item).isEmpty();
+    default: return {};
     }
 }
 

@@ -96,7 +96,8 @@ ItemsAlert updateResult(const QStringList &names, bool success)
 {
     const QString noun = names.size() == 1 ? QStringLiteral("Item") : QStringLiteral("Items");
     ItemsAlert alert;
-    alert.title = noun + (success ? QStringLiteral(" Status Successfully Updated!") : QStringLiteral(" Status Update Failed!"));
+    alert.title
+        = noun + (success ? QStringLiteral(" Status Successfully Updated!") : QStringLiteral(" Status Update Failed!"));
     alert.attributedMessage.append(QStringLiteral("\n ") + noun + QStringLiteral(":\n\n"), systemFont(12, QFont::Thin));
     alert.attributedMessage.append(names.join(QLatin1Char('\n')), systemFont(12, QFont::Normal));
     return alert;

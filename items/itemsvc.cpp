@@ -90,11 +90,11 @@ QPushButton *makeTextButton(const QString &title, const QString &name, QWidget *
     button->setCursor(Qt::PointingHandCursor);
     button->setFlat(true);
     const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
-    button->setStyleSheet(QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
-                                         " %3 font-weight: 600; padding: 2px 4px; } QPushButton:pressed { color: %2; }"
-                                         "QPushButton:focus { border-color: %4; }")
-                              .arg(accent.name(), accent.lighter(150).name(), TextScale::styleSize(15),
-                                   FocusRing::color().name()));
+    button->setStyleSheet(
+        QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
+                       " %3 font-weight: 600; padding: 2px 4px; } QPushButton:pressed { color: %2; }"
+                       "QPushButton:focus { border-color: %4; }")
+            .arg(accent.name(), accent.lighter(150).name(), TextScale::styleSize(15), FocusRing::color().name()));
     return button;
 }
 
@@ -295,7 +295,8 @@ void ItemsVC::buildViews()
     const QColor barText = named(ColorNames::navigationBarText, Qt::white);
     m_commentsAction = new QAction(NamedImages::icon(ImageNames::comments, barText), ItemsTexts::commentsTitle, this);
     m_commentsAction->setObjectName(QStringLiteral("commentsButton"));
-    m_checkpointAction = new QAction(NamedImages::icon(ImageNames::qrScan, barText), QStringLiteral("Scan Checkpoint"), this);
+    m_checkpointAction
+        = new QAction(NamedImages::icon(ImageNames::qrScan, barText), QStringLiteral("Scan Checkpoint"), this);
     m_checkpointAction->setObjectName(QStringLiteral("checkpointBtnPressed"));
     setRightBarActions({m_commentsAction, m_checkpointAction});
 
@@ -372,8 +373,8 @@ void ItemsVC::refreshHeader()
     m_statusBreakdown->setVisible(task->itemList.filterData.status == ItemStatus::all);
 
     const qsizetype open = counts.total - counts.accepted - counts.rejected;
-    const TaskProgress progress = TaskProgress::fromCounts(
-        QList<ItemsCount>{{1, counts.accepted}, {2, counts.rejected}, {3, open}});
+    const TaskProgress progress
+        = TaskProgress::fromCounts(QList<ItemsCount>{{1, counts.accepted}, {2, counts.rejected}, {3, open}});
     const ChartData chart = DashboardTexts::itemsChart(progress);
     m_progressView->updateChartForItemsProgress(chart.names, chart.values, chart.colors, int(progress.total), true);
 }
@@ -491,10 +492,11 @@ void ItemsVC::didUpdateItemStatus(bool success)
     Alert alert;
     alert.title = result.title;
     alert.attributedMessage = result.attributedMessage;
-    AlertPresenter::presentTransient(this, std::move(alert), AlertPresenter::longDelay, [self = QPointer<ItemsVC>(this)] {
-        if (self)
-            self->pullToRefresh();
-    });
+    AlertPresenter::presentTransient(this, std::move(alert), AlertPresenter::longDelay,
+                                     [self = QPointer<ItemsVC>(this)] {
+                                         if (self)
+                                             self->pullToRefresh();
+                                     });
 }
 
 void ItemsVC::didBlockTask()

@@ -30,10 +30,11 @@ class SegmentedControl;
 // its comments, scanning a checkpoint). Items are acted on one at a time (tap,
 // swipe, scan) or several at once (multiple-selection mode). Status changes of
 // the task itself go to the delegate, which sends them.
-class ItemsVC : public RavelinEventVC,
-                public ItemActionVCDelegate,
-                public BlockTaskVCDelegate,
-                public QRScannerDelegate
+class ItemsVC
+    : public RavelinEventVC
+    , public ItemActionVCDelegate
+    , public BlockTaskVCDelegate
+    , public QRScannerDelegate
 {
     Q_OBJECT
 

@@ -12,8 +12,7 @@ ItemsVM::ItemsVM(TaskPtr task, NetworkManager *networkManager, UsersData users, 
     , m_task(std::move(task))
     , m_networkManager(networkManager)
     , m_users(std::move(users))
-{
-}
+{ }
 
 void ItemsVM::setSelectedActionItem(ItemPtr item)
 {
@@ -28,10 +27,12 @@ void ItemsVM::clearSelection()
 void ItemsVM::fetchItems(std::function<void(bool)> completion)
 {
     m_networkManager->request<ItemsResponse>(
-        Router::getItems(m_task->id), ApiQueue::shared(), this, [this, completion = std::move(completion)](const Result<ItemsResponse> &result) {
+        Router::getItems(m_task->id), ApiQueue::shared(), this,
+        [this, completion = std::move(completion)](const Result<ItemsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(lcItems, QStringLiteral("We got a failure trying to get the items. The error we got was: ")
-                         + result.error().localizedDescription());
+                debugLog(lcItems,
+                         QStringLiteral("We got a failure trying to get the items. The error we got was: ")
+                             + result.error().localizedDescription());
                 completion(false);
                 return;
             }
@@ -58,8 +59,9 @@ QrMatch ItemsVM::match(const std::optional<QString> &scanned)
         return QrMatch{std::nullopt, QStringLiteral("Invalid Code"), notFound};
 
     const QList<ItemPtr> &items = m_task->itemList.items;
-    const auto found = std::find_if(items.cbegin(), items.cend(),
-                                    [&scanned](const ItemPtr &item) { return item->qrCode && *item->qrCode == *scanned; });
+    const auto found = std::find_if(items.cbegin(), items.cend(), [&scanned](const ItemPtr &item) {
+        return item->qrCode && *item->qrCode == *scanned;
+    });
     if (found == items.cend())
         return QrMatch{std::nullopt, QStringLiteral("No Item Detected"), notFound};
 

@@ -28,9 +28,8 @@ ItemTableView::ItemTableView(QWidget *parent)
     m_swipeAnimation = new QVariantAnimation(this);
     m_swipeAnimation->setDuration(180);
     m_swipeAnimation->setEasingCurve(QEasingCurve::OutCubic);
-    connect(m_swipeAnimation, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) {
-        setSwipeOffset(m_painter->swipedIndex(), value.toReal());
-    });
+    connect(m_swipeAnimation, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &value) { setSwipeOffset(m_painter->swipedIndex(), value.toReal()); });
     connect(m_swipeAnimation, &QVariantAnimation::finished, this, [this] {
         if (m_painter->swipeOffset() <= 0)
             setSwipeOffset({}, 0);

@@ -47,7 +47,7 @@ QFont detailsFont(const QFont &base)
 int textWidth(int cardWidth, bool editing)
 {
     return cardWidth - leading - trailing - int(ItemTableViewCell::accessorySize.width() + 12.5) - accessoryGap
-           - (editing ? selectionColumn : 0);
+        - (editing ? selectionColumn : 0);
 }
 
 QPixmap image(const QString &name, int side, qreal ratio)
@@ -108,8 +108,9 @@ int ItemTableViewCell::rowHeight(const QString &title, const QString &details, c
     const QFontMetrics titleMetrics(titleFont(font));
     const QFontMetrics detailsMetrics(detailsFont(font));
     const int titleHeight = titleMetrics.boundingRect(QRect(0, 0, available, 10000), Qt::TextWordWrap, title).height();
-    const int detailsHeight =
-        details.isEmpty() ? 0 : detailsMetrics.boundingRect(QRect(0, 0, available, 10000), Qt::TextWordWrap, details).height();
+    const int detailsHeight = details.isEmpty()
+        ? 0
+        : detailsMetrics.boundingRect(QRect(0, 0, available, 10000), Qt::TextWordWrap, details).height();
     const int content = vertical + titleHeight + (details.isEmpty() ? 0 : lineGap + detailsHeight) + vertical;
     return std::max(TextScale::scaled(minHeight), content + 2 * cardInset);
 }
@@ -123,8 +124,9 @@ QSize ItemTableViewCell::sizeHint(const QStyleOptionViewItem &option, const QMod
 {
     // Measured at the width asked for, else at the list's own width.
     const int width = option.rect.width() > 0 ? option.rect.width() : option.widget ? option.widget->width() : 360;
-    return {width, rowHeight(index.data().toString(), index.data(ItemListModel::DetailsRole).toString(), option.font,
-                             width, m_editing)};
+    return {width,
+            rowHeight(index.data().toString(), index.data(ItemListModel::DetailsRole).toString(), option.font, width,
+                      m_editing)};
 }
 
 void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
@@ -145,7 +147,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
         painter->setFont(TextScale::font(option.font, 13, QFont::DemiBold));
         for (qsizetype i = 0; i < rects.size(); ++i) {
             const bool ok = statuses.at(i) == ItemStatus::ok;
-            painter->fillRect(rects.at(i), named(ok ? ColorNames::customGreen : ColorNames::customRed, ok ? Qt::green : Qt::red));
+            painter->fillRect(rects.at(i),
+                              named(ok ? ColorNames::customGreen : ColorNames::customRed, ok ? Qt::green : Qt::red));
             painter->setPen(Qt::white);
             painter->drawText(rects.at(i), Qt::AlignCenter, ItemStatuses::rawValue(statuses.at(i)));
         }
@@ -186,10 +189,11 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const QString title = index.data().toString();
     const QString details = index.data(ItemListModel::DetailsRole).toString();
     const int titleHeight = titleMetrics.boundingRect(QRect(0, 0, width, 10000), Qt::TextWordWrap, title).height();
-    const int detailsHeight = details.isEmpty() ? 0
-                                                : QFontMetrics(detailsFont(option.font))
-                                                      .boundingRect(QRect(0, 0, width, 10000), Qt::TextWordWrap, details)
-                                                      .height();
+    const int detailsHeight = details.isEmpty()
+        ? 0
+        : QFontMetrics(detailsFont(option.font))
+              .boundingRect(QRect(0, 0, width, 10000), Qt::TextWordWrap, details)
+              .height();
     const int block = titleHeight + (details.isEmpty() ? 0 : lineGap + detailsHeight);
     int top = card.top() + std::max(vertical, (card.height() - block) / 2);
     painter->setFont(titleFont(option.font));
@@ -199,7 +203,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
         top += titleHeight + lineGap;
         painter->setFont(detailsFont(option.font));
         painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
-        painter->drawText(QRect(left, top, width, detailsHeight), Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, details);
+        painter->drawText(QRect(left, top, width, detailsHeight), Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop,
+                          details);
     }
 
     // The accessory: the status image at its origin, the QR image beside it.
@@ -207,7 +212,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     painter->drawPixmap(QPointF(accessory.left(), accessory.top()),
                         image(index.data(ItemListModel::StatusImageRole).toString(), imageSide, ratio));
     if (index.data(ItemListModel::HasQRCodeRole).toBool())
-        painter->drawPixmap(QPointF(accessory.left() + imageSide, accessory.top()), image(ImageNames::qrCode, imageSide, ratio));
+        painter->drawPixmap(QPointF(accessory.left() + imageSide, accessory.top()),
+                            image(ImageNames::qrCode, imageSide, ratio));
 
     // Keyboard focus only: a tap does not ring the card.
     if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange)) {

@@ -104,7 +104,8 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     m_notesLabel->setBuddy(m_noteField);
     m_noteField->installEventFilter(this);
     bodyColumn->addWidget(m_noteField);
-    m_requiredLabel = makeLabel(body, 12, QFont::Normal, named(ColorNames::customRed, Qt::red), QStringLiteral("requiredLabel"));
+    m_requiredLabel
+        = makeLabel(body, 12, QFont::Normal, named(ColorNames::customRed, Qt::red), QStringLiteral("requiredLabel"));
     bodyColumn->addWidget(m_requiredLabel);
 
     // The picture: a button to add one, or the picture with a button to clear it.
@@ -115,12 +116,12 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     m_addFileButton->setCursor(Qt::PointingHandCursor);
     m_addFileButton->setIconSize(QSize(20, 20));
     m_addFileButton->setMinimumHeight(TextScale::scaled(44));
-    m_addFileButton->setStyleSheet(QStringLiteral("QPushButton { color: %1; background: %2; border: 1.5px dashed %1;"
-                                                  " border-radius: 12px; %3 font-weight: 600; }"
-                                                  "QPushButton:pressed { background: rgba(0,0,0,15); }"
-                                                  "QPushButton:focus { border: 3px solid %4; }")
-                                       .arg(accent.name(), card.name(), TextScale::styleSize(15),
-                                            FocusRing::color().name()));
+    m_addFileButton->setStyleSheet(
+        QStringLiteral("QPushButton { color: %1; background: %2; border: 1.5px dashed %1;"
+                       " border-radius: 12px; %3 font-weight: 600; }"
+                       "QPushButton:pressed { background: rgba(0,0,0,15); }"
+                       "QPushButton:focus { border: 3px solid %4; }")
+            .arg(accent.name(), card.name(), TextScale::styleSize(15), FocusRing::color().name()));
     connect(m_addFileButton, &QPushButton::clicked, this, &NoteSheet::addFile);
     bodyColumn->addWidget(m_addFileButton);
 
@@ -224,7 +225,8 @@ void NoteSheet::attach(const QImage &picture)
 {
     m_picture = picture;
     const qreal ratio = devicePixelRatioF();
-    QPixmap thumbnail = QPixmap::fromImage(picture.scaledToHeight(int(thumbnailHeight * ratio), Qt::SmoothTransformation));
+    QPixmap thumbnail
+        = QPixmap::fromImage(picture.scaledToHeight(int(thumbnailHeight * ratio), Qt::SmoothTransformation));
     thumbnail.setDevicePixelRatio(ratio);
     m_attachmentImage->setPixmap(thumbnail);
     m_attachmentImage->setFixedWidth(int(thumbnail.width() / ratio));

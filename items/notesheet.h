@@ -23,7 +23,9 @@ class TextViewWithPlaceholder;
 // label, the "required" hint) and a picture attachment (add, show, clear), and
 // a row of buttons at the bottom. The body is kept clear of the on-screen
 // keyboard, and a "Done" bar above the keyboard ends editing of the note.
-class NoteSheet : public Screen, public KeyboardObserving
+class NoteSheet
+    : public Screen
+    , public KeyboardObserving
 {
     Q_OBJECT
 

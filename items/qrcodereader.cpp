@@ -29,7 +29,8 @@ QList<QrDetection> QrCodeReader::read(const QImage &picture)
     case QImage::Format_RGB888: format = ZXing::ImageFormat::RGB; break;
     default: source = picture.convertToFormat(QImage::Format_Grayscale8); break;
     }
-    const ZXing::ImageView view(source.constBits(), source.width(), source.height(), format, int(source.bytesPerLine()));
+    const ZXing::ImageView view(source.constBits(), source.width(), source.height(), format,
+                                int(source.bytesPerLine()));
     ZXing::DecodeHints hints;
     hints.setFormats(ZXing::BarcodeFormat::QRCode);
     hints.setTryHarder(true);

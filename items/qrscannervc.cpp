@@ -60,7 +60,8 @@ void QRScannerVC::buildViews()
     // The outline: a green border of 2 and no fill, in front of the picture.
     m_qrCodeFrameView = new QFrame(this);
     m_qrCodeFrameView->setObjectName(QStringLiteral("qrCodeFrameView"));
-    m_qrCodeFrameView->setStyleSheet(QStringLiteral("QFrame#qrCodeFrameView { border: 2px solid #00FF00; background: transparent; }"));
+    m_qrCodeFrameView->setStyleSheet(
+        QStringLiteral("QFrame#qrCodeFrameView { border: 2px solid #00FF00; background: transparent; }"));
     m_qrCodeFrameView->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_qrCodeFrameView->setGeometry(QRect());
     m_qrCodeFrameView->hide();
@@ -84,9 +85,10 @@ void QRScannerVC::buildViews()
     m_photoButton = new QPushButton(ItemsTexts::scanFromPhoto, m_instructionsView);
     m_photoButton->setObjectName(QStringLiteral("scanFromPhotoButton"));
     m_photoButton->setCursor(Qt::PointingHandCursor);
-    m_photoButton->setStyleSheet(QStringLiteral("QPushButton { color: white; background: transparent; border: 1px solid white;"
-                                                " border-radius: 6px; padding: 8px 16px; }"
-                                                " QPushButton:pressed { background: rgba(255, 255, 255, 60); }"));
+    m_photoButton->setStyleSheet(
+        QStringLiteral("QPushButton { color: white; background: transparent; border: 1px solid white;"
+                       " border-radius: 6px; padding: 8px 16px; }"
+                       " QPushButton:pressed { background: rgba(255, 255, 255, 60); }"));
     panel->addWidget(m_messageLabel);
     panel->addWidget(m_photoButton, 0, Qt::AlignHCenter);
     connect(m_photoButton, &QPushButton::clicked, this, &QRScannerVC::scanFromPhoto);
@@ -96,7 +98,8 @@ void QRScannerVC::buildViews()
     connect(m_decoder, &QrFrameDecoder::decoded, this, &QRScannerVC::metadataOutput);
     m_photoDecoder = new QrFrameDecoder(this);
     m_photoDecoder->setObjectName(QStringLiteral("photoDecoder"));
-    connect(m_photoDecoder, &QrFrameDecoder::decoded, this, [this](const QList<QrDetection> &codes) { photoRead(codes); });
+    connect(m_photoDecoder, &QrFrameDecoder::decoded, this,
+            [this](const QList<QrDetection> &codes) { photoRead(codes); });
     layoutPanels();
 }
 
@@ -145,7 +148,8 @@ bool QRScannerVC::configure()
         debugLog(lcItems, ItemsTexts::noCameraDevice);
         return false;
     }
-    connect(m_frameSource.get(), &CameraFrameSource::frameArrived, this, &QRScannerVC::frameArrived, Qt::UniqueConnection);
+    connect(m_frameSource.get(), &CameraFrameSource::frameArrived, this, &QRScannerVC::frameArrived,
+            Qt::UniqueConnection);
     m_preview->show();
     m_preview->lower();
     m_qrCodeFrameView->show();
@@ -276,8 +280,8 @@ void QRScannerVC::layoutPanels()
         return;
     m_preview->setGeometry(rect());
     QLayout *panel = m_instructionsView->layout();
-    const int panelHeight = panel->hasHeightForWidth() ? panel->totalHeightForWidth(width())
-                                                       : panel->totalSizeHint().height();
+    const int panelHeight
+        = panel->hasHeightForWidth() ? panel->totalHeightForWidth(width()) : panel->totalSizeHint().height();
     m_instructionsView->setGeometry(0, height() - panelHeight, width(), panelHeight);
 }
 

@@ -64,8 +64,7 @@ public:
     NamedIconEngine(QString name, std::optional<QColor> color)
         : m_name(std::move(name))
         , m_color(color)
-    {
-    }
+    { }
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
@@ -92,7 +91,8 @@ public:
 private:
     QPixmap rendered(const QSize &size, QIcon::Mode mode, QIcon::State, qreal scale) const
     {
-        QImage image = m_color ? NamedImages::image(m_name, size, *m_color, scale) : NamedImages::image(m_name, size, scale);
+        QImage image
+            = m_color ? NamedImages::image(m_name, size, *m_color, scale) : NamedImages::image(m_name, size, scale);
         if (image.isNull())
             return {};
         if (mode == QIcon::Disabled) {

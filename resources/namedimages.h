@@ -47,10 +47,12 @@ public:
     // Rendered at size (the default size when invalid) times the pixel ratio.
     [[nodiscard]] static QImage image(const QString &name, QSize size = {}, qreal devicePixelRatio = 1.0);
     // The same, with the image's opaque shape filled with the colour.
-    [[nodiscard]] static QImage image(const QString &name, QSize size, const QColor &color, qreal devicePixelRatio = 1.0);
+    [[nodiscard]] static QImage image(const QString &name, QSize size, const QColor &color,
+                                      qreal devicePixelRatio = 1.0);
 
     [[nodiscard]] static QPixmap pixmap(const QString &name, QSize size, qreal devicePixelRatio = 1.0);
-    [[nodiscard]] static QPixmap pixmap(const QString &name, QSize size, const QColor &color, qreal devicePixelRatio = 1.0);
+    [[nodiscard]] static QPixmap pixmap(const QString &name, QSize size, const QColor &color,
+                                        qreal devicePixelRatio = 1.0);
 
     // An icon that renders sharply at every size; with a colour it is drawn as a
     // template image in that colour (disabled icons fade).

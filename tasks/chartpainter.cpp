@@ -231,12 +231,9 @@ QString Chart::textAlternative() const
     }
     QString done = QCoreApplication::translate("Chart", "%1% done").arg(percentage);
     switch (kind) {
-    case Kind::empty:
-        break;
-    case Kind::taskStatus:
-        return counts.join(QStringLiteral(", "));
-    case Kind::taskProgress:
-        return done;
+    case Kind::empty: break;
+    case Kind::taskStatus: return counts.join(QStringLiteral(", "));
+    case Kind::taskProgress: return done;
     case Kind::itemsProgress:
         return counts.isEmpty() ? done : done + QStringLiteral(". ") + counts.join(QStringLiteral(", "));
     }
@@ -314,18 +311,10 @@ void paint(QPainter &painter, const QRectF &bounds, const Chart &chart)
     painter.setFont(font());
     const qreal side = outer.width();
     switch (chart.kind) {
-    case Chart::Kind::empty:
-        paintTrack(painter, outer, side * 0.14);
-        break;
-    case Chart::Kind::taskStatus:
-        paintSlices(painter, outer, side * 0.2, chart);
-        break;
-    case Chart::Kind::taskProgress:
-        paintProgress(painter, outer, side * 0.12, chart.percentage);
-        break;
-    case Chart::Kind::itemsProgress:
-        paintSlices(painter, outer, side * (chart.labelSlices ? 0.2 : 0.16), chart);
-        break;
+    case Chart::Kind::empty: paintTrack(painter, outer, side * 0.14); break;
+    case Chart::Kind::taskStatus: paintSlices(painter, outer, side * 0.2, chart); break;
+    case Chart::Kind::taskProgress: paintProgress(painter, outer, side * 0.12, chart.percentage); break;
+    case Chart::Kind::itemsProgress: paintSlices(painter, outer, side * (chart.labelSlices ? 0.2 : 0.16), chart); break;
     }
     paintCenter(painter, outer, chart.centerText);
     if (hasRoomForLegend(bounds, chart)) {

@@ -91,11 +91,11 @@ std::optional<StatusPrompt> statusPrompt(const Task &task)
                             *next};
     case TaskStatus::blocked:
         return StatusPrompt{QStringLiteral("Unblock task ") + quoted,
-                            QStringLiteral("The task is currently blocked. Do you want to start working on it?"), *next};
+                            QStringLiteral("The task is currently blocked. Do you want to start working on it?"),
+                            *next};
     case TaskStatus::unassigned:
     case TaskStatus::in_progress:
-    case TaskStatus::complete:
-        break;
+    case TaskStatus::complete: break;
     }
     return std::nullopt;
 }
@@ -107,8 +107,9 @@ bool showsAcknowledgeButton(const Task &task)
 
 QString cardDescription(const Task &task)
 {
-    QStringList parts{TaskStatuses::rawValue(task.currentStatus),
-                      QCoreApplication::translate("DashboardTexts", "%1 priority").arg(TaskPriorities::rawValue(task.priority))};
+    QStringList parts{
+        TaskStatuses::rawValue(task.currentStatus),
+        QCoreApplication::translate("DashboardTexts", "%1 priority").arg(TaskPriorities::rawValue(task.priority))};
     if (!task.taskCategory.name.isEmpty())
         parts.append(task.taskCategory.name);
     parts.append(QCoreApplication::translate("DashboardTexts", "%1% done").arg(task.progress.total));
@@ -136,11 +137,11 @@ ChartData overallChart(const QList<int> &statusCounts)
 
 ChartData itemsChart(const TaskProgress &progress)
 {
-    return ChartData{{ItemStatuses::rawValue(ItemStatus::ok), ItemStatuses::rawValue(ItemStatus::nok),
-                      ItemStatuses::rawValue(ItemStatus::open)},
-                     {clampedCount(progress.ok), clampedCount(progress.nok), clampedCount(progress.open)},
-                     {namedColor(ColorNames::customGreen), namedColor(ColorNames::customRed),
-                      namedColor(ColorNames::customGray)}};
+    return ChartData{
+        {ItemStatuses::rawValue(ItemStatus::ok), ItemStatuses::rawValue(ItemStatus::nok),
+         ItemStatuses::rawValue(ItemStatus::open)},
+        {clampedCount(progress.ok), clampedCount(progress.nok), clampedCount(progress.open)},
+        {namedColor(ColorNames::customGreen), namedColor(ColorNames::customRed), namedColor(ColorNames::customGray)}};
 }
 
 } // namespace ravelin::DashboardTexts

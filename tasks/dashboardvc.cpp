@@ -22,8 +22,8 @@
 
 #include <QAction>
 #include <QLabel>
-#include <QVariantAnimation>
 #include <QVBoxLayout>
+#include <QVariantAnimation>
 
 namespace ravelin {
 
@@ -123,8 +123,8 @@ void DashboardVC::buildViews()
     m_emptyLabel->setMargin(24);
     m_emptyLabel->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
     m_emptyLabel->setFont(TextScale::font(m_emptyLabel->font(), 15));
-    m_emptyLabel->setStyleSheet(QStringLiteral("color: %1;").arg(
-        NamedColors::color(ColorNames::secondaryLabelText, QColor(Qt::gray)).name()));
+    m_emptyLabel->setStyleSheet(
+        QStringLiteral("color: %1;").arg(NamedColors::color(ColorNames::secondaryLabelText, QColor(Qt::gray)).name()));
     m_emptyLabel->hide();
     table->addWidget(m_emptyLabel, 1);
     table->addStretch(0);
@@ -144,8 +144,7 @@ void DashboardVC::buildViews()
     connect(m_refreshAction, &QAction::triggered, this, &DashboardVC::pullToRefresh);
     m_filterAction = new QAction(NamedImages::icon(ImageNames::filter, barText), QStringLiteral("Filter"), this);
     m_filterAction->setObjectName(QStringLiteral("filterButton"));
-    connect(m_filterAction, &QAction::triggered, this,
-            [this] { performSegue(DashboardTexts::showFilterView); });
+    connect(m_filterAction, &QAction::triggered, this, [this] { performSegue(DashboardTexts::showFilterView); });
     setTitle(QStringLiteral("Dashboard"));
     setLeftBarActions({m_refreshAction});
     setRightBarActions({m_filterAction});

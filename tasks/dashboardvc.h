@@ -2,8 +2,8 @@
 
 #include "filter/filtervcdelegate.h"
 // The screen base's inline accessors need the complete navigation host.
-#include "host/ravelinnavvc.h"
 #include "host/ravelineventvc.h"
+#include "host/ravelinnavvc.h"
 #include "items/itemsvcdelegate.h"
 #include "tasks/task.h"
 #include "tasks/taskcollectionviewcelldelegate.h"
@@ -32,10 +32,11 @@ class TaskTableViewCell;
 // The first screen: the overall chart of task statuses over one section per
 // status, each a horizontal strip of task cards. From here the worker refreshes,
 // opens the filter, acknowledges, starts or unblocks a task, or opens its items.
-class DashboardVC : public RavelinEventVC,
-                    public TaskCollectionViewCellDelegate,
-                    public ItemsVCDelegate,
-                    public FilterVCDelegate
+class DashboardVC
+    : public RavelinEventVC
+    , public TaskCollectionViewCellDelegate
+    , public ItemsVCDelegate
+    , public FilterVCDelegate
 {
     Q_OBJECT
 

@@ -33,15 +33,18 @@ DashboardVM::DashboardVM(NetworkManager *networkManager, UsersData users, const 
     , m_taskList(m_filterData)
     , m_networkManager(networkManager)
     , m_users(std::move(users))
-{
-}
+{ }
 
 TasksQueryParams DashboardVM::queryParams() const
 {
     const TaskFilterConfiguration filter = m_filterData->filteringConfig;
     const SortConfiguration sort = m_filterData->sortingConfig;
-    return TasksQueryParams{millisecondsOf(filter.dateStart), millisecondsOf(filter.dateEnd), filter.selectedPriority,
-                            filter.selectedCategory,          sort.sortKey,                 sort.sortOrder};
+    return TasksQueryParams{millisecondsOf(filter.dateStart),
+                            millisecondsOf(filter.dateEnd),
+                            filter.selectedPriority,
+                            filter.selectedCategory,
+                            sort.sortKey,
+                            sort.sortOrder};
 }
 
 void DashboardVM::fetchTasks(FetchCompletion completion)
@@ -75,10 +78,12 @@ void DashboardVM::fetchTasks(FetchCompletion completion)
 void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> completion)
 {
     m_networkManager->request<ItemsResponse>(
-        Router::getItems(task->id), ApiQueue::shared(), this, [task, completion = std::move(completion)](const Result<ItemsResponse> &result) {
+        Router::getItems(task->id), ApiQueue::shared(), this,
+        [task, completion = std::move(completion)](const Result<ItemsResponse> &result) {
             if (!result.isSuccess()) {
-                debugLog(lcTasks, QStringLiteral("We got a failure trying to get the items. The error we got was: ")
-                         + result.error().localizedDescription());
+                debugLog(lcTasks,
+                         QStringLiteral("We got a failure trying to get the items. The error we got was: ")
+                             + result.error().localizedDescription());
                 completion(false);
                 return;
             }
@@ -92,24 +97,25 @@ void DashboardVM::updateTaskStatus(const TaskPtr &task, qint64 statusId,
                                    std::function<void(std::optional<TaskStatus>)> completion)
 {
     const Router route = Router::updateTaskStatus(task->id, statusId, m_users.currentUser.id);
-    m_networkManager->request<TasksUpdateResponse>(route, ApiQueue::shared(), this,
-                                                   [this, completion = std::move(completion)](const Result<TasksUpdateResponse> &result) {
-                                                       if (!result.isSuccess()) {
-                                                           // The task-list wording is used for this operation too.
-                                                           debugLog(lcTasks, tasksFailure + result.error().localizedDescription());
-                                                           completion(std::nullopt);
-                                                           return;
-                                                       }
-                                                       const TaskPtr &changed = result.value().task;
-                                                       if (m_taskList.updateTask(*changed))
-                                                           invalidateSections();
-                                                       emit tasksChanged();
-                                                       completion(changed->currentStatus);
-                                                   });
+    m_networkManager->request<TasksUpdateResponse>(
+        route, ApiQueue::shared(), this,
+        [this, completion = std::move(completion)](const Result<TasksUpdateResponse> &result) {
+            if (!result.isSuccess()) {
+                // The task-list wording is used for this operation too.
+                debugLog(lcTasks, tasksFailure + result.error().localizedDescription());
+                completion(std::nullopt);
+                return;
+            }
+            const TaskPtr &changed = result.value().task;
+            if (m_taskList.updateTask(*changed))
+                invalidateSections();
+            emit tasksChanged();
+            completion(changed->currentStatus);
+        });
 }
 
 ArrangedTasks DashboardVM::arrange(QList<TaskPtr> tasks, const SortConfiguration &sort,
-                                  const QList<TaskStatus> &statuses)
+                                   const QList<TaskStatus> &statuses)
 {
     const QList<TaskStatus> &all = TaskStatuses::allCases();
     // Where each task goes is decided from the statuses of the list as it was
@@ -184,13 +190,10 @@ std::optional<qint64> DashboardVM::nextStatusId(TaskStatus current)
         const QList<TaskStatus> &all = TaskStatuses::allCases();
         return (all.indexOf(current) + 1) % all.size() + 1;
     }
-    case TaskStatus::blocked:
-        return TaskStatuses::serverId(TaskStatus::in_progress);
-    case TaskStatus::in_progress:
-        return TaskStatuses::serverId(TaskStatus::complete);
+    case TaskStatus::blocked: return TaskStatuses::serverId(TaskStatus::in_progress);
+    case TaskStatus::in_progress: return TaskStatuses::serverId(TaskStatus::complete);
     case TaskStatus::unassigned:
-    case TaskStatus::complete:
-        break;
+    case TaskStatus::complete: break;
     }
     return std::nullopt;
 }

@@ -58,7 +58,8 @@ public:
     using FetchCompletion = std::function<void(bool success, std::optional<ManagerErrors> error)>;
     void fetchTasks(FetchCompletion completion);
     void fetchItems(const TaskPtr &task, std::function<void(bool success)> completion);
-    void updateTaskStatus(const TaskPtr &task, qint64 statusId, std::function<void(std::optional<TaskStatus>)> completion);
+    void updateTaskStatus(const TaskPtr &task, qint64 statusId,
+                          std::function<void(std::optional<TaskStatus>)> completion);
 
     // The tasks sorted by the chosen key and order and grouped by status, in
     // status order; with the fetched tasks, they are made on the api queue as the

@@ -28,8 +28,8 @@ float toFloat(const json::Value &value)
 // the first category of all (normally "All").
 TaskCategoryDefinition lookUpCategory(qint64 id, const json::Options &options)
 {
-    const QList<TaskCategoryDefinition> &categories =
-        options.taskCategories ? *options.taskCategories : Settings::current().taskCategory;
+    const QList<TaskCategoryDefinition> &categories
+        = options.taskCategories ? *options.taskCategories : Settings::current().taskCategory;
     if (categories.isEmpty())
         fatalError(QStringLiteral("There are no task categories to look category %1 up in").arg(id), "Task");
     for (const TaskCategoryDefinition &c : categories) {
@@ -46,15 +46,32 @@ namespace {
 // The members of a task, in the order the server writes them.
 namespace TaskKey {
 enum Key : std::size_t {
-    id, name, description, latitude, longitude, ownerId, ownerAssetName, assignedUserId, updaterUserId,
-    dateScheduled, dateCreated, dateUpdated, taskStatusId, taskCategoryId, priority, itemsCount, updated, keyCount
+    id,
+    name,
+    description,
+    latitude,
+    longitude,
+    ownerId,
+    ownerAssetName,
+    assignedUserId,
+    updaterUserId,
+    dateScheduled,
+    dateCreated,
+    dateUpdated,
+    taskStatusId,
+    taskCategoryId,
+    priority,
+    itemsCount,
+    updated,
+    keyCount
 };
 } // namespace TaskKey
 
 constexpr std::array<std::string_view, TaskKey::keyCount> keys{
-    "id",           "name",         "description",   "latitude",     "longitude",      "ownerId",
-    "ownerAssetName", "assignedUserId", "updaterUserId", "dateScheduled", "dateCreated",  "dateUpdated",
-    "taskStatusId", "taskCategoryId", "priority",    "itemsCount",   "updated",
+    "id",          "name",           "description",    "latitude",       "longitude",
+    "ownerId",     "ownerAssetName", "assignedUserId", "updaterUserId",  "dateScheduled",
+    "dateCreated", "dateUpdated",    "taskStatusId",   "taskCategoryId", "priority",
+    "itemsCount",  "updated",
 };
 
 std::optional<json::Value> presentAndNotNull(const std::optional<json::Value> &value)
@@ -105,7 +122,8 @@ void Task::decode(const json::Value &value, Task &task)
         QVarLengthArray<ItemsCount, 8> list;
         for (const json::Value entry : counts->toArray())
             list.append(ItemsCount::decode(entry));
-        task.progress = TaskProgress::fromCounts(std::span<const ItemsCount>(list.constData(), std::size_t(list.size())));
+        task.progress
+            = TaskProgress::fromCounts(std::span<const ItemsCount>(list.constData(), std::size_t(list.size())));
     }
     if (const auto flag = presentAndNotNull(v[K::updated]))
         task.isUpdated = flag->toBool();

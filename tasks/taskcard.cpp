@@ -3,8 +3,8 @@
 #include "resources/namedcolors.h"
 #include "tasks/chartpainter.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/taskcollectionviewcelldelegate.h"
 #include "tasks/taskcollectionmodel.h"
+#include "tasks/taskcollectionviewcelldelegate.h"
 #include "views/cardshadow.h"
 #include "views/textscale.h"
 
@@ -51,7 +51,8 @@ int px(int designPixels)
 
 QMargins contentMarginsNow()
 {
-    return {px(contentMargins.left()), px(contentMargins.top()), px(contentMargins.right()), px(contentMargins.bottom())};
+    return {px(contentMargins.left()), px(contentMargins.top()), px(contentMargins.right()),
+            px(contentMargins.bottom())};
 }
 
 // The card's shadows are the same for every card: drawn once per look and
@@ -77,7 +78,8 @@ QPixmap cardBackground(qreal ratio, const QColor &fill)
         QPainter painter(&pixmap);
         const QRectF card(QPointF(margin, margin), QSizeF(size));
         const qreal radius = TextScale::scaled(TaskCollectionViewCell::cornerRadius);
-        CardShadow::paintShadow(painter, card, radius, {named(ColorNames::customShadow, Qt::black), QPointF(0, 1), 0.2, 2.0});
+        CardShadow::paintShadow(painter, card, radius,
+                                {named(ColorNames::customShadow, Qt::black), QPointF(0, 1), 0.2, 2.0});
         painter.setRenderHint(QPainter::Antialiasing);
         QPainterPath path;
         path.addRoundedRect(card, radius, radius);
@@ -153,7 +155,8 @@ QSize TaskCollectionViewCell::sizeHint(const QStyleOptionViewItem &, const QMode
     return itemSize();
 }
 
-void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                   const QModelIndex &index) const
 {
     const TaskPtr task = index.data(TaskCollectionModel::TaskRole).value<TaskPtr>();
     if (!task)
@@ -186,15 +189,17 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
 
     // Item progress, top right.
     const ChartData items = DashboardTexts::itemsChart(task->progress);
-    ChartPainter::paint(*painter, chartRect(option.rect),
-                        Chart::itemsProgress(items.names, items.values, items.colors, int(task->progress.total), false));
+    ChartPainter::paint(
+        *painter, chartRect(option.rect),
+        Chart::itemsProgress(items.names, items.values, items.colors, int(task->progress.total), false));
 
     // Name on two lines at most, then the category right under it.
     const QFont nameFont = TextScale::font(option.font, 15, QFont::DemiBold);
     const QFontMetrics nameMetrics(nameFont);
     const int nameTop = content.top() + px(chartSide) + px(8);
     const QString name = twoLineName(task->name, nameFont, content.width());
-    const int nameHeight = nameMetrics.lineSpacing() * int(std::min<qsizetype>(name.count(QLatin1Char('\n')) + 1, nameLines));
+    const int nameHeight
+        = nameMetrics.lineSpacing() * int(std::min<qsizetype>(name.count(QLatin1Char('\n')) + 1, nameLines));
     painter->setFont(nameFont);
     painter->setPen(named(ColorNames::labelText, Qt::black));
     painter->drawText(QRect(content.left(), nameTop, content.width(), nameHeight), Qt::AlignLeft | Qt::AlignTop, name);

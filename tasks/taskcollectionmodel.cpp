@@ -6,8 +6,7 @@ namespace ravelin {
 
 TaskCollectionModel::TaskCollectionModel(QObject *parent)
     : QAbstractListModel(parent)
-{
-}
+{ }
 
 void TaskCollectionModel::setTasks(const QList<TaskPtr> &tasks)
 {
@@ -29,26 +28,16 @@ QVariant TaskCollectionModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
-    case Qt::AccessibleTextRole:
-        return task.name;
-    case TaskRole:
-        return QVariant::fromValue(m_tasks.at(index.row()));
-    case IdentifierRole:
-        return DashboardTexts::taskNameIdentifier(task.currentStatus);
-    case Qt::AccessibleDescriptionRole:
-        return DashboardTexts::cardDescription(task);
-    case StatusRole:
-        return TaskStatuses::rawValue(task.currentStatus);
-    case CategoryRole:
-        return task.taskCategory.name;
-    case PriorityRole:
-        return TaskPriorities::rawValue(task.priority);
-    case ProgressRole:
-        return int(task.progress.total);
-    case ShowsAcknowledgeRole:
-        return DashboardTexts::showsAcknowledgeButton(task);
-    default:
-        return {};
+    case Qt::AccessibleTextRole: return task.name;
+    case TaskRole: return QVariant::fromValue(m_tasks.at(index.row()));
+    case IdentifierRole: return DashboardTexts::taskNameIdentifier(task.currentStatus);
+    case Qt::AccessibleDescriptionRole: return DashboardTexts::cardDescription(task);
+    case StatusRole: return TaskStatuses::rawValue(task.currentStatus);
+    case CategoryRole: return task.taskCategory.name;
+    case PriorityRole: return TaskPriorities::rawValue(task.priority);
+    case ProgressRole: return int(task.progress.total);
+    case ShowsAcknowledgeRole: return DashboardTexts::showsAcknowledgeButton(task);
+    default: return {};
     }
 }
 

@@ -39,8 +39,7 @@ bool lessByCodePoint(QStringView a, QStringView b)
 
 TaskList::TaskList(std::shared_ptr<TaskFilterData> filterData)
     : filterData(std::move(filterData))
-{
-}
+{ }
 
 bool TaskList::updateTask(const Task &task)
 {

@@ -36,7 +36,6 @@ public:
     // priorities by rank ("ascending" puts the least important first), dates
     // by creation.
     [[nodiscard]] static std::vector<int> sortedOrder(const QList<TaskPtr> &tasks, const SortConfiguration &config);
-
 };
 
 } // namespace ravelin

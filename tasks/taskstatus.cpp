@@ -6,7 +6,7 @@ namespace ravelin::TaskStatuses {
 
 const QList<TaskStatus> &allCases()
 {
-    static const QList<TaskStatus> cases{TaskStatus::unassigned, TaskStatus::assigned, TaskStatus::acknowledged,
+    static const QList<TaskStatus> cases{TaskStatus::unassigned,  TaskStatus::assigned, TaskStatus::acknowledged,
                                          TaskStatus::in_progress, TaskStatus::blocked,  TaskStatus::complete};
     return cases;
 }

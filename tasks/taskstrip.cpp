@@ -109,7 +109,7 @@ void TaskTableViewCell::mousePressEvent(QMouseEvent *event)
     m_pressIndex = m_pressing ? QPersistentModelIndex(index) : QPersistentModelIndex();
     m_pressPosition = position;
     m_pressOnButton = m_pressing && index.data(TaskCollectionModel::ShowsAcknowledgeRole).toBool()
-                      && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position);
+        && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position);
     if (m_pressing)
         setCurrentIndex(index);
     setButtonPressed(m_pressOnButton ? index : QModelIndex());
@@ -165,8 +165,8 @@ void TaskTableViewCell::mouseDoubleClickEvent(QMouseEvent *event)
 void TaskTableViewCell::keyPressEvent(QKeyEvent *event)
 {
     const QModelIndex current = currentIndex();
-    if (current.isValid() && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter
-                              || event->key() == Qt::Key_Space)) {
+    if (current.isValid()
+        && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)) {
         emit taskSelected(m_tag, current.row());
         event->accept();
         return;

@@ -12,8 +12,8 @@
 #include <QEvent>
 #include <QFrame>
 #include <QKeyEvent>
-#include <QMetaMethod>
 #include <QLabel>
+#include <QMetaMethod>
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>

@@ -9,8 +9,7 @@ namespace ravelin {
 ButtonRow::ButtonRow(QWidget *parent)
     : QWidget(parent)
     , m_layout(new QBoxLayout(QBoxLayout::LeftToRight, this))
-{
-}
+{ }
 
 void ButtonRow::addButton(QAbstractButton *button)
 {

@@ -100,11 +100,8 @@ protected:
             case QEvent::Resize:
             case QEvent::Show:
             case QEvent::Hide:
-            case QEvent::ZOrderChange:
-                follow();
-                break;
-            default:
-                break;
+            case QEvent::ZOrderChange: follow(); break;
+            default: break;
             }
         }
         return QWidget::eventFilter(watched, event);

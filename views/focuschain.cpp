@@ -9,7 +9,7 @@ namespace ravelin::FocusChain {
 bool takesTabFocus(const QWidget *widget)
 {
     return widget && (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus && !widget->focusProxy()
-           && widget->isVisible() && widget->isEnabled();
+        && widget->isVisible() && widget->isEnabled();
 }
 
 QWidget *first(const QWidget *scope)

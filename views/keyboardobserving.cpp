@@ -18,7 +18,8 @@ void KeyboardObserving::addKeyboardObservers(NotificationCenter &center)
     center.addObserver(observer, KeyboardNotificationNames::keyboardWillShow, [this](const QVariant &object) {
         keyboardWillShow(object.canConvert<QRectF>() ? object.toRectF() : QRectF());
     });
-    center.addObserver(observer, KeyboardNotificationNames::keyboardWillHide, [this](const QVariant &) { keyboardWillHide(); });
+    center.addObserver(observer, KeyboardNotificationNames::keyboardWillHide,
+                       [this](const QVariant &) { keyboardWillHide(); });
 }
 
 void KeyboardObserving::removeKeyboardObservers(NotificationCenter &center)

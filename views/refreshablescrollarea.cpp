@@ -177,9 +177,7 @@ RefreshableScrollArea::RefreshableScrollArea(QWidget *parent)
     connect(kinetic, &QScroller::stateChanged, this, [this](QScroller::State state) {
         switch (state) {
         case QScroller::Pressed:
-        case QScroller::Dragging:
-            m_triggeredThisPull = false;
-            break;
+        case QScroller::Dragging: m_triggeredThisPull = false; break;
         case QScroller::Scrolling:
         case QScroller::Inactive:
             // Letting go far enough down starts the refresh.

@@ -60,8 +60,8 @@ int ReusableShadowTableViewCell::fittedHeight(int width) const
     qreal laidOut = height();
     if (QLayout *layout = m_contentView->layout()) {
         const int cardWidth = std::max(0, width - static_cast<int>(2 * ViewGeometry::cellGap));
-        const int contentHeight = layout->hasHeightForWidth() ? layout->totalHeightForWidth(cardWidth)
-                                                              : layout->totalSizeHint().height();
+        const int contentHeight
+            = layout->hasHeightForWidth() ? layout->totalHeightForWidth(cardWidth) : layout->totalSizeHint().height();
         laidOut = contentHeight + 2 * ViewGeometry::cellGap;
     }
     return static_cast<int>(std::ceil(ViewGeometry::fittedCellHeight(laidOut, m_minHeight)));

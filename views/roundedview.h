@@ -20,7 +20,8 @@ class RoundedView : public QWidget
     Q_PROPERTY(QColor shadowColor READ shadowColor WRITE setShadowColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor borderColor READ borderColor WRITE setBorderColor NOTIFY appearanceChanged)
     Q_PROPERTY(qreal borderWidth READ borderWidth WRITE setBorderWidth NOTIFY appearanceChanged)
-    Q_PROPERTY(QColor customBackgroundColor READ customBackgroundColor WRITE setCustomBackgroundColor NOTIFY appearanceChanged)
+    Q_PROPERTY(
+        QColor customBackgroundColor READ customBackgroundColor WRITE setCustomBackgroundColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor backgroundColor READ backgroundColor WRITE setBackgroundColor NOTIFY appearanceChanged)
 
 public:

@@ -121,15 +121,15 @@ void SegmentedControl::restyle()
     const QColor text = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
     // The selected segment's text stays readable on its tint in either appearance.
     const QColor selectedText = m_selectedTint.lightnessF() > 0.6
-                                    ? NamedColors::color(ColorNames::labelText, Appearance::light, QColor(0x1F, 0x29, 0x37))
-                                    : NamedColors::color(ColorNames::labelText, Appearance::dark, QColor(0xE5, 0xE8, 0xEC));
-    const QString sheet = QStringLiteral("QPushButton { border: 2px solid transparent; border-radius: 7px;"
-                                         " background: transparent; color: %1; padding: 0; }"
-                                         "QPushButton:checked { background: %2; color: %4; font-weight: 600; }"
-                                         "QPushButton:pressed:!checked { background: rgba(0,0,0,14); }"
-                                         "QPushButton:focus { border-color: %3; }")
-                              .arg(text.name(), m_selectedTint.name(QColor::HexArgb), FocusRing::color().name(),
-                                   selectedText.name());
+        ? NamedColors::color(ColorNames::labelText, Appearance::light, QColor(0x1F, 0x29, 0x37))
+        : NamedColors::color(ColorNames::labelText, Appearance::dark, QColor(0xE5, 0xE8, 0xEC));
+    const QString sheet
+        = QStringLiteral("QPushButton { border: 2px solid transparent; border-radius: 7px;"
+                         " background: transparent; color: %1; padding: 0; }"
+                         "QPushButton:checked { background: %2; color: %4; font-weight: 600; }"
+                         "QPushButton:pressed:!checked { background: rgba(0,0,0,14); }"
+                         "QPushButton:focus { border-color: %3; }")
+              .arg(text.name(), m_selectedTint.name(QColor::HexArgb), FocusRing::color().name(), selectedText.name());
     for (int i = 0; i < m_segments.size(); ++i) {
         QPushButton *button = m_segments.at(i);
         button->setChecked(i == m_selected);

@@ -26,12 +26,12 @@ SheetBar::SheetBar(const QString &title, QWidget *parent)
     m_cancel->setFocusPolicy(Qt::TabFocus);
     m_cancel->setCursor(Qt::PointingHandCursor);
     m_cancel->setFlat(true);
-    m_cancel->setStyleSheet(QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
-                                           " %3 padding: 4px 6px; }"
-                                           "QPushButton:pressed { color: %2; }"
-                                           "QPushButton:focus { border-color: %4; }")
-                                .arg(accent.name(), accent.lighter(150).name(), TextScale::styleSize(16),
-                                     FocusRing::color().name()));
+    m_cancel->setStyleSheet(
+        QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
+                       " %3 padding: 4px 6px; }"
+                       "QPushButton:pressed { color: %2; }"
+                       "QPushButton:focus { border-color: %4; }")
+            .arg(accent.name(), accent.lighter(150).name(), TextScale::styleSize(16), FocusRing::color().name()));
     connect(m_cancel, &QPushButton::clicked, this, &SheetBar::cancelled);
     row->addWidget(m_cancel, 0, Qt::AlignLeft);
 

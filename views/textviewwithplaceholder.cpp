@@ -133,8 +133,8 @@ void TextViewWithPlaceholder::onContentsChanged()
         return;
 
     const TextLimit::Change change = TextLimit::difference(before, after);
-    const TextEditDecision decision =
-        TextLimit::evaluate(before, change.start, change.length, change.replacement, m_maxNoOfCharacters);
+    const TextEditDecision decision
+        = TextLimit::evaluate(before, change.start, change.length, change.replacement, m_maxNoOfCharacters);
     const QString shown = decision.finalText(before);
 
     if (shown != after) {

@@ -13,9 +13,11 @@ namespace ravelin {
 class TextViewWithPlaceholder : public QPlainTextEdit
 {
     Q_OBJECT
-    Q_PROPERTY(qint64 maxNoOfCharacters READ maxNoOfCharacters WRITE setMaxNoOfCharacters NOTIFY maxNoOfCharactersChanged)
+    Q_PROPERTY(
+        qint64 maxNoOfCharacters READ maxNoOfCharacters WRITE setMaxNoOfCharacters NOTIFY maxNoOfCharactersChanged)
     Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText NOTIFY placeholderChanged)
-    Q_PROPERTY(QColor placeholderTextColor READ placeholderTextColor WRITE setPlaceholderTextColor NOTIFY placeholderChanged)
+    Q_PROPERTY(
+        QColor placeholderTextColor READ placeholderTextColor WRITE setPlaceholderTextColor NOTIFY placeholderChanged)
     Q_PROPERTY(bool showingPlaceholder READ showingPlaceholder NOTIFY showingPlaceholderChanged)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textEdited)
 

@@ -75,7 +75,9 @@ QImage DemoCamera::frame(const QImage &sticker, qint64 elapsedMs)
         // The hand holding the phone is not quite steady.
         const double t = double(elapsedMs) / 1000.0;
         const QPointF sway(9.0 * std::sin(t * 1.7), 6.0 * std::sin(t * 2.3 + 1.0));
-        const QPointF at = QPointF((frameSize.width() - sticker.width()) / 2.0, (frameSize.height() - sticker.height()) / 2.0) + sway;
+        const QPointF at
+            = QPointF((frameSize.width() - sticker.width()) / 2.0, (frameSize.height() - sticker.height()) / 2.0)
+            + sway;
         painter.fillRect(QRectF(at + QPointF(5, 6), QSizeF(sticker.size())), QColor(0, 0, 0, 60));
         painter.drawImage(at, sticker);
     }

@@ -50,10 +50,11 @@ DemoHostWindow::DemoHostWindow(HostSetup setup, Environment environment, QWidget
 
     m_signInScreen = new SignInScreen(m_pages);
     m_signInScreen->setWorkers(m_setup.workers);
-    m_signInScreen->setServerNote(m_setup.preset
-                                      ? QStringLiteral("Server https://%1 · token from the command line").arg(m_setup.baseUrl)
-                                      : QStringLiteral("Demo server https://%1 on this machine\nloopback only · self-signed certificate")
-                                            .arg(m_setup.baseUrl));
+    m_signInScreen->setServerNote(
+        m_setup.preset
+            ? QStringLiteral("Server https://%1 · token from the command line").arg(m_setup.baseUrl)
+            : QStringLiteral("Demo server https://%1 on this machine\nloopback only · self-signed certificate")
+                  .arg(m_setup.baseUrl));
     connect(m_signInScreen, &SignInScreen::signInRequested, this, &DemoHostWindow::signIn);
     m_pages->addWidget(m_signInScreen);
 
@@ -135,8 +136,10 @@ void DemoHostWindow::startSession(qint64 userId, const QMap<qint64, QStringList>
     environment.cameraFrameSource = m_environment.cameraFrameSource;
     if (!environment.cameraFrameSource) {
         // The scanner looks at a wall with the sticker of an open checkpoint of the task on screen.
-        environment.cameraFrameSource = [self = QPointer<DemoHostWindow>(this)]() -> std::unique_ptr<CameraFrameSource> {
-            return std::make_unique<DemoCamera>([self] { return DemoCamera::openCheckpoint(self ? self->navVC() : nullptr); });
+        environment.cameraFrameSource
+            = [self = QPointer<DemoHostWindow>(this)]() -> std::unique_ptr<CameraFrameSource> {
+            return std::make_unique<DemoCamera>(
+                [self] { return DemoCamera::openCheckpoint(self ? self->navVC() : nullptr); });
         };
     }
     auto *navVC = new RavelinNavVC(std::move(environment), m_sessionPage);
@@ -249,8 +252,9 @@ QList<HostSetup::TaskChoice> DemoHostWindow::taskChoices() const
     }
     if (m_session) {
         const qint64 userId = m_session->userId;
-        std::stable_partition(choices.begin(), choices.end(),
-                              [userId](const HostSetup::TaskChoice &choice) { return choice.assignedUserId == userId; });
+        std::stable_partition(choices.begin(), choices.end(), [userId](const HostSetup::TaskChoice &choice) {
+            return choice.assignedUserId == userId;
+        });
     }
     return choices;
 }

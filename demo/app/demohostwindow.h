@@ -36,7 +36,9 @@ class TaskEventSheet;
 // and task event sheet on top. It is the library's RavelinNavVCDelegate: it
 // shows its panel when asked, signs in again when the session expires and
 // uploads the library's pictures to the deployment.
-class DemoHostWindow : public QWidget, public RavelinNavVCDelegate
+class DemoHostWindow
+    : public QWidget
+    , public RavelinNavVCDelegate
 {
     Q_OBJECT
 

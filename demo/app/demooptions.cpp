@@ -87,13 +87,15 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
             bool valid = false;
             options.textScale = value->toDouble(&valid);
             if (!valid || options.textScale < 1.0 || options.textScale > 3.0)
-                return Parsed::failure(QStringLiteral("--text-scale takes a factor from 1 to 3, not \"%1\"").arg(*value));
+                return Parsed::failure(
+                    QStringLiteral("--text-scale takes a factor from 1 to 3, not \"%1\"").arg(*value));
         } else if (isOption(argument, QStringLiteral("--api-host"))) {
             const auto value = valueOf(arguments, i, QStringLiteral("--api-host"), error);
             if (!value)
                 return Parsed::failure(error);
             if (!isHostAndPort(*value))
-                return Parsed::failure(QStringLiteral("--api-host takes HOST:PORT without a scheme, not \"%1\"").arg(*value));
+                return Parsed::failure(
+                    QStringLiteral("--api-host takes HOST:PORT without a scheme, not \"%1\"").arg(*value));
             options.apiHost = *value;
         } else if (isOption(argument, QStringLiteral("--token"))) {
             token = valueOf(arguments, i, QStringLiteral("--token"), error);
@@ -132,32 +134,31 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
 
 QString DemoOptions::usage()
 {
-    return QStringLiteral(
-        "Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
-        "                    [--api-host HOST:PORT --token T --user-id N]\n"
-        "\n"
-        "Runs the Ravelin task client inside a demo host application.\n"
-        "\n"
-        "Without options it starts the demo server on 127.0.0.1 and opens a phone-sized\n"
-        "window with the host's sign-in screen.\n"
-        "\n"
-        "  --tour OUTDIR        Runs a headless tour (offscreen): signs in, opens the\n"
-        "                       dashboard, acknowledges and starts tasks, posts a task\n"
-        "                       event and the emergency flag; writes NN-step.png pictures\n"
-        "                       and summary.txt to OUTDIR. Chosen automatically, with\n"
-        "                       OUTDIR \"out/tour\", when there is no display.\n"
-        "  --load-dashboard     Signs in, waits until the dashboard shows the worker's\n"
-        "                       tasks, prints how long that took and the process's peak\n"
-        "                       resident memory, and exits (offscreen without a display).\n"
-        "  --tasks N            Gives every field worker of the embedded demo server N\n"
-        "                       tasks: the dashboard at scale.\n"
-        "  --text-scale F       Enlarges the system font by the factor F (1 to 3), as a\n"
-        "                       worker who needs large text does: --text-scale 1.5.\n"
-        "  --api-host HOST:PORT Uses another server that speaks the same API instead of\n"
-        "                       the demo server; no sign-in request is made.\n"
-        "  --token T            The bearer token for --api-host.\n"
-        "  --user-id N          The signed-in user for --api-host.\n"
-        "  -h, --help           Shows this text.\n");
+    return QStringLiteral("Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
+                          "                    [--api-host HOST:PORT --token T --user-id N]\n"
+                          "\n"
+                          "Runs the Ravelin task client inside a demo host application.\n"
+                          "\n"
+                          "Without options it starts the demo server on 127.0.0.1 and opens a phone-sized\n"
+                          "window with the host's sign-in screen.\n"
+                          "\n"
+                          "  --tour OUTDIR        Runs a headless tour (offscreen): signs in, opens the\n"
+                          "                       dashboard, acknowledges and starts tasks, posts a task\n"
+                          "                       event and the emergency flag; writes NN-step.png pictures\n"
+                          "                       and summary.txt to OUTDIR. Chosen automatically, with\n"
+                          "                       OUTDIR \"out/tour\", when there is no display.\n"
+                          "  --load-dashboard     Signs in, waits until the dashboard shows the worker's\n"
+                          "                       tasks, prints how long that took and the process's peak\n"
+                          "                       resident memory, and exits (offscreen without a display).\n"
+                          "  --tasks N            Gives every field worker of the embedded demo server N\n"
+                          "                       tasks: the dashboard at scale.\n"
+                          "  --text-scale F       Enlarges the system font by the factor F (1 to 3), as a\n"
+                          "                       worker who needs large text does: --text-scale 1.5.\n"
+                          "  --api-host HOST:PORT Uses another server that speaks the same API instead of\n"
+                          "                       the demo server; no sign-in request is made.\n"
+                          "  --token T            The bearer token for --api-host.\n"
+                          "  --user-id N          The signed-in user for --api-host.\n"
+                          "  -h, --help           Shows this text.\n");
 }
 
 } // namespace ravelin

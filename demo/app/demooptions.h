@@ -21,9 +21,9 @@ struct DemoOptions
     // What the process was started in, as far as the choice of mode goes.
     struct Display
     {
-        QString display;        // DISPLAY
+        QString display; // DISPLAY
         QString waylandDisplay; // WAYLAND_DISPLAY
-        QString qpaPlatform;    // QT_QPA_PLATFORM
+        QString qpaPlatform; // QT_QPA_PLATFORM
 
         [[nodiscard]] bool isAvailable() const;
         [[nodiscard]] static Display fromEnvironment();

@@ -1,5 +1,11 @@
 #include "demo/app/demotour.h"
 
+#include "comments/commentsvc.h"
+#include "comments/commentsvm.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/commentthreadview.h"
+#include "comments/custominputbar.h"
+#include "comments/imagevc.h"
 #include "demo/app/democamera.h"
 #include "demo/app/demohostwindow.h"
 #include "demo/app/hostbar.h"
@@ -9,17 +15,10 @@
 #include "demo/app/workerrow.h"
 #include "filter/filtervc.h"
 #include "filter/inputfield.h"
-#include "views/segmentedcontrol.h"
 #include "host/navigationbar.h"
 #include "host/ravelinnavvc.h"
 #include "host/screen.h"
 #include "host/taskupdateevent.h"
-#include "comments/commentsvc.h"
-#include "comments/commentsvm.h"
-#include "comments/commentthreadmodel.h"
-#include "comments/commentthreadview.h"
-#include "comments/custominputbar.h"
-#include "comments/imagevc.h"
 #include "items/blocktaskvc.h"
 #include "items/itemactionvc.h"
 #include "items/itemlistmodel.h"
@@ -40,9 +39,9 @@
 #include "views/textviewwithplaceholder.h"
 
 #include <QCoreApplication>
-#include <QFrame>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -85,8 +84,8 @@ DemoTour::DemoTour(DemoHostWindow *window, Options options)
     , m_dir(m_options.outputDir)
 {
     if (window) {
-        m_connections.append(QObject::connect(window, &DemoHostWindow::swiped, window,
-                                              [this](bool isShown) { m_lastSwipe = isShown; }));
+        m_connections.append(
+            QObject::connect(window, &DemoHostWindow::swiped, window, [this](bool isShown) { m_lastSwipe = isShown; }));
     }
 }
 
@@ -135,7 +134,8 @@ int DemoTour::run()
         stepTaskEvent();
         stepEmergency();
     } catch (const StepFailure &failure) {
-        m_failure = QStringLiteral("Tour failed at step \"%1\": %2").arg(m_currentStep, QString::fromStdString(failure.what()));
+        m_failure = QStringLiteral("Tour failed at step \"%1\": %2")
+                        .arg(m_currentStep, QString::fromStdString(failure.what()));
         m_summaryFile.write((m_failure + QLatin1Char('\n')).toUtf8());
         m_summaryFile.close();
         std::fflush(stdout);
@@ -174,11 +174,12 @@ void DemoTour::stepSignIn()
             name = row->name();
     }
     settle(150ms);
-    record(QStringLiteral("sign-in"), QStringLiteral("%1 field workers offered, signing in as %2 (id %3) at https://%4")
-                                          .arg(screen->workerRows().size())
-                                          .arg(name)
-                                          .arg(workerId)
-                                          .arg(window.setup().baseUrl));
+    record(QStringLiteral("sign-in"),
+           QStringLiteral("%1 field workers offered, signing in as %2 (id %3) at https://%4")
+               .arg(screen->workerRows().size())
+               .arg(name)
+               .arg(workerId)
+               .arg(window.setup().baseUrl));
 
     screen->signInButton()->click();
     waitFor(QStringLiteral("the sign-in answer"), [&window, screen] {
@@ -199,16 +200,17 @@ void DemoTour::stepDashboard()
         if (alertTitled(m_window, [](const QString &title) { return title == DashboardTexts::fetchFailureTitle; }))
             throw StepFailure(QStringLiteral("the dashboard could not fetch the tasks"));
         return screen.viewModel() && dashboardIdle() && !screen.viewModel()->taskList().tasks.isEmpty()
-               && !screen.rows().isEmpty();
+            && !screen.rows().isEmpty();
     });
     watchRefreshes();
     settle(300ms);
     const DashboardVM &viewModel = *dashboard().viewModel();
-    record(QStringLiteral("dashboard"), QStringLiteral("%1, %2 tasks in %3 sections (%4)")
-                                            .arg(m_window->session() ? m_window->session()->userName : QString())
-                                            .arg(viewModel.taskList().tasks.size())
-                                            .arg(viewModel.sections().size())
-                                            .arg(sectionsText()));
+    record(QStringLiteral("dashboard"),
+           QStringLiteral("%1, %2 tasks in %3 sections (%4)")
+               .arg(m_window->session() ? m_window->session()->userName : QString())
+               .arg(viewModel.taskList().tasks.size())
+               .arg(viewModel.sections().size())
+               .arg(sectionsText()));
 }
 
 void DemoTour::stepAcknowledge()
@@ -231,14 +233,16 @@ void DemoTour::stepAcknowledge()
                 continue;
             const QModelIndex index = row->model()->index(item, 0);
             row->scrollTo(index);
-            tapped = tap(row->viewport(), TaskCollectionViewCell::acknowledgeButtonRect(row->visualRect(index)).center());
+            tapped
+                = tap(row->viewport(), TaskCollectionViewCell::acknowledgeButtonRect(row->visualRect(index)).center());
         }
     }
     if (!tapped)
         dashboard().didTapAcknowledge(task);
 
     const auto isPrompt = [](const QString &title) { return title.startsWith(QLatin1String("Acknowledge task")); };
-    waitFor(QStringLiteral("the acknowledge prompt"), [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
+    waitFor(QStringLiteral("the acknowledge prompt"),
+            [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
     AlertView *prompt = alertTitled(m_window, isPrompt);
     settle(100ms);
     record(QStringLiteral("acknowledge-prompt"),
@@ -255,10 +259,11 @@ void DemoTour::stepAcknowledge()
     waitForRefreshAfter(since, QStringLiteral("the dashboard to reload after the change"));
     m_acknowledgedTaskId = id;
     settle(250ms);
-    record(QStringLiteral("acknowledge"), QStringLiteral("task %1 '%2' Assigned -> Acknowledged, %3 sections")
-                                              .arg(id)
-                                              .arg(name)
-                                              .arg(dashboard().viewModel()->sections().size()));
+    record(QStringLiteral("acknowledge"),
+           QStringLiteral("task %1 '%2' Assigned -> Acknowledged, %3 sections")
+               .arg(id)
+               .arg(name)
+               .arg(dashboard().viewModel()->sections().size()));
 }
 
 void DemoTour::stepStart()
@@ -280,15 +285,16 @@ void DemoTour::stepStart()
 
     dashboard().openTask(task);
     const auto isPrompt = [](const QString &title) { return title.startsWith(QLatin1String("Start task")); };
-    waitFor(QStringLiteral("the start prompt"), [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
+    waitFor(QStringLiteral("the start prompt"),
+            [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
     AlertView *prompt = alertTitled(m_window, isPrompt);
     if (!prompt->triggerAction(DashboardTexts::promptYes))
         throw StepFailure(QStringLiteral("the prompt has no \"Yes\" button"));
 
     waitFor(QStringLiteral("task %1 to be In Progress").arg(id), [this, id, task, screensBefore] {
         const TaskPtr now = taskById(id);
-        return task->currentStatus == TaskStatus::in_progress
-               || (now && now->currentStatus == TaskStatus::in_progress) || navVC().screens().size() > screensBefore;
+        return task->currentStatus == TaskStatus::in_progress || (now && now->currentStatus == TaskStatus::in_progress)
+            || navVC().screens().size() > screensBefore;
     });
     // A started task opens with its items once they are loaded.
     const bool opened = waitUntil([this, screensBefore] { return navVC().screens().size() > screensBefore; },
@@ -296,7 +302,8 @@ void DemoTour::stepStart()
     settle(500ms);
     const QString where = opened ? QStringLiteral("\"%1\" opened").arg(navVC().topScreen()->title())
                                  : QStringLiteral("the items screen did not open");
-    record(QStringLiteral("start"), QStringLiteral("task %1 '%2' Acknowledged -> In Progress, %3").arg(id).arg(name, where));
+    record(QStringLiteral("start"),
+           QStringLiteral("task %1 '%2' Acknowledged -> In Progress, %3").arg(id).arg(name, where));
 }
 
 ItemsVC &DemoTour::itemsScreen()
@@ -312,7 +319,7 @@ void DemoTour::waitForItems()
     ItemsVC &screen = itemsScreen();
     waitFor(QStringLiteral("the items to load"), [&screen] {
         return !screen.refreshControl()->isRefreshing() && screen.refreshControl()->indicatorBand() == 0
-               && !AlertPresenter::visibleAlert(&screen);
+            && !AlertPresenter::visibleAlert(&screen);
     });
 }
 
@@ -325,19 +332,21 @@ void DemoTour::stepItems()
         if (!task)
             throw StepFailure(QStringLiteral("no task in progress to open"));
         dashboard().openTask(task);
-        waitFor(QStringLiteral("the items screen"), [this] { return qobject_cast<ItemsVC *>(navVC().topScreen()) != nullptr; });
+        waitFor(QStringLiteral("the items screen"),
+                [this] { return qobject_cast<ItemsVC *>(navVC().topScreen()) != nullptr; });
     }
     waitForItems();
     ItemsVC &screen = itemsScreen();
     settle(200ms);
     const ItemsTexts::Counts counts = ItemsTexts::counts(screen.viewModel()->task()->itemList.items);
     m_itemsTaskId = screen.viewModel()->task()->id;
-    record(QStringLiteral("items"), QStringLiteral("\"%1\" opened: %2 items (%3 Completed, %4 Incidents, %5 Open)")
-                                        .arg(screen.title())
-                                        .arg(counts.total)
-                                        .arg(counts.accepted)
-                                        .arg(counts.rejected)
-                                        .arg(counts.total - counts.accepted - counts.rejected));
+    record(QStringLiteral("items"),
+           QStringLiteral("\"%1\" opened: %2 items (%3 Completed, %4 Incidents, %5 Open)")
+               .arg(screen.title())
+               .arg(counts.total)
+               .arg(counts.accepted)
+               .arg(counts.rejected)
+               .arg(counts.total - counts.accepted - counts.rejected));
 }
 
 void DemoTour::stepItemsFilter()
@@ -350,10 +359,11 @@ void DemoTour::stepItemsFilter()
     waitFor(QStringLiteral("the filter to show the open items"),
             [&screen] { return screen.viewModel()->task()->itemList.filterData.status == ItemStatus::open; });
     settle(200ms);
-    record(QStringLiteral("items-filter"), QStringLiteral("filter \"%1\": %2 rows, header %3")
-                                               .arg(filter->titleForSegment(open))
-                                               .arg(screen.itemModel()->rowCount())
-                                               .arg(screen.overviewLbl()->text()));
+    record(QStringLiteral("items-filter"),
+           QStringLiteral("filter \"%1\": %2 rows, header %3")
+               .arg(filter->titleForSegment(open))
+               .arg(screen.itemModel()->rowCount())
+               .arg(screen.overviewLbl()->text()));
 }
 
 ItemActionVC &DemoTour::actionSheet()
@@ -371,7 +381,8 @@ void DemoTour::type(QPlainTextEdit *field, const QString &text)
     field->insertPlainText(text);
 }
 
-void DemoTour::finishItemAction(bool report, const QString &what, const std::function<void(const QString &)> &recordResult)
+void DemoTour::finishItemAction(bool report, const QString &what,
+                                const std::function<void(const QString &)> &recordResult)
 {
     ItemActionVC &sheet = actionSheet();
     QPushButton *button = report ? sheet.reportButton() : sheet.completeButton();
@@ -379,13 +390,14 @@ void DemoTour::finishItemAction(bool report, const QString &what, const std::fun
         throw StepFailure(QStringLiteral("the %1 button is not enabled").arg(button->text()));
     button->click();
     const auto isResult = [](const QString &title) { return title.contains(QLatin1String(" Status ")); };
-    waitFor(QStringLiteral("the result of %1").arg(what), [this, &isResult] { return alertTitled(m_window, isResult) != nullptr; });
+    waitFor(QStringLiteral("the result of %1").arg(what),
+            [this, &isResult] { return alertTitled(m_window, isResult) != nullptr; });
     settle(150ms);
     recordResult(alertTitled(m_window, isResult)->title());
     // The alert goes by itself, and the items load again.
     waitFor(QStringLiteral("the items to load again"), [this] {
         return !AlertPresenter::visibleAlert(m_window) && !itemsScreen().refreshControl()->isRefreshing()
-               && itemsScreen().refreshControl()->indicatorBand() == 0;
+            && itemsScreen().refreshControl()->indicatorBand() == 0;
     });
 }
 
@@ -415,9 +427,10 @@ void DemoTour::stepItemComplete()
     waitFor(QStringLiteral("the photo"), [&sheet] { return sheet.attachedPicture().has_value(); });
     sheet.noteField()->clearFocus();
     settle(200ms);
-    record(QStringLiteral("item-action"), QStringLiteral("'%1' with a note and a photo, Complete %2")
-                                              .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled")
-                                                                                             : QStringLiteral("disabled")));
+    record(
+        QStringLiteral("item-action"),
+        QStringLiteral("'%1' with a note and a photo, Complete %2")
+            .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled")));
     m_currentStep = QStringLiteral("item-complete");
     finishItemAction(false, QStringLiteral("completing '%1'").arg(name), [this, &name](const QString &result) {
         record(QStringLiteral("item-complete"), QStringLiteral("'%1' completed -> \"%2\"").arg(name, result));
@@ -442,7 +455,7 @@ void DemoTour::stepItemsReport()
     }
     settle(150ms);
     record(QStringLiteral("items-selection"),
-             QStringLiteral("multiple selection: %1 chosen").arg(screen.viewModel()->selectedItems().size()));
+           QStringLiteral("multiple selection: %1 chosen").arg(screen.viewModel()->selectedItems().size()));
     screen.saveBtn()->click();
     ItemActionVC &sheet = actionSheet();
     type(sheet.noteField(), QStringLiteral("Seals weeping, photos to follow."));
@@ -465,25 +478,28 @@ void DemoTour::stepScan()
         return;
     }
     items.checkpointBtnPressed()->trigger();
-    waitFor(QStringLiteral("the scanner"), [this] { return qobject_cast<QRScannerVC *>(navVC().topScreen()) != nullptr; });
+    waitFor(QStringLiteral("the scanner"),
+            [this] { return qobject_cast<QRScannerVC *>(navVC().topScreen()) != nullptr; });
     const QPointer<QRScannerVC> scanner = qobject_cast<QRScannerVC *>(navVC().topScreen());
     waitFor(QStringLiteral("the code to be read"),
             [&scanner] { return !scanner || scanner->state() == QRScannerVC::State::detected; });
     if (!scanner)
         throw StepFailure(QStringLiteral("the scanner closed before it read a code"));
     const QRect outline = scanner->qrCodeFrameView()->geometry();
-    record(QStringLiteral("scan"), QStringLiteral("'%1' read: \"%2\", outline %3x%4 on the code")
-                                       .arg(code, scanner->messageLabel()->text())
-                                       .arg(outline.width())
-                                       .arg(outline.height()));
+    record(QStringLiteral("scan"),
+           QStringLiteral("'%1' read: \"%2\", outline %3x%4 on the code")
+               .arg(code, scanner->messageLabel()->text())
+               .arg(outline.width())
+               .arg(outline.height()));
     m_currentStep = QStringLiteral("scan-item");
     waitFor(QStringLiteral("the scanned item's action"), [this] { return navVC().presentedScreen() != nullptr; });
     ItemActionVC &sheet = actionSheet();
     const QString name = sheet.viewModel()->items().value(0) ? sheet.viewModel()->items().first()->name : QString();
     settle(200ms);
-    record(QStringLiteral("scan-item"), QStringLiteral("'%1' opened by its code, Complete %2")
-                                            .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled")
-                                                                                           : QStringLiteral("disabled")));
+    record(
+        QStringLiteral("scan-item"),
+        QStringLiteral("'%1' opened by its code, Complete %2")
+            .arg(name, sheet.completeButton()->isEnabled() ? QStringLiteral("enabled") : QStringLiteral("disabled")));
     m_currentStep = QStringLiteral("scan-complete");
     finishItemAction(false, QStringLiteral("completing '%1'").arg(name), [this, &name](const QString &result) {
         record(QStringLiteral("scan-complete"), QStringLiteral("'%1' completed -> \"%2\"").arg(name, result));
@@ -510,16 +526,15 @@ void DemoTour::sendComment(const QString &text, bool withPhoto)
     type(bar->inputTextView(), text);
     settle(150ms);
     bar->sendButton()->click();
-    waitFor(QStringLiteral("the comment to be in the thread"), [&screen, before] {
-        return !screen.isFetching() && screen.viewModel()->comments().size() > before;
-    });
+    waitFor(QStringLiteral("the comment to be in the thread"),
+            [&screen, before] { return !screen.isFetching() && screen.viewModel()->comments().size() > before; });
     // The newest comment scrolls into sight, its picture arrives.
     waitFor(QStringLiteral("the thread to settle"), [&screen] {
         const int row = screen.threadModel()->lastCommentRow();
         const QModelIndex last = screen.threadModel()->index(row);
         return screen.refreshControl()->indicatorBand() == 0
-               && (!last.data(CommentThreadModel::HasPictureRole).toBool()
-                   || !last.data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
+            && (!last.data(CommentThreadModel::HasPictureRole).toBool()
+                || !last.data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
     });
     settle(300ms);
 }
@@ -529,19 +544,22 @@ void DemoTour::stepComments()
     m_currentStep = QStringLiteral("comments");
     ItemsVC &items = itemsScreen();
     items.commentsButton()->trigger();
-    waitFor(QStringLiteral("the comments screen"), [this] { return qobject_cast<CommentsVC *>(navVC().topScreen()) != nullptr; });
+    waitFor(QStringLiteral("the comments screen"),
+            [this] { return qobject_cast<CommentsVC *>(navVC().topScreen()) != nullptr; });
     CommentsVC &screen = commentsScreen();
     waitFor(QStringLiteral("the thread to load"),
             [&screen] { return !screen.isFetching() && screen.refreshControl()->indicatorBand() == 0; });
     settle(300ms);
-    record(QStringLiteral("comments"), QStringLiteral("\"%1\": %2 comments over %3 days")
-                                           .arg(navVC().navigationBar()->title())
-                                           .arg(screen.viewModel()->comments().size())
-                                           .arg(screen.viewModel()->numberOfSections()));
+    record(QStringLiteral("comments"),
+           QStringLiteral("\"%1\": %2 comments over %3 days")
+               .arg(navVC().navigationBar()->title())
+               .arg(screen.viewModel()->comments().size())
+               .arg(screen.viewModel()->numberOfSections()));
 
     m_currentStep = QStringLiteral("comment-text");
     sendComment(QStringLiteral("Two extinguishers need new tags, the rest is fine."), false);
-    record(QStringLiteral("comment-text"), QStringLiteral("posted, %1 comments now").arg(screen.viewModel()->comments().size()));
+    record(QStringLiteral("comment-text"),
+           QStringLiteral("posted, %1 comments now").arg(screen.viewModel()->comments().size()));
 
     m_currentStep = QStringLiteral("comment-photo");
     sendComment(QStringLiteral("Gauge after the check."), true);
@@ -557,7 +575,9 @@ void DemoTour::stepComments()
         throw StepFailure(QStringLiteral("the picture did not open"));
     settle(200ms);
     record(QStringLiteral("comment-picture"),
-           QStringLiteral("picture opened full screen (%1x%2)").arg(viewer->image().width()).arg(viewer->image().height()));
+           QStringLiteral("picture opened full screen (%1x%2)")
+               .arg(viewer->image().width())
+               .arg(viewer->image().height()));
     viewer->closeButton()->click();
     navVC().pop();
     waitForItems();
@@ -578,7 +598,8 @@ void DemoTour::stepBlock()
     record(QStringLiteral("block-sheet"), QStringLiteral("reason typed for '%1'").arg(task->name));
     sheet->blockButton()->click();
     const auto isBlocked = [](const QString &title) { return title == QLatin1String("Task marked as blocked!"); };
-    waitFor(QStringLiteral("the blocked alert"), [this, &isBlocked] { return alertTitled(m_window, isBlocked) != nullptr; });
+    waitFor(QStringLiteral("the blocked alert"),
+            [this, &isBlocked] { return alertTitled(m_window, isBlocked) != nullptr; });
     settle(150ms);
     const QString alert = oneLine(alertTitled(m_window, isBlocked)->message().trimmed());
     // The dashboard sends the change once the alert has gone.
@@ -621,12 +642,14 @@ void DemoTour::stepFilter()
     if (!filterButton)
         throw StepFailure(QStringLiteral("the navigation bar has no filter button"));
     filterButton->click();
-    waitFor(QStringLiteral("the filter screen"), [this] { return qobject_cast<FilterVC *>(navVC().topScreen()) != nullptr; });
+    waitFor(QStringLiteral("the filter screen"),
+            [this] { return qobject_cast<FilterVC *>(navVC().topScreen()) != nullptr; });
     auto *filter = qobject_cast<FilterVC *>(navVC().topScreen());
     const FilterVM &choices = *filter->viewModel();
-    for (const auto &[control, index] : {std::pair{filter->prioritySegment(), FilterVM::priorityIndex(*priority)},
-                                         std::pair{filter->sortKeySegment(), choices.sortKeyIndex(SortKey::name)},
-                                         std::pair{filter->sortOrderSegment(), choices.sortOrderIndex(SortOrder::ascending)}}) {
+    for (const auto &[control, index] :
+         {std::pair{filter->prioritySegment(), FilterVM::priorityIndex(*priority)},
+          std::pair{filter->sortKeySegment(), choices.sortKeyIndex(SortKey::name)},
+          std::pair{filter->sortOrderSegment(), choices.sortOrderIndex(SortOrder::ascending)}}) {
         QPushButton *segment = control->segmentButton(index);
         if (!segment)
             throw StepFailure(QStringLiteral("%1 has no segment %2").arg(control->objectName()).arg(index));
@@ -634,18 +657,19 @@ void DemoTour::stepFilter()
     }
     const QString priorityText = TaskPriorities::rawValue(*priority);
     settle(250ms);
-    record(QStringLiteral("filter"), QStringLiteral("priority %1, sorted by %2 %3, created %4 to %5, category %6")
-                                         .arg(priorityText,
-                                              filter->sortKeySegment()->titleForSegment(filter->sortKeySegment()->selectedSegmentIndex()),
-                                              filter->sortOrderSegment()->titleForSegment(filter->sortOrderSegment()->selectedSegmentIndex()),
-                                              filter->dateStart()->text(), filter->dateEnd()->text(),
-                                              filter->categoryTextField()->text().isEmpty()
-                                                  ? filter->categoryTextField()->placeholderText()
-                                                  : filter->categoryTextField()->text()));
+    record(QStringLiteral("filter"),
+           QStringLiteral("priority %1, sorted by %2 %3, created %4 to %5, category %6")
+               .arg(priorityText,
+                    filter->sortKeySegment()->titleForSegment(filter->sortKeySegment()->selectedSegmentIndex()),
+                    filter->sortOrderSegment()->titleForSegment(filter->sortOrderSegment()->selectedSegmentIndex()),
+                    filter->dateStart()->text(), filter->dateEnd()->text(),
+                    filter->categoryTextField()->text().isEmpty() ? filter->categoryTextField()->placeholderText()
+                                                                  : filter->categoryTextField()->text()));
 
     const int since = m_refreshesEnded;
     filter->applyButton()->click();
-    waitFor(QStringLiteral("the filter screen to close"), [this] { return navVC().topScreen() == navVC().dashboard(); });
+    waitFor(QStringLiteral("the filter screen to close"),
+            [this] { return navVC().topScreen() == navVC().dashboard(); });
     waitForRefreshAfter(since, QStringLiteral("the dashboard to fetch with the new filter"));
     const auto narrowed = [this, priority] {
         const QList<TaskPtr> &tasks = dashboard().viewModel()->taskList().tasks;
@@ -653,18 +677,21 @@ void DemoTour::stepFilter()
             return task->priority == *priority;
         });
     };
-    waitFor(QStringLiteral("only %1 tasks on the dashboard").arg(priorityText), [&] { return narrowed() && dashboardIdle(); });
+    waitFor(QStringLiteral("only %1 tasks on the dashboard").arg(priorityText),
+            [&] { return narrowed() && dashboardIdle(); });
     for (const TaskSection &section : dashboard().viewModel()->sections()) {
         for (qsizetype i = 1; i < section.tasks.size(); ++i) {
             if (section.tasks.at(i - 1)->name.toLower() > section.tasks.at(i)->name.toLower())
-                throw StepFailure(QStringLiteral("'%1' shows before '%2'").arg(section.tasks.at(i - 1)->name, section.tasks.at(i)->name));
+                throw StepFailure(QStringLiteral("'%1' shows before '%2'")
+                                      .arg(section.tasks.at(i - 1)->name, section.tasks.at(i)->name));
         }
     }
     settle(300ms);
-    record(QStringLiteral("filter-applied"), QStringLiteral("%1 of %2 tasks, all %3, by name A to Z (%4)")
-                                                 .arg(dashboard().viewModel()->taskList().tasks.size())
-                                                 .arg(before.size())
-                                                 .arg(priorityText, sectionsText()));
+    record(QStringLiteral("filter-applied"),
+           QStringLiteral("%1 of %2 tasks, all %3, by name A to Z (%4)")
+               .arg(dashboard().viewModel()->taskList().tasks.size())
+               .arg(before.size())
+               .arg(priorityText, sectionsText()));
 }
 
 void DemoTour::stepHostPanel()
@@ -679,8 +706,9 @@ void DemoTour::stepHostPanel()
     waitFor(QStringLiteral("the host panel to slide in"),
             [this, panel] { return m_lastSwipe.has_value() && panel->isShown() && panel->isSettled(); });
     settle(100ms);
-    record(QStringLiteral("host-panel"), QStringLiteral("didSwipe(isShown: %1) from the dashboard's panel button -> host panel shown for %2")
-                                             .arg(*m_lastSwipe ? QStringLiteral("true") : QStringLiteral("false"), panel->userName()));
+    record(QStringLiteral("host-panel"),
+           QStringLiteral("didSwipe(isShown: %1) from the dashboard's panel button -> host panel shown for %2")
+               .arg(*m_lastSwipe ? QStringLiteral("true") : QStringLiteral("false"), panel->userName()));
     m_window->closeHostPanel();
     waitFor(QStringLiteral("the host panel to slide out"), [panel] { return !panel->isShown() && panel->isSettled(); });
 }
@@ -695,9 +723,8 @@ void DemoTour::stepTaskEvent()
 
     // Another assigned task of the worker, else the first task offered.
     HostSetup::TaskChoice choice = sheet->tasks().constFirst();
-    const TaskPtr assigned = findTask([this](const Task &t) {
-        return t.currentStatus == TaskStatus::assigned && t.id != m_acknowledgedTaskId;
-    });
+    const TaskPtr assigned = findTask(
+        [this](const Task &t) { return t.currentStatus == TaskStatus::assigned && t.id != m_acknowledgedTaskId; });
     for (const HostSetup::TaskChoice &candidate : sheet->tasks()) {
         if (assigned && candidate.id == assigned->id)
             choice = candidate;
@@ -705,21 +732,24 @@ void DemoTour::stepTaskEvent()
     sheet->selectTask(choice.id);
     sheet->selectKind(kTaskEventKind);
     settle(200ms);
-    record(QStringLiteral("task-event-sheet"), QStringLiteral("the host's sheet offers %1 tasks; picked #%2 '%3', %4")
-                                                   .arg(sheet->tasks().size())
-                                                   .arg(choice.id)
-                                                   .arg(choice.name, sheet->selectedKind()));
+    record(QStringLiteral("task-event-sheet"),
+           QStringLiteral("the host's sheet offers %1 tasks; picked #%2 '%3', %4")
+               .arg(sheet->tasks().size())
+               .arg(choice.id)
+               .arg(choice.name, sheet->selectedKind()));
 
     const int since = m_refreshesEnded;
     sheet->postButton()->click();
     const auto isEventAlert = [](const QString &title) { return title == QLatin1String("Task Event Update"); };
-    waitFor(QStringLiteral("the event alert"), [this, &isEventAlert] { return alertTitled(m_window, isEventAlert) != nullptr; });
+    waitFor(QStringLiteral("the event alert"),
+            [this, &isEventAlert] { return alertTitled(m_window, isEventAlert) != nullptr; });
     AlertView *alert = alertTitled(m_window, isEventAlert);
     // The alert goes by itself after a second: the picture is taken at once.
-    record(QStringLiteral("task-event"), QStringLiteral("%1 for task %2 '%3' -> alert \"%4\": %5")
-                                             .arg(kTaskEventKind)
-                                             .arg(choice.id)
-                                             .arg(choice.name, alert->title(), oneLine(alert->message())));
+    record(QStringLiteral("task-event"),
+           QStringLiteral("%1 for task %2 '%3' -> alert \"%4\": %5")
+               .arg(kTaskEventKind)
+               .arg(choice.id)
+               .arg(choice.name, alert->title(), oneLine(alert->message())));
     waitForRefreshAfter(since, QStringLiteral("the alert to close and the dashboard to reload"));
 }
 
@@ -734,8 +764,9 @@ void DemoTour::stepEmergency()
         return now != before && now.red() > 200 && now.green() < 110 && now.blue() < 110;
     });
     settle(150ms);
-    record(QStringLiteral("emergency"), QStringLiteral("EmergencyUpdateEvent true -> navigation bar %1 (was %2)")
-                                            .arg(bar->barColor().name(), before.name()));
+    record(QStringLiteral("emergency"),
+           QStringLiteral("EmergencyUpdateEvent true -> navigation bar %1 (was %2)")
+               .arg(bar->barColor().name(), before.name()));
 }
 
 // Helpers --------------------------------------------------------------------
@@ -836,7 +867,7 @@ bool DemoTour::dashboardIdle() const
 {
     const DashboardVC &screen = dashboard();
     return screen.refreshControl() && !screen.refreshControl()->isRefreshing()
-           && AlertPresenter::visibleAlert(m_window) == nullptr;
+        && AlertPresenter::visibleAlert(m_window) == nullptr;
 }
 
 void DemoTour::waitForRefreshAfter(int since, const QString &what)
@@ -852,10 +883,11 @@ void DemoTour::watchRefreshes()
     if (!control)
         throw StepFailure(QStringLiteral("the dashboard has no refresh control"));
     m_watchingRefreshes = true;
-    m_connections.append(QObject::connect(control, &RefreshableScrollArea::refreshingChanged, control, [this](bool refreshing) {
-        if (!refreshing)
-            ++m_refreshesEnded;
-    }));
+    m_connections.append(
+        QObject::connect(control, &RefreshableScrollArea::refreshingChanged, control, [this](bool refreshing) {
+            if (!refreshing)
+                ++m_refreshesEnded;
+        }));
 }
 
 TaskPtr DemoTour::findTask(const std::function<bool(const Task &)> &matches) const

@@ -64,8 +64,7 @@ private:
     {
         explicit StepFailure(const QString &reason)
             : std::runtime_error(reason.toStdString())
-        {
-        }
+        { }
     };
 
     void stepSignIn();

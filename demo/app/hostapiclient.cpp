@@ -37,8 +37,7 @@ HostApiClient::HostApiClient(QNetworkAccessManager *network, QString baseUrl, QO
     : QObject(parent)
     , m_network(network)
     , m_baseUrl(std::move(baseUrl))
-{
-}
+{ }
 
 void HostApiClient::setTrustedCertificate(const QByteArray &pem)
 {
@@ -63,7 +62,8 @@ QUrl HostApiClient::fileUrl(const QString &path) const
 void HostApiClient::acceptCertificate(QNetworkReply *reply) const
 {
     if (m_trustedPem.isEmpty()) {
-        connect(reply, &QNetworkReply::sslErrors, reply, [reply](const QList<QSslError> &) { reply->ignoreSslErrors(); });
+        connect(reply, &QNetworkReply::sslErrors, reply,
+                [reply](const QList<QSslError> &) { reply->ignoreSslErrors(); });
         return;
     }
     const QList<QSslCertificate> trusted = QSslCertificate::fromData(m_trustedPem, QSsl::Pem);
@@ -80,13 +80,12 @@ void HostApiClient::finish(QNetworkReply *reply, QObject *context,
     // The reply goes with the answer, or with the context when that goes first.
     if (context)
         connect(context, &QObject::destroyed, reply, &QNetworkReply::abort);
-    connect(reply, &QNetworkReply::finished, context ? context : this,
-            [reply, handle = std::move(handle)] {
-                reply->deleteLater();
-                const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-                const QString error = reply->error() == QNetworkReply::NoError ? QString() : reply->errorString();
-                handle(status, reply->readAll(), error);
-            });
+    connect(reply, &QNetworkReply::finished, context ? context : this, [reply, handle = std::move(handle)] {
+        reply->deleteLater();
+        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        const QString error = reply->error() == QNetworkReply::NoError ? QString() : reply->errorString();
+        handle(status, reply->readAll(), error);
+    });
 }
 
 void HostApiClient::signIn(qint64 userId, QObject *context, SignInCompletion completion)
@@ -99,9 +98,10 @@ void HostApiClient::signIn(qint64 userId, QObject *context, SignInCompletion com
     signInRequest.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
     const QByteArray body = QJsonDocument(QJsonObject{{"userId", userId}}).toJson(QJsonDocument::Compact);
     QNetworkReply *reply = m_network->post(signInRequest, body);
-    finish(reply, context, [completion = std::move(completion)](int status, const QByteArray &bytes, const QString &error) {
-        completion(decodeAnswer<SignInAnswer>(status, bytes, error));
-    });
+    finish(reply, context,
+           [completion = std::move(completion)](int status, const QByteArray &bytes, const QString &error) {
+               completion(decodeAnswer<SignInAnswer>(status, bytes, error));
+           });
 }
 
 void HostApiClient::uploadPicture(const QImage &picture, const QString &fileName, const QString &token,
@@ -109,8 +109,8 @@ void HostApiClient::uploadPicture(const QImage &picture, const QString &fileName
 {
     const QByteArray jpeg = jpegBytes(picture);
     if (!m_network || jpeg.isEmpty()) {
-        completion(Result<UploadAnswer, QString>::failure(
-            m_network ? QStringLiteral("The picture could not be encoded") : QStringLiteral("No network access")));
+        completion(Result<UploadAnswer, QString>::failure(m_network ? QStringLiteral("The picture could not be encoded")
+                                                                    : QStringLiteral("No network access")));
         return;
     }
     QUrlQuery query;
@@ -119,9 +119,10 @@ void HostApiClient::uploadPicture(const QImage &picture, const QString &fileName
     uploadRequest.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("image/jpeg"));
     uploadRequest.setRawHeader("Authorization", "Bearer " + token.toUtf8());
     QNetworkReply *reply = m_network->post(uploadRequest, jpeg);
-    finish(reply, context, [completion = std::move(completion)](int status, const QByteArray &bytes, const QString &error) {
-        completion(decodeAnswer<UploadAnswer>(status, bytes, error));
-    });
+    finish(reply, context,
+           [completion = std::move(completion)](int status, const QByteArray &bytes, const QString &error) {
+               completion(decodeAnswer<UploadAnswer>(status, bytes, error));
+           });
 }
 
 QByteArray HostApiClient::jpegBytes(const QImage &picture)

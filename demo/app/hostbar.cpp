@@ -57,9 +57,9 @@ HostBar::HostBar(QWidget *parent)
     m_emergency->setCursor(Qt::PointingHandCursor);
     m_emergency->setFont(hostbrand::font(14, QFont::DemiBold));
     m_emergency->setMinimumHeight(38);
-    m_emergency->setStyleSheet(buttonStyle
-                               + QStringLiteral("QPushButton:checked { background: %1; border-color: %1; }")
-                                     .arg(hostbrand::danger().name()));
+    m_emergency->setStyleSheet(
+        buttonStyle
+        + QStringLiteral("QPushButton:checked { background: %1; border-color: %1; }").arg(hostbrand::danger().name()));
     connect(m_emergency, &QPushButton::toggled, this, [this](bool checked) {
         updateEmergencyText();
         emit emergencyToggled(checked);

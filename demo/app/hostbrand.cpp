@@ -9,15 +9,42 @@
 
 namespace ravelin::hostbrand {
 
-QColor primary() { return QColor(0x0F, 0x76, 0x6E); }
-QColor primaryDark() { return QColor(0x0B, 0x4F, 0x4A); }
-QColor accent() { return QColor(0xF5, 0x9E, 0x0B); }
-QColor surface() { return QColor(0xFF, 0xFF, 0xFF); }
-QColor background() { return QColor(0xF0, 0xF5, 0xF4); }
-QColor text() { return QColor(0x13, 0x2A, 0x28); }
-QColor secondaryText() { return QColor(0x5B, 0x6E, 0x6C); }
-QColor hairline() { return QColor(0xD5, 0xE1, 0xDF); }
-QColor danger() { return QColor(0xDC, 0x26, 0x26); }
+QColor primary()
+{
+    return QColor(0x0F, 0x76, 0x6E);
+}
+QColor primaryDark()
+{
+    return QColor(0x0B, 0x4F, 0x4A);
+}
+QColor accent()
+{
+    return QColor(0xF5, 0x9E, 0x0B);
+}
+QColor surface()
+{
+    return QColor(0xFF, 0xFF, 0xFF);
+}
+QColor background()
+{
+    return QColor(0xF0, 0xF5, 0xF4);
+}
+QColor text()
+{
+    return QColor(0x13, 0x2A, 0x28);
+}
+QColor secondaryText()
+{
+    return QColor(0x5B, 0x6E, 0x6C);
+}
+QColor hairline()
+{
+    return QColor(0xD5, 0xE1, 0xDF);
+}
+QColor danger()
+{
+    return QColor(0xDC, 0x26, 0x26);
+}
 
 QFont font(int pixelSize, QFont::Weight weight)
 {
@@ -64,8 +91,9 @@ QString initials(const QString &name)
 
 QPixmap avatar(const QString &name, int size, qreal devicePixelRatio)
 {
-    static const std::array<QColor, 6> palette{QColor(0x0E, 0x74, 0x90), QColor(0x7C, 0x3A, 0xED), QColor(0xDB, 0x27, 0x77),
-                                               QColor(0xEA, 0x58, 0x0C), QColor(0x05, 0x96, 0x69), QColor(0x25, 0x63, 0xEB)};
+    static const std::array<QColor, 6> palette{QColor(0x0E, 0x74, 0x90), QColor(0x7C, 0x3A, 0xED),
+                                               QColor(0xDB, 0x27, 0x77), QColor(0xEA, 0x58, 0x0C),
+                                               QColor(0x05, 0x96, 0x69), QColor(0x25, 0x63, 0xEB)};
     uint hash = 0;
     for (const QChar ch : name)
         hash = hash * 31 + ch.unicode();

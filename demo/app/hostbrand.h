@@ -15,11 +15,11 @@ namespace ravelin::hostbrand {
 inline const QString productName = QStringLiteral("Ravelin Demo");
 inline const QString tagline = QStringLiteral("Field service workspace");
 
-[[nodiscard]] QColor primary();      // deep teal
-[[nodiscard]] QColor primaryDark();  // the darker end of the host gradient
-[[nodiscard]] QColor accent();       // warm amber, for highlights
-[[nodiscard]] QColor surface();      // cards and sheets
-[[nodiscard]] QColor background();   // behind the cards
+[[nodiscard]] QColor primary(); // deep teal
+[[nodiscard]] QColor primaryDark(); // the darker end of the host gradient
+[[nodiscard]] QColor accent(); // warm amber, for highlights
+[[nodiscard]] QColor surface(); // cards and sheets
+[[nodiscard]] QColor background(); // behind the cards
 [[nodiscard]] QColor text();
 [[nodiscard]] QColor secondaryText();
 [[nodiscard]] QColor hairline();

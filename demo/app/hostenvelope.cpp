@@ -6,7 +6,8 @@ json::Value data(const json::Value &answer)
 {
     const json::Object envelope = answer.toObject();
     if (!envelope.boolean("success")) {
-        const QString message = envelope.stringIfPresent("message").value_or(QStringLiteral("The server refused the request"));
+        const QString message
+            = envelope.stringIfPresent("message").value_or(QStringLiteral("The server refused the request"));
         throw json::DecodingError(json::DecodingError::Kind::dataCorrupted, message);
     }
     return envelope.value("data");

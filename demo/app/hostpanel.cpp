@@ -42,7 +42,8 @@ QPushButton *entryButton(const Entry &entry, QWidget *parent)
     glyph->setFixedSize(34, 34);
     glyph->setAlignment(Qt::AlignCenter);
     glyph->setFont(hostbrand::font(17));
-    glyph->setStyleSheet(QStringLiteral("background: #E6F4F2; color: %1; border-radius: 10px;").arg(hostbrand::primary().name()));
+    glyph->setStyleSheet(
+        QStringLiteral("background: #E6F4F2; color: %1; border-radius: 10px;").arg(hostbrand::primary().name()));
     glyph->setAttribute(Qt::WA_TransparentForMouseEvents);
     row->addWidget(glyph);
     auto *texts = new QVBoxLayout;
@@ -73,10 +74,11 @@ HostPanel::HostPanel(QWidget *window)
     m_sheet = new QWidget(this);
     m_sheet->setObjectName(QStringLiteral("hostPanelSheet"));
     m_sheet->setAttribute(Qt::WA_StyledBackground);
-    m_sheet->setStyleSheet(QStringLiteral("QWidget#hostPanelSheet { background: %1; }"
-                                          "QPushButton#hostEntry { background: transparent; border: none; text-align: left; }"
-                                          "QPushButton#hostEntry:hover { background: #F0F7F6; }")
-                               .arg(hostbrand::surface().name()));
+    m_sheet->setStyleSheet(
+        QStringLiteral("QWidget#hostPanelSheet { background: %1; }"
+                       "QPushButton#hostEntry { background: transparent; border: none; text-align: left; }"
+                       "QPushButton#hostEntry:hover { background: #F0F7F6; }")
+            .arg(hostbrand::surface().name()));
     auto *column = new QVBoxLayout(m_sheet);
     column->setContentsMargins(0, 0, 0, 16);
     column->setSpacing(0);
@@ -85,9 +87,10 @@ HostPanel::HostPanel(QWidget *window)
     auto *header = new QWidget(m_sheet);
     header->setObjectName(QStringLiteral("hostPanelHeader"));
     header->setAttribute(Qt::WA_StyledBackground);
-    header->setStyleSheet(QStringLiteral("QWidget#hostPanelHeader { background: qlineargradient(x1:0, y1:0, x2:1, y2:1, "
-                                         "stop:0 %1, stop:1 %2); }")
-                              .arg(hostbrand::primary().name(), hostbrand::primaryDark().name()));
+    header->setStyleSheet(
+        QStringLiteral("QWidget#hostPanelHeader { background: qlineargradient(x1:0, y1:0, x2:1, y2:1, "
+                       "stop:0 %1, stop:1 %2); }")
+            .arg(hostbrand::primary().name(), hostbrand::primaryDark().name()));
     auto *headerColumn = new QVBoxLayout(header);
     headerColumn->setContentsMargins(20, 28, 20, 20);
     headerColumn->setSpacing(0);
@@ -138,7 +141,8 @@ HostPanel::HostPanel(QWidget *window)
     m_slide = new QVariantAnimation(this);
     m_slide->setDuration(int(slideDuration.count()));
     m_slide->setEasingCurve(QEasingCurve::OutCubic);
-    connect(m_slide, &QVariantAnimation::valueChanged, this, [this](const QVariant &value) { applyProgress(value.toReal()); });
+    connect(m_slide, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &value) { applyProgress(value.toReal()); });
     connect(m_slide, &QVariantAnimation::finished, this, [this] {
         if (!m_shown)
             hide();

@@ -37,7 +37,8 @@ std::unique_ptr<QSettings> openUserDefaults()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     if (!folder.isEmpty() && QDir().mkpath(folder))
-        return std::make_unique<QSettings>(QDir(folder).filePath(QStringLiteral("user-defaults.ini")), QSettings::IniFormat);
+        return std::make_unique<QSettings>(QDir(folder).filePath(QStringLiteral("user-defaults.ini")),
+                                           QSettings::IniFormat);
     return std::make_unique<QSettings>(QStringLiteral("Ravelin"), QStringLiteral("Ravelin Demo"));
 }
 
@@ -60,7 +61,8 @@ HostSetup presetSetup(const DemoOptions &options)
     HostSetup setup;
     setup.baseUrl = *options.apiHost;
     const QString name = QStringLiteral("User %1").arg(options.userId);
-    setup.workers.append({options.userId, name, QStringLiteral("people_01"), QStringLiteral("Token from the command line")});
+    setup.workers.append(
+        {options.userId, name, QStringLiteral("people_01"), QStringLiteral("Token from the command line")});
     setup.preset = HostSetup::Preset{options.userId, options.token};
     return setup;
 }
@@ -91,7 +93,7 @@ int loadDashboard(DemoHostWindow &window)
         DashboardVC *dashboard = nav ? nav->dashboard() : nullptr;
         const DashboardVM *viewModel = dashboard ? dashboard->viewModel() : nullptr;
         const bool shown = viewModel && !viewModel->taskList().tasks.isEmpty() && !dashboard->rows().isEmpty()
-                           && !dashboard->refreshControl()->isRefreshing();
+            && !dashboard->refreshControl()->isRefreshing();
         if (!shown && clock.elapsed() < 120000)
             return;
         poll.stop();
@@ -173,9 +175,10 @@ int main(int argc, char *argv[])
 
     // The headless tour has no camera and no one to choose a file: it takes drawn pictures.
     ScenePicker scenePicker;
-    DemoHostWindow window(setup, DemoHostWindow::Environment{userDefaults.get(), &network,
-                                                             &NotificationCenter::defaultCenter(), systemClock(),
-                                                             tour ? &scenePicker : nullptr});
+    DemoHostWindow window(setup,
+                          DemoHostWindow::Environment{userDefaults.get(), &network,
+                                                      &NotificationCenter::defaultCenter(), systemClock(),
+                                                      tour ? &scenePicker : nullptr});
     if (loadOnly) {
         window.show();
         window.signIn(setup.preset ? setup.preset->userId : setup.workers.constFirst().id);
@@ -188,8 +191,9 @@ int main(int argc, char *argv[])
         return QApplication::exec();
     }
 
-    DemoTour demoTour(&window, DemoTour::Options{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
-                                                 !options.apiHost.has_value()});
+    DemoTour demoTour(&window,
+                      DemoTour::Options{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
+                                        !options.apiHost.has_value()});
     QTimer::singleShot(0, &window, [&demoTour] { QApplication::exit(demoTour.run()); });
     return QApplication::exec();
 }

@@ -2,9 +2,9 @@
 
 #include <QLinearGradient>
 #include <QPainter>
-#include <QWidget>
 #include <QPointer>
 #include <QTimer>
+#include <QWidget>
 #include <QtMath>
 
 namespace ravelin {

@@ -67,7 +67,8 @@ SignInScreen::SignInScreen(QWidget *parent)
     auto *card = new QWidget(this);
     card->setObjectName(QStringLiteral("signInCard"));
     card->setAttribute(Qt::WA_StyledBackground);
-    card->setStyleSheet(QStringLiteral("QWidget#signInCard { background: %1; border-radius: 18px; }").arg(hostbrand::surface().name()));
+    card->setStyleSheet(
+        QStringLiteral("QWidget#signInCard { background: %1; border-radius: 18px; }").arg(hostbrand::surface().name()));
     auto *shadow = new QGraphicsDropShadowEffect(card);
     shadow->setBlurRadius(28);
     shadow->setOffset(0, 6);

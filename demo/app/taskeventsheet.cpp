@@ -49,17 +49,21 @@ TaskEventSheet::TaskEventSheet(QWidget *window)
     m_sheet->setAttribute(Qt::WA_StyledBackground);
     const QString primary = hostbrand::primary().name();
     m_sheet->setStyleSheet(
-        QStringLiteral("QWidget#taskEventSheetCard { background: %1; border-top-left-radius: 20px; border-top-right-radius: 20px; }"
-                       "QComboBox { border: 1px solid %2; border-radius: 10px; padding: 8px 12px; color: %3; background: white; }"
-                       "QComboBox::drop-down { border: none; width: 26px; }"
-                       "QPushButton#kind { border: 1px solid %2; background: white; color: %3; padding: 8px 0; }"
-                       "QPushButton#kind:checked { background: %4; border-color: %4; color: white; }"
-                       "QPushButton#kindFirst { border: 1px solid %2; border-top-left-radius: 10px; border-bottom-left-radius: 10px;"
-                       " background: white; color: %3; padding: 8px 0; }"
-                       "QPushButton#kindFirst:checked { background: %4; border-color: %4; color: white; }"
-                       "QPushButton#kindLast { border: 1px solid %2; border-top-right-radius: 10px; border-bottom-right-radius: 10px;"
-                       " background: white; color: %3; padding: 8px 0; }"
-                       "QPushButton#kindLast:checked { background: %4; border-color: %4; color: white; }")
+        QStringLiteral(
+            "QWidget#taskEventSheetCard { background: %1; border-top-left-radius: 20px; border-top-right-radius: 20px; "
+            "}"
+            "QComboBox { border: 1px solid %2; border-radius: 10px; padding: 8px 12px; color: %3; background: white; }"
+            "QComboBox::drop-down { border: none; width: 26px; }"
+            "QPushButton#kind { border: 1px solid %2; background: white; color: %3; padding: 8px 0; }"
+            "QPushButton#kind:checked { background: %4; border-color: %4; color: white; }"
+            "QPushButton#kindFirst { border: 1px solid %2; border-top-left-radius: 10px; border-bottom-left-radius: "
+            "10px;"
+            " background: white; color: %3; padding: 8px 0; }"
+            "QPushButton#kindFirst:checked { background: %4; border-color: %4; color: white; }"
+            "QPushButton#kindLast { border: 1px solid %2; border-top-right-radius: 10px; border-bottom-right-radius: "
+            "10px;"
+            " background: white; color: %3; padding: 8px 0; }"
+            "QPushButton#kindLast:checked { background: %4; border-color: %4; color: white; }")
             .arg(hostbrand::surface().name(), hostbrand::hairline().name(), hostbrand::text().name(), primary));
 
     auto *column = new QVBoxLayout(m_sheet);
@@ -77,8 +81,8 @@ TaskEventSheet::TaskEventSheet(QWidget *window)
     title->setStyleSheet(QStringLiteral("color: %1;").arg(hostbrand::text().name()));
     column->addWidget(title);
     column->addSpacing(4);
-    auto *subtitle = new QLabel(QStringLiteral("Tell the task client what happened to a task, as the host's back office would."),
-                                m_sheet);
+    auto *subtitle = new QLabel(
+        QStringLiteral("Tell the task client what happened to a task, as the host's back office would."), m_sheet);
     subtitle->setWordWrap(true);
     subtitle->setFont(hostbrand::font(13));
     subtitle->setStyleSheet(QStringLiteral("color: %1;").arg(hostbrand::secondaryText().name()));
@@ -124,17 +128,19 @@ TaskEventSheet::TaskEventSheet(QWidget *window)
     cancel->setCursor(Qt::PointingHandCursor);
     cancel->setMinimumHeight(46);
     cancel->setFont(hostbrand::font(15, QFont::DemiBold));
-    cancel->setStyleSheet(QStringLiteral("QPushButton { color: %1; background: %2; border: none; border-radius: 12px; }")
-                              .arg(hostbrand::text().name(), hostbrand::background().name()));
+    cancel->setStyleSheet(
+        QStringLiteral("QPushButton { color: %1; background: %2; border: none; border-radius: 12px; }")
+            .arg(hostbrand::text().name(), hostbrand::background().name()));
     connect(cancel, &QPushButton::clicked, this, &TaskEventSheet::dismiss);
     m_post = new QPushButton(QStringLiteral("Post event"), m_sheet);
     m_post->setObjectName(QStringLiteral("taskEventPost"));
     m_post->setCursor(Qt::PointingHandCursor);
     m_post->setMinimumHeight(46);
     m_post->setFont(hostbrand::font(15, QFont::DemiBold));
-    m_post->setStyleSheet(QStringLiteral("QPushButton { color: white; background: %1; border: none; border-radius: 12px; }"
-                                         "QPushButton:disabled { background: #9CC3BF; }")
-                              .arg(primary));
+    m_post->setStyleSheet(
+        QStringLiteral("QPushButton { color: white; background: %1; border: none; border-radius: 12px; }"
+                       "QPushButton:disabled { background: #9CC3BF; }")
+            .arg(primary));
     connect(m_post, &QPushButton::clicked, this, &TaskEventSheet::post);
     actions->addWidget(cancel, 1);
     actions->addWidget(m_post, 2);

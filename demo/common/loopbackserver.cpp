@@ -30,8 +30,7 @@ struct LoopbackServer::Private
     Private(SelfSignedCertificate certificate, Handler handler)
         : certificate(std::move(certificate))
         , handler(std::move(handler))
-    {
-    }
+    { }
 
     SelfSignedCertificate certificate;
     Handler handler;
@@ -43,8 +42,7 @@ struct LoopbackServer::Private
 
 LoopbackServer::LoopbackServer(SelfSignedCertificate certificate, Handler handler)
     : d(std::make_unique<Private>(std::move(certificate), std::move(handler)))
-{
-}
+{ }
 
 LoopbackServer::~LoopbackServer()
 {
@@ -60,9 +58,8 @@ bool LoopbackServer::start(quint16 port)
         return false;
 
     const Handler &handler = d->handler;
-    const auto serve = [&handler](const httplib::Request &request, httplib::Response &response) {
-        handler(request, response);
-    };
+    const auto serve
+        = [&handler](const httplib::Request &request, httplib::Response &response) { handler(request, response); };
     server->Get(".*", serve);
     server->Post(".*", serve);
     server->Put(".*", serve);

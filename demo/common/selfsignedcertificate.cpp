@@ -45,8 +45,7 @@ void addExtension(X509 *certificate, int nid, const char *value)
     X509V3_CTX context;
     X509V3_set_ctx_nodb(&context);
     X509V3_set_ctx(&context, certificate, certificate, nullptr, nullptr, 0);
-    std::unique_ptr<X509_EXTENSION, ExtensionFree> extension(
-        X509V3_EXT_conf_nid(nullptr, &context, nid, value));
+    std::unique_ptr<X509_EXTENSION, ExtensionFree> extension(X509V3_EXT_conf_nid(nullptr, &context, nid, value));
     if (!extension || X509_add_ext(certificate, extension.get(), -1) != 1)
         fail("cannot add an extension");
 }
@@ -107,14 +106,12 @@ SelfSignedCertificate SelfSignedCertificate::create(std::chrono::system_clock::t
 SelfSignedCertificate::SelfSignedCertificate(X509 *certificate, EVP_PKEY *privateKey)
     : m_certificate(certificate)
     , m_privateKey(privateKey)
-{
-}
+{ }
 
 SelfSignedCertificate::SelfSignedCertificate(SelfSignedCertificate &&other) noexcept
     : m_certificate(std::exchange(other.m_certificate, nullptr))
     , m_privateKey(std::exchange(other.m_privateKey, nullptr))
-{
-}
+{ }
 
 SelfSignedCertificate &SelfSignedCertificate::operator=(SelfSignedCertificate &&other) noexcept
 {

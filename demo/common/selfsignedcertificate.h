@@ -17,8 +17,8 @@ class SelfSignedCertificate
 {
 public:
     // Throws std::runtime_error when OpenSSL cannot make the key or the certificate.
-    [[nodiscard]] static SelfSignedCertificate create(
-        std::chrono::system_clock::time_point now = std::chrono::system_clock::now());
+    [[nodiscard]] static SelfSignedCertificate create(std::chrono::system_clock::time_point now
+                                                      = std::chrono::system_clock::now());
 
     SelfSignedCertificate(SelfSignedCertificate &&other) noexcept;
     SelfSignedCertificate &operator=(SelfSignedCertificate &&other) noexcept;

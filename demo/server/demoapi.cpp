@@ -116,8 +116,7 @@ bool isSafeFileName(const QString &name)
 DemoApi::DemoApi(DemoData data, DemoClock clock)
     : m_data(std::move(data))
     , m_clock(std::move(clock))
-{
-}
+{ }
 
 DemoResponse DemoApi::handle(const DemoRequest &request)
 {
@@ -229,8 +228,8 @@ DemoResponse DemoApi::tasksOf(qint64 userId, const QUrlQuery &query) const
         return badRequest(QStringLiteral("task_category_id must be a number"));
 
     const QString orderBy = query.hasQueryItem(QStringLiteral("orderBy"))
-                                ? query.queryItemValue(QStringLiteral("orderBy"))
-                                : QStringLiteral("date_created");
+        ? query.queryItemValue(QStringLiteral("orderBy"))
+        : QStringLiteral("date_created");
     const QString sortBy = query.hasQueryItem(QStringLiteral("sortBy")) ? query.queryItemValue(QStringLiteral("sortBy"))
                                                                         : QStringLiteral("DESC");
     if (orderBy != QStringLiteral("name") && orderBy != QStringLiteral("priority")
@@ -499,7 +498,8 @@ QString DemoApi::issueToken(qint64 userId)
 {
     QByteArray bytes(24, Qt::Uninitialized);
     QRandomGenerator::system()->fillRange(reinterpret_cast<quint32 *>(bytes.data()), bytes.size() / 4);
-    const QString token = QString::fromLatin1(bytes.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals));
+    const QString token
+        = QString::fromLatin1(bytes.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals));
     m_tokens.insert(token, userId);
     return token;
 }

@@ -165,7 +165,8 @@ const std::array<const char *, 4> kProgressNotes{{
 
 QString taskName(const TaskSeed &seed)
 {
-    return QStringLiteral("%1 – %2").arg(QString::fromUtf8(seed.work), QString::fromUtf8(kSites.at(static_cast<size_t>(seed.site)).name));
+    return QStringLiteral("%1 – %2").arg(QString::fromUtf8(seed.work),
+                                         QString::fromUtf8(kSites.at(static_cast<size_t>(seed.site)).name));
 }
 
 QString taskDescription(const TaskSeed &seed, const QString &categoryName)
@@ -189,10 +190,8 @@ int itemStatusFor(int status, int index, int count, int variant)
         if (index == count / 2)
             return 2;
         return index < count / 2 ? 1 : 3;
-    case completed:
-        return (variant % 4 == 1 && index == count - 1) ? 2 : 1;
-    default:
-        return 3;
+    case completed: return (variant % 4 == 1 && index == count - 1) ? 2 : 1;
+    default: return 3;
     }
 }
 
@@ -202,10 +201,13 @@ DemoData DemoData::constantsOnly()
 {
     DemoData data;
     data.itemStatuses = {{1, "Completed"}, {2, "Incidents"}, {3, "Open"}, {4, "All"}};
-    data.taskStatuses = {{1, "Unassigned"}, {2, "Assigned"}, {3, "Acknowledged"},
-                         {4, "In Progress"}, {5, "Blocked"}, {6, "Completed"}};
-    data.taskCategories = {{inspection, "Inspection"}, {maintenance, "Maintenance"},
-                           {meterReading, "Meter reading"}, {repair, "Repair"}, {safetyCheck, "Safety check"}};
+    data.taskStatuses = {{1, "Unassigned"},  {2, "Assigned"}, {3, "Acknowledged"},
+                         {4, "In Progress"}, {5, "Blocked"},  {6, "Completed"}};
+    data.taskCategories = {{inspection, "Inspection"},
+                           {maintenance, "Maintenance"},
+                           {meterReading, "Meter reading"},
+                           {repair, "Repair"},
+                           {safetyCheck, "Safety check"}};
     return data;
 }
 
@@ -252,8 +254,8 @@ DemoData DemoData::seeded(const QDateTime &now, int tasksPerWorker)
         task.assignedUserId = seed.assignee;
         // Tasks are written during the working day; today's ones in the last few hours.
         task.dateCreated = seed.daysAgo == 0
-                               ? base.addSecs(-(1 + variant % 3) * kHour)
-                               : QDateTime(base.date().addDays(-seed.daysAgo), QTime(6, 30).addSecs(variant % 8 * 45 * 60), Qt::UTC);
+            ? base.addSecs(-(1 + variant % 3) * kHour)
+            : QDateTime(base.date().addDays(-seed.daysAgo), QTime(6, 30).addSecs(variant % 8 * 45 * 60), Qt::UTC);
         if (seed.scheduled)
             task.dateScheduled = QDateTime(task.dateCreated.date().addDays(2), QTime(8, 0), Qt::UTC);
         task.taskStatusId = seed.status;
@@ -358,7 +360,9 @@ DemoData DemoData::seeded(const QDateTime &now, int tasksPerWorker)
             const Site &site = kSites.at(static_cast<size_t>(n / 7) % kSites.size());
             DemoTask task;
             task.id = taskId++;
-            task.name = QStringLiteral("%1 – %2 #%3").arg(QString::fromUtf8(seed.work), QString::fromUtf8(site.name)).arg(n + 1);
+            task.name = QStringLiteral("%1 – %2 #%3")
+                            .arg(QString::fromUtf8(seed.work), QString::fromUtf8(site.name))
+                            .arg(n + 1);
             task.description = taskDescription(seed, data.taskCategories.at(seed.category - 1).name);
             task.latitude = site.latitude;
             task.longitude = site.longitude;

@@ -28,7 +28,7 @@ struct DemoData
     QList<DemoTask> tasks;
     QList<DemoItem> items;
     QList<DemoComment> comments;
-    QHash<QString, QByteArray> pictures;   // path -> JPEG bytes, served under "/files/"
+    QHash<QString, QByteArray> pictures; // path -> JPEG bytes, served under "/files/"
     QHash<QString, QByteArray> thumbnails; // path -> JPEG bytes, served under "/files/thumbnails/thumb_"
 
     // The seeded deployment: three field workers and the dispatch desk, some

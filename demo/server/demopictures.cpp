@@ -25,14 +25,14 @@ struct Palette
 };
 
 const std::array<Palette, 4> kPalettes{{
-    {QColor(70, 130, 200), QColor(190, 220, 245), QColor(96, 140, 110), QColor(60, 120, 60),
-     QColor(200, 190, 170), QColor(150, 60, 50), QColor(120, 120, 130), QColor(240, 180, 0)},
-    {QColor(40, 60, 110), QColor(240, 160, 110), QColor(90, 90, 120), QColor(70, 90, 70),
-     QColor(170, 170, 180), QColor(60, 70, 90), QColor(180, 90, 40), QColor(230, 60, 40)},
-    {QColor(120, 150, 170), QColor(210, 215, 220), QColor(130, 140, 130), QColor(100, 110, 90),
-     QColor(220, 220, 210), QColor(90, 100, 110), QColor(60, 90, 160), QColor(30, 170, 90)},
-    {QColor(90, 170, 230), QColor(230, 240, 250), QColor(150, 170, 100), QColor(110, 150, 60),
-     QColor(160, 110, 80), QColor(80, 50, 40), QColor(90, 90, 90), QColor(250, 120, 0)},
+    {QColor(70, 130, 200), QColor(190, 220, 245), QColor(96, 140, 110), QColor(60, 120, 60), QColor(200, 190, 170),
+     QColor(150, 60, 50), QColor(120, 120, 130), QColor(240, 180, 0)},
+    {QColor(40, 60, 110), QColor(240, 160, 110), QColor(90, 90, 120), QColor(70, 90, 70), QColor(170, 170, 180),
+     QColor(60, 70, 90), QColor(180, 90, 40), QColor(230, 60, 40)},
+    {QColor(120, 150, 170), QColor(210, 215, 220), QColor(130, 140, 130), QColor(100, 110, 90), QColor(220, 220, 210),
+     QColor(90, 100, 110), QColor(60, 90, 160), QColor(30, 170, 90)},
+    {QColor(90, 170, 230), QColor(230, 240, 250), QColor(150, 170, 100), QColor(110, 150, 60), QColor(160, 110, 80),
+     QColor(80, 50, 40), QColor(90, 90, 90), QColor(250, 120, 0)},
 }};
 
 } // namespace

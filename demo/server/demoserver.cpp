@@ -40,10 +40,10 @@ struct DemoServer::Private
     // time the deployment runs on; it is therefore dated by the system clock.
     Private(DemoData data, DemoClock clock)
         : api(std::move(data), std::move(clock))
-        , server(SelfSignedCertificate::create(std::chrono::system_clock::now()),
-                 [this](const httplib::Request &request, httplib::Response &response) { serve(api, request, response); })
-    {
-    }
+        , server(
+              SelfSignedCertificate::create(std::chrono::system_clock::now()),
+              [this](const httplib::Request &request, httplib::Response &response) { serve(api, request, response); })
+    { }
 
     DemoApi api;
     LoopbackServer server; // last: it stops serving before the API goes
@@ -51,8 +51,7 @@ struct DemoServer::Private
 
 DemoServer::DemoServer(DemoData data, DemoClock clock)
     : d(std::make_unique<Private>(std::move(data), std::move(clock)))
-{
-}
+{ }
 
 DemoServer::~DemoServer() = default;
 

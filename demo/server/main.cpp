@@ -17,12 +17,13 @@ int main(int argc, char *argv[])
     parser.setApplicationDescription(QStringLiteral("Serves the Ravelin demo deployment over HTTPS on 127.0.0.1."));
     parser.addHelpOption();
     const QCommandLineOption portOption(QStringLiteral("port"),
-                                        QStringLiteral("Port to listen on; 0 picks a free one."),
-                                        QStringLiteral("N"), QStringLiteral("0"));
+                                        QStringLiteral("Port to listen on; 0 picks a free one."), QStringLiteral("N"),
+                                        QStringLiteral("0"));
     parser.addOption(portOption);
-    const QCommandLineOption tasksOption(QStringLiteral("tasks"),
-                                         QStringLiteral("Tasks per field worker: a deployment at scale (default: the seeded ten)."),
-                                         QStringLiteral("N"), QStringLiteral("0"));
+    const QCommandLineOption tasksOption(
+        QStringLiteral("tasks"),
+        QStringLiteral("Tasks per field worker: a deployment at scale (default: the seeded ten)."), QStringLiteral("N"),
+        QStringLiteral("0"));
     parser.addOption(tasksOption);
     parser.process(app);
 

@@ -80,7 +80,8 @@ int main(int argc, char *argv[])
         event->id = 1;
         event->name = QStringLiteral("Pump station check");
         event->type = ravelin::TaskUpdateEventType::kAssigned;
-        ravelin::NotificationCenter::defaultCenter().post(QStringLiteral("TaskEventNotification"), QVariant::fromValue(event));
+        ravelin::NotificationCenter::defaultCenter().post(QStringLiteral("TaskEventNotification"),
+                                                          QVariant::fromValue(event));
         std::printf("posted task-assigned for task 1\n");
         std::fflush(stdout);
     });

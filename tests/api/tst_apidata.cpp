@@ -83,8 +83,8 @@ void TestApiData::sessionStoreMissingOrUnreadable_data()
     QTest::addColumn<QString>("logLine");
     QTest::newRow("missing") << QVariant() << "Couldnt find key";
     QTest::newRow("not JSON") << QVariant(QByteArray("garbage")) << "Couldnt decode object";
-    QTest::newRow("key missing in object") << QVariant(QByteArray(R"({"baseURL":"h","timestamp":1})"))
-                                           << "Couldnt decode object";
+    QTest::newRow("key missing in object")
+        << QVariant(QByteArray(R"({"baseURL":"h","timestamp":1})")) << "Couldnt decode object";
 }
 
 void TestApiData::sessionStoreMissingOrUnreadable()

@@ -59,8 +59,8 @@ void TestContentEncoding::decodes_data()
     QTest::newRow("cut off") << compressed(large, 31).left(500) << QByteArray("gzip") << noLimit << QByteArray();
     QTest::newRow("not compressed at all") << small << QByteArray("gzip") << noLimit << QByteArray();
     QTest::newRow("unknown encoding") << small << QByteArray("br") << noLimit << QByteArray();
-    QTest::newRow("inflates past the limit") << compressed(large, 31) << QByteArray("gzip") << qsizetype(64 * 1024)
-                                             << QByteArray();
+    QTest::newRow("inflates past the limit")
+        << compressed(large, 31) << QByteArray("gzip") << qsizetype(64 * 1024) << QByteArray();
 }
 
 void TestContentEncoding::decodes()

@@ -27,13 +27,20 @@ void TestJson::snakeCase_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("converted");
-    QTest::newRow("plain words") << "item_status_id" << "itemStatusId";
-    QTest::newRow("no underscore stays") << "taskStatusId" << "taskStatusId";
-    QTest::newRow("single word stays") << "success" << "success";
-    QTest::newRow("upper case words are folded") << "TASK_CATEGORY" << "taskCategory";
-    QTest::newRow("leading and trailing underscores stay") << "__task_id__" << "__taskId__";
-    QTest::newRow("doubled inner underscore") << "date__created" << "dateCreated";
-    QTest::newRow("only underscores") << "___" << "___";
+    QTest::newRow("plain words") << "item_status_id"
+                                 << "itemStatusId";
+    QTest::newRow("no underscore stays") << "taskStatusId"
+                                         << "taskStatusId";
+    QTest::newRow("single word stays") << "success"
+                                       << "success";
+    QTest::newRow("upper case words are folded") << "TASK_CATEGORY"
+                                                 << "taskCategory";
+    QTest::newRow("leading and trailing underscores stay") << "__task_id__"
+                                                           << "__taskId__";
+    QTest::newRow("doubled inner underscore") << "date__created"
+                                              << "dateCreated";
+    QTest::newRow("only underscores") << "___"
+                                      << "___";
 }
 
 void TestJson::snakeCase()

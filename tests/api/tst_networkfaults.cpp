@@ -32,15 +32,15 @@ const QString settingsPath = QStringLiteral("/api/settings-constants");
 const QString tokenPath = QStringLiteral("/api/regenerate-token");
 const QString picturePath = QStringLiteral("/files/p/a.png");
 
-const QByteArray settingsBody =
-    R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
+const QByteArray settingsBody
+    = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
 
 QByteArray largeSettingsBody()
 {
     QByteArray categories;
     for (int i = 1; i <= 200000; ++i)
         categories += (i > 1 ? "," : "") + QByteArray(R"({"id":)") + QByteArray::number(i) + R"(,"name":"Category )"
-                      + QByteArray::number(i) + "\"}";
+            + QByteArray::number(i) + "\"}";
     return R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[)" + categories + "]}}";
 }
 
@@ -166,53 +166,42 @@ void TestNetworkFaults::faultyAnswer_data()
         << Call::request << fault(B::stallBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
     QTest::newRow("reset before the headers")
         << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
-    QTest::newRow("dripped one byte at a time") << Call::request << fault(B::drip, 200, settingsBody)
-                                                << "success" << false;
+    QTest::newRow("dripped one byte at a time")
+        << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
     QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
     QTest::newRow("garbage 200") << Call::request << fault(B::answer, 200, QByteArray("\0\xff{\"succ", 8))
                                  << "invalidParsing" << false;
-    QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested)
-                                       << "invalidParsing" << false;
-    QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody())
-                                    << "success" << false;
-    QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html")
-                                       << "success" << false;
+    QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested) << "invalidParsing" << false;
+    QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody()) << "success"
+                                    << false;
+    QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html") << "success"
+                                       << false;
     QTest::newRow("HTML page as 200") << Call::request
                                       << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
                                       << "invalidParsing" << false;
-    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody)
-                         << "invalidStatusCode(500)" << false;
-    QTest::newRow("503 empty") << Call::request << fault(B::answer, 503, {}) << "invalidStatusCode(503)"
-                               << false;
-    QTest::newRow("redirect to the answer")
-        << Call::request << redirectTo(elsewhere) << "success"
-        << false;
-    QTest::newRow("redirect loop") << Call::request
-                                   << redirectTo(loop)
-                                   << "apiRouteError" << true;
-    QTest::newRow("redirect to plain http")
-        << Call::request << redirectTo(plainHttp)
-        << "apiRouteError" << true;
+    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody) << "invalidStatusCode(500)" << false;
+    QTest::newRow("503 empty") << Call::request << fault(B::answer, 503, {}) << "invalidStatusCode(503)" << false;
+    QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
+    QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
+    QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
 
-    QTest::newRow("token closed mid-body") << Call::regeneration << fault(B::closeMidBody, 200, token)
-                                           << "apiRouteError" << true;
+    QTest::newRow("token closed mid-body")
+        << Call::regeneration << fault(B::closeMidBody, 200, token) << "apiRouteError" << true;
     QTest::newRow("token stalled past the time-out")
         << Call::regeneration << fault(B::stallMidBody, 200, token) << "apiRouteError" << true;
-    QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":")
-                                   << "invalidParsing" << false;
+    QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":") << "invalidParsing"
+                                   << false;
     QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
 
     QTest::newRow("picture closed mid-body")
-        << Call::download << fault(B::closeMidBody, 200, pictureBytes(), "image/png") << "transport error"
-        << true;
+        << Call::download << fault(B::closeMidBody, 200, pictureBytes(), "image/png") << "transport error" << true;
     QTest::newRow("picture stalled past the time-out")
-        << Call::download << fault(B::stallMidBody, 200, pictureBytes(), "image/png") << "transport error"
-        << true;
+        << Call::download << fault(B::stallMidBody, 200, pictureBytes(), "image/png") << "transport error" << true;
     QTest::newRow("picture reset before the headers")
-        << Call::download << fault(B::resetBeforeHeaders, 200, pictureBytes(), "image/png")
-        << "transport error" << true;
-    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, pictureBytes(), "image/png")
-                                     << "success" << false;
+        << Call::download << fault(B::resetBeforeHeaders, 200, pictureBytes(), "image/png") << "transport error"
+        << true;
+    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, pictureBytes(), "image/png") << "success"
+                                     << false;
     QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/png")
                                      << "invalidParsing" << false;
 }
@@ -227,12 +216,14 @@ void TestNetworkFaults::faultyAnswer()
     // A stale token sends the regeneration first; a fresh one goes straight to the call.
     const TimePoint stamped = call == Call::regeneration ? now - hours(5) : now - seconds(60);
     m_store->store(APIData{m_server->baseUrl(), QStringLiteral("tok"), toDateTime(stamped)});
-    const QString faultyPath = call == Call::regeneration ? tokenPath : call == Call::download ? picturePath : settingsPath;
+    const QString faultyPath = call == Call::regeneration ? tokenPath
+        : call == Call::download                          ? picturePath
+                                                          : settingsPath;
     m_server->script(settingsPath, fault(FaultServer::Behaviour::answer, 200, settingsBody));
     m_server->script(QStringLiteral("/api/elsewhere"), fault(FaultServer::Behaviour::answer, 200, settingsBody));
     m_server->script(faultyPath, script);
     const bool stalls = script.behaviour == FaultServer::Behaviour::stallBeforeHeaders
-                        || script.behaviour == FaultServer::Behaviour::stallMidBody;
+        || script.behaviour == FaultServer::Behaviour::stallMidBody;
     m_manager->setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
     test::LogCapture log;
 
@@ -247,7 +238,8 @@ void TestNetworkFaults::faultyAnswer()
     if (call == Call::download)
         m_manager->downloadImage(QStringLiteral("p/a.png"), false, this, record);
     else
-        m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this, record);
+        m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+                                                         record);
 
     QTRY_VERIFY_WITH_TIMEOUT(calls > 0, answerTimeoutMs);
     // Whatever is still under way settles before the count is read again.

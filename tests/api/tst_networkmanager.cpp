@@ -4,8 +4,8 @@
 #include "api/settings.h"
 #include "comments/posttaskscommentresponse.h"
 #include "comments/taskcommentpayload.h"
-#include "items/itemsupdatepayload.h"
 #include "host/ravelinnavvcdelegate.h"
+#include "items/itemsupdatepayload.h"
 #include "support/logcapture.h"
 #include "support/testserver.h"
 
@@ -13,14 +13,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
-#include <QRegularExpression>
 #include <QTimeZone>
+#include <QTimer>
 
 using namespace ravelin;
 using namespace std::chrono;
@@ -33,11 +33,13 @@ constexpr int answerTimeoutMs = 10000;
 const TimePoint now = TimePoint(milliseconds(1795169730123));
 
 // Stands in for the navigation host and the host application.
-class FakeHost : public NetworkManagerDelegate, public RavelinNavVCDelegate
+class FakeHost
+    : public NetworkManagerDelegate
+    , public RavelinNavVCDelegate
 {
 public:
     [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<FakeHost *>(this); }
-    void didSwipe(bool) override {}
+    void didSwipe(bool) override { }
     void sessionExpired() override { ++sessionExpiredCalls; }
     void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override
     {
@@ -139,10 +141,12 @@ void TestNetworkManager::everyRouteOnTheWire_data()
     QTest::addColumn<QString>("query");
     QTest::addColumn<QByteArray>("bodyKey"); // a member the JSON body must have, or empty for no body
 
-    const QStringList names{"getAllTasks", "getItems", "updateTaskStatus", "updateItemsStatus", "getTaskComments",
-                            "postComment", "getFile", "getFile thumbnail", "getToken", "getSettingsAndConstants"};
+    const QStringList names{
+        "getAllTasks", "getItems", "updateTaskStatus",  "updateItemsStatus", "getTaskComments",
+        "postComment", "getFile",  "getFile thumbnail", "getToken",          "getSettingsAndConstants"};
     const QList<std::tuple<QByteArray, QString, QString, QByteArray>> expected{
-        {"GET", "/api/tasks/assigned-user/7", "dateStart=1&dateEnd=2&priority=1&task_category_id=4&orderBy=name&sortBy=ASC", ""},
+        {"GET", "/api/tasks/assigned-user/7",
+         "dateStart=1&dateEnd=2&priority=1&task_category_id=4&orderBy=name&sortBy=ASC", ""},
         {"GET", "/api/items/taskId/12", "", ""},
         {"PUT", "/api/task/7", "", "assigned_user_id"},
         {"PUT", "/api/item/status", "", "updater_user_id"},
@@ -255,7 +259,8 @@ void TestNetworkManager::statusMapping_data()
     QTest::newRow("500") << 500 << QByteArray(R"({"success":true})") << ManagerErrors::invalidStatusCode(500);
     QTest::newRow("302 without location") << 302 << QByteArray() << ManagerErrors::invalidStatusCode(302);
     QTest::newRow("204 empty body") << 204 << QByteArray() << ManagerErrors(ManagerErrors::Kind::invalidParsing);
-    QTest::newRow("200 wrong shape") << 200 << QByteArray(R"({"ok":1})") << ManagerErrors(ManagerErrors::Kind::invalidParsing);
+    QTest::newRow("200 wrong shape") << 200 << QByteArray(R"({"ok":1})")
+                                     << ManagerErrors(ManagerErrors::Kind::invalidParsing);
 }
 
 void TestNetworkManager::statusMapping()
@@ -269,8 +274,9 @@ void TestNetworkManager::statusMapping()
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), error);
     const bool parsing = error.kind() == ManagerErrors::Kind::invalidParsing;
-    QCOMPARE(log.linesStartingWith(QStringLiteral("Could not translate the data to the requested type. Reason: ")).size(),
-             parsing ? 1 : 0);
+    QCOMPARE(
+        log.linesStartingWith(QStringLiteral("Could not translate the data to the requested type. Reason: ")).size(),
+        parsing ? 1 : 0);
 }
 
 void TestNetworkManager::noSessionFailsWithoutNetwork()
@@ -291,7 +297,8 @@ void TestNetworkManager::transportErrorIsRouteError()
     QVERIFY(probe.listen(QHostAddress::LocalHost));
     const quint16 closedPort = probe.serverPort();
     probe.close();
-    m_store->store(APIData{QStringLiteral("127.0.0.1:%1").arg(closedPort), QStringLiteral("t"), toDateTime(now - seconds(5))});
+    m_store->store(
+        APIData{QStringLiteral("127.0.0.1:%1").arg(closedPort), QStringLiteral("t"), toDateTime(now - seconds(5))});
 
     test::LogCapture log;
     const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
@@ -301,8 +308,9 @@ void TestNetworkManager::transportErrorIsRouteError()
 
 void TestNetworkManager::completionRunsOnMainThreadExactlyOnce()
 {
-    m_server->on("GET", "/api/settings-constants",
-                 CannedResponse{200, R"({"success":true,"data":{"item_status":[],"task_status":[],"task_category":[]}})"});
+    m_server->on(
+        "GET", "/api/settings-constants",
+        CannedResponse{200, R"({"success":true,"data":{"item_status":[],"task_status":[],"task_category":[]}})"});
     int calls = 0;
     QThread *thread = nullptr;
     m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
@@ -387,7 +395,9 @@ void TestNetworkManager::commentWithPhotoUploadsFirst()
 
     QCOMPARE(m_host.uploads.size(), withPhoto ? 1 : 0);
     if (withPhoto)
-        QVERIFY(QRegularExpression(QStringLiteral(R"(^9_\d+\.\d+_photo_\d\.jpg$)")).match(m_host.uploads.first().second).hasMatch());
+        QVERIFY(QRegularExpression(QStringLiteral(R"(^9_\d+\.\d+_photo_\d\.jpg$)"))
+                    .match(m_host.uploads.first().second)
+                    .hasMatch());
     const auto received = m_server->requests(QStringLiteral("/api/comment"));
     QCOMPARE(received.size(), 1);
     const QJsonObject body = QJsonDocument::fromJson(received.first().body).object();

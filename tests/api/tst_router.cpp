@@ -103,7 +103,8 @@ void TestRouter::payloadBodies()
 
 void TestRouter::pathPrefixOfBaseUrl()
 {
-    m_store->store(APIData{QStringLiteral("host.test:8443/tenant/v1"), QStringLiteral("t"), QDateTime::currentDateTimeUtc()});
+    m_store->store(
+        APIData{QStringLiteral("host.test:8443/tenant/v1"), QStringLiteral("t"), QDateTime::currentDateTimeUtc()});
     QCOMPARE(Router::getItems(3).urlRequest(*m_store).url().toString(),
              QStringLiteral("https://host.test:8443/tenant/v1/api/items/taskId/3"));
 }

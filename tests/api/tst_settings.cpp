@@ -49,7 +49,8 @@ void TestSettings::keepsCategoriesSortedBehindAll()
     received.taskCategory = {{5, "Pumps"}, {2, "Meters"}, {9, "Valves"}, {2, "Meters (old)"}};
     const Settings kept = Settings::fromReceived(received);
     QCOMPARE(kept.taskStatus, received.taskStatus);
-    const QList<TaskCategoryDefinition> expected{{0, "All"}, {2, "Meters"}, {2, "Meters (old)"}, {5, "Pumps"}, {9, "Valves"}};
+    const QList<TaskCategoryDefinition> expected{
+        {0, "All"}, {2, "Meters"}, {2, "Meters (old)"}, {5, "Pumps"}, {9, "Valves"}};
     QCOMPARE(kept.taskCategory, expected);
     QCOMPARE(Settings::defaults().taskCategory, (QList<TaskCategoryDefinition>{{0, "All"}}));
     QVERIFY(Settings::defaults().itemStatus.isEmpty());

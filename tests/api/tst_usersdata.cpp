@@ -28,12 +28,13 @@ void TestUsersData::build_data()
     QTest::addColumn<QString>("currentIcon"); // empty: no icon
     QTest::addColumn<QList<qint64>>("userIds");
 
-    QTest::newRow("listed current user") << qint64(7) << Assets{{7, {"Ann", "ann.png"}}} << "Ann" << "ann.png"
-                                         << QList<qint64>{7};
+    QTest::newRow("listed current user") << qint64(7) << Assets{{7, {"Ann", "ann.png"}}} << "Ann"
+                                         << "ann.png" << QList<qint64>{7};
     QTest::newRow("current user not listed")
-        << qint64(9) << Assets{{7, {"Ann", "ann.png"}}, {3, {"Bo", "bo.png", "extra"}}} << "Unknown" << ""
-        << QList<qint64>{3, 7};
-    QTest::newRow("no assets") << qint64(9) << Assets{} << "Unknown" << "" << QList<qint64>{};
+        << qint64(9) << Assets{{7, {"Ann", "ann.png"}}, {3, {"Bo", "bo.png", "extra"}}} << "Unknown"
+        << "" << QList<qint64>{3, 7};
+    QTest::newRow("no assets") << qint64(9) << Assets{} << "Unknown"
+                               << "" << QList<qint64>{};
 }
 
 void TestUsersData::build()

@@ -13,7 +13,8 @@ namespace {
 
 QByteArray commentJson(const QByteArray &extra)
 {
-    QByteArray members = R"("userId":3,"dateCreated":"2026-11-20T10:15:30.123Z","assetName":"Truck 12","assetIcon":"truck","isIncident":"0")";
+    QByteArray members
+        = R"("userId":3,"dateCreated":"2026-11-20T10:15:30.123Z","assetName":"Truck 12","assetIcon":"truck","isIncident":"0")";
     if (!extra.isEmpty())
         members += ',' + extra;
     return R"({"success":true,"data":[{)" + members + "}]}";
@@ -79,10 +80,10 @@ void TestCommentRecords::optionalMembers_data()
     QTest::newRow("item and text") << QByteArray(R"("text":"Leak at valve","itemId":17)") << "Leak at valve"
                                    << QList<qint64>{17} << 0;
     QTest::newRow("empty media") << QByteArray(R"("media":[])") << "<none>" << QList<qint64>{} << 0;
-    QTest::newRow("two pictures")
-        << QByteArray(R"("media":[{"path":"a.jpg","dateCreated":"2026-11-20T10:15:31.000Z","commentId":5},
+    QTest::newRow("two pictures") << QByteArray(
+        R"("media":[{"path":"a.jpg","dateCreated":"2026-11-20T10:15:31.000Z","commentId":5},
                                  {"path":"b.jpg","dateCreated":"2026-11-20T10:15:32.000Z","comment_id":5}])")
-        << "<none>" << QList<qint64>{} << 2;
+                                  << "<none>" << QList<qint64>{} << 2;
 }
 
 void TestCommentRecords::optionalMembers()
@@ -111,9 +112,13 @@ void TestCommentRecords::payloadWireForm()
     const TaskCommentPayload payload(QStringLiteral("ok"), 4, 9, std::nullopt, false, std::nullopt,
                                      TimePoint(milliseconds(1700000000000)));
     const QJsonObject wire = QJsonDocument::fromJson(payload.toJson()).object();
-    const QJsonObject expected{{"text", "ok"},       {"task_id", 4},          {"user_id", 9},
-                               {"item_id", QJsonValue::Null}, {"date_created", qint64(1700000000000)},
-                               {"is_incident", false}, {"media_path", QJsonValue::Null}};
+    const QJsonObject expected{{"text", "ok"},
+                               {"task_id", 4},
+                               {"user_id", 9},
+                               {"item_id", QJsonValue::Null},
+                               {"date_created", qint64(1700000000000)},
+                               {"is_incident", false},
+                               {"media_path", QJsonValue::Null}};
     QCOMPARE(wire, expected);
 }
 
@@ -136,8 +141,9 @@ void TestCommentRecords::payloadTextAndTime()
     QFETCH(qint64, nanoseconds);
     QFETCH(QString, sentText);
     QFETCH(qint64, sentMillis);
-    const TaskCommentPayload payload(text, 1, 2, 3, true, QStringLiteral("m.jpg"),
-                                     TimePoint(duration_cast<system_clock::duration>(std::chrono::nanoseconds(nanoseconds))));
+    const TaskCommentPayload payload(
+        text, 1, 2, 3, true, QStringLiteral("m.jpg"),
+        TimePoint(duration_cast<system_clock::duration>(std::chrono::nanoseconds(nanoseconds))));
     QCOMPARE(payload.text, sentText);
     QCOMPARE(payload.dateCreated, sentMillis);
     const QJsonObject wire = payload.encode();

@@ -36,8 +36,6 @@ constexpr int timeoutMs = 10000;
 const QString commentsPath = QStringLiteral("/api/task/8/comments");
 const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
-
-
 QJsonObject withMedia(QJsonObject comment, const QStringList &paths)
 {
     QJsonArray media;
@@ -73,8 +71,10 @@ private:
     [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     [[nodiscard]] QString serverDate(qint64 secondsAgo) const
     {
-        return toDateTime(m_api->now - std::chrono::seconds(secondsAgo)).toUTC().toString(
-                   QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz")) + QStringLiteral("Z");
+        return toDateTime(m_api->now - std::chrono::seconds(secondsAgo))
+                   .toUTC()
+                   .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz"))
+            + QStringLiteral("Z");
     }
 
     std::unique_ptr<ApiHarness> m_api;
@@ -113,8 +113,9 @@ CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
     screen->setTaskID(8);
     screen->setTitle(QStringLiteral("Comments"));
     m_host->push(screen);
-    if (waitForAnswer && !QTest::qWaitFor([screen] { return !screen->isFetching() && screen->refreshControl()->indicatorBand() == 0; },
-                                          timeoutMs))
+    if (waitForAnswer
+        && !QTest::qWaitFor(
+            [screen] { return !screen->isFetching() && screen->refreshControl()->indicatorBand() == 0; }, timeoutMs))
         return nullptr;
     return screen;
 }
@@ -185,8 +186,9 @@ void TestCommentsVC::sendRules()
 void TestCommentsVC::timesAndDays()
 {
     m_api->server.on("GET", commentsPath,
-                     CannedResponse{200, answer(QJsonArray{commentJson("Valve closed", serverDate(61)),
-                                                           commentJson("Started yesterday", serverDate(26 * 3600))})});
+                     CannedResponse{200,
+                                    answer(QJsonArray{commentJson("Valve closed", serverDate(61)),
+                                                      commentJson("Started yesterday", serverDate(26 * 3600))})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadModel *model = screen->threadModel();
@@ -204,7 +206,8 @@ void TestCommentsVC::timesAndDays()
     QVERIFY(today.data(CommentThreadModel::ShowsTimeRole).toBool());
     QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
     QCOMPARE(today.data(CommentThreadModel::IdentifierRole).toString(), QStringLiteral("commentCell"));
-    QCOMPARE(today.data(CommentThreadModel::PictureIdentifierRole).toString(), QStringLiteral("commentImgThumb_Valve closed"));
+    QCOMPARE(today.data(CommentThreadModel::PictureIdentifierRole).toString(),
+             QStringLiteral("commentImgThumb_Valve closed"));
     m_host->grab().save(shots + QStringLiteral("comments.png"));
 }
 
@@ -217,8 +220,9 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
         return CannedResponse{200, jpeg(Qt::darkGreen), "image/jpeg"};
     });
     m_api->server.on("GET", commentsPath,
-                     CannedResponse{200, answer(QJsonArray{withMedia(commentJson("Gauge", serverDate(120)),
-                                                                     {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+                     CannedResponse{200,
+                                    answer(QJsonArray{withMedia(commentJson("Gauge", serverDate(120)),
+                                                                {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadView *table = screen->tableView();
@@ -226,12 +230,13 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     QTRY_VERIFY_WITH_TIMEOUT(!table->pictureRect(row).isEmpty(), timeoutMs);
     // Tapped before it has arrived: the short alert, nothing opens.
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
-    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title() : QString(),
+    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
+                                                                   : QString(),
                               QStringLiteral("The operation couldn't be completed"), timeoutMs);
     QVERIFY(!m_host->presentedScreen());
     release->store(true);
-    QTRY_VERIFY_WITH_TIMEOUT(!screen->threadModel()->index(row).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull(),
-                             timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !screen->threadModel()->index(row).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull(), timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(screen), timeoutMs);
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
     auto *viewer = qobject_cast<ImageVC *>(m_host->presentedScreen());
@@ -262,11 +267,12 @@ void TestCommentsVC::characterLimit_data()
     QTest::newRow("512 characters fit") << QStringLiteral("a").repeated(511) << "a" << full;
     QTest::newRow("the 513th is refused") << full << "b" << full;
     QTest::newRow("an emoji with its skin tone counts one")
-        << QStringLiteral("a").repeated(511) << QStringLiteral("👍🏽") << QStringLiteral("a").repeated(511) + QStringLiteral("👍🏽");
-    QTest::newRow("a letter and its accent count one")
-        << QStringLiteral("a").repeated(511) << QStringLiteral("e\u0301") << QStringLiteral("a").repeated(511) + QStringLiteral("e\u0301");
-    QTest::newRow("a paste over the limit is refused whole") << QStringLiteral("a").repeated(500)
-                                                             << QStringLiteral("b").repeated(20) << QStringLiteral("a").repeated(500);
+        << QStringLiteral("a").repeated(511) << QStringLiteral("👍🏽")
+        << QStringLiteral("a").repeated(511) + QStringLiteral("👍🏽");
+    QTest::newRow("a letter and its accent count one") << QStringLiteral("a").repeated(511) << QStringLiteral("e\u0301")
+                                                       << QStringLiteral("a").repeated(511) + QStringLiteral("e\u0301");
+    QTest::newRow("a paste over the limit is refused whole")
+        << QStringLiteral("a").repeated(500) << QStringLiteral("b").repeated(20) << QStringLiteral("a").repeated(500);
 }
 
 void TestCommentsVC::characterLimit()

@@ -128,7 +128,10 @@ void TestCommentsVM::failedFetchKeepsComments()
     QVERIFY(!fetch());
     QCOMPARE(m_vm->comments().size(), 1);
     QCOMPARE(m_vm->numberOfSections(), 1);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the comments. The error we got was: ")).size(), 1);
+    QCOMPARE(
+        log.linesStartingWith(QStringLiteral("We got a failure trying to get the comments. The error we got was: "))
+            .size(),
+        1);
 }
 
 void TestCommentsVM::details_data()
@@ -140,13 +143,24 @@ void TestCommentsVM::details_data()
     QTest::addColumn<QString>("colour");
     QTest::addColumn<bool>("isTaskComment");
 
-    QTest::newRow("task incident") << makeComment({}, true) << true << "Task Marked as Blocked" << "nok" << "CustomRed" << true;
-    QTest::newRow("plain task comment") << makeComment({}, false) << false << "" << "" << "" << true;
-    QTest::newRow("item comment in the comment's order") << makeComment({5, 9}, false) << true << "Seal\nValve\n" << "ok"
+    QTest::newRow("task incident") << makeComment({}, true) << true << "Task Marked as Blocked"
+                                   << "nok"
+                                   << "CustomRed" << true;
+    QTest::newRow("plain task comment") << makeComment({}, false) << false << ""
+                                        << ""
+                                        << "" << true;
+    QTest::newRow("item comment in the comment's order") << makeComment({5, 9}, false) << true << "Seal\nValve\n"
+                                                         << "ok"
                                                          << "CustomGreen" << false;
-    QTest::newRow("item incident") << makeComment({9}, true) << true << "Valve\n" << "nok" << "CustomRed" << false;
-    QTest::newRow("unknown item is skipped") << makeComment({42, 5}, false) << true << "Seal\n" << "ok" << "CustomGreen" << false;
-    QTest::newRow("only unknown items: empty details") << makeComment({42}, false) << true << "" << "" << "" << false;
+    QTest::newRow("item incident") << makeComment({9}, true) << true << "Valve\n"
+                                   << "nok"
+                                   << "CustomRed" << false;
+    QTest::newRow("unknown item is skipped") << makeComment({42, 5}, false) << true << "Seal\n"
+                                             << "ok"
+                                             << "CustomGreen" << false;
+    QTest::newRow("only unknown items: empty details") << makeComment({42}, false) << true << ""
+                                                       << ""
+                                                       << "" << false;
 }
 
 void TestCommentsVM::details()
@@ -176,10 +190,12 @@ void TestCommentsVM::details()
 void TestCommentsVM::cellViewModelShowsFirstPicture()
 {
     QJsonObject withPictures = commentJson("pics", "2026-11-20T14:00:00.000Z");
-    withPictures["media"] = QJsonArray{QJsonObject{{"path", "a.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}},
-                                       QJsonObject{{"path", "b.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}}};
-    m_api->server.on("GET", "/api/task/5/comments",
-                     CannedResponse{200, answer(QJsonArray{withPictures, commentJson("plain", "2026-11-20T15:00:00.000Z")})});
+    withPictures["media"]
+        = QJsonArray{QJsonObject{{"path", "a.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}},
+                     QJsonObject{{"path", "b.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}}};
+    m_api->server.on(
+        "GET", "/api/task/5/comments",
+        CannedResponse{200, answer(QJsonArray{withPictures, commentJson("plain", "2026-11-20T15:00:00.000Z")})});
     QVERIFY(fetch());
     QCOMPARE(m_vm->cellViewModel(0, 0)->path(), QStringLiteral("a.jpg"));
     QCOMPARE(m_vm->cellViewModel(0, 1)->path(), std::nullopt);

@@ -78,7 +78,8 @@ void TestDemoData::seededDataHangsTogether()
     for (const auto &comment : data.comments) {
         commentIds.insert(comment.id);
         QVERIFY(taskIds.contains(comment.taskId) && data.user(comment.userId));
-        QVERIFY(!comment.itemId || (data.item(*comment.itemId) && data.item(*comment.itemId)->taskId == comment.taskId));
+        QVERIFY(!comment.itemId
+                || (data.item(*comment.itemId) && data.item(*comment.itemId)->taskId == comment.taskId));
         QVERIFY(comment.dateCreated < kNow && comment.dateCreated >= data.task(comment.taskId)->dateCreated);
         commentDays.insert(comment.dateCreated.date());
         incidents += comment.isIncident ? 1 : 0;

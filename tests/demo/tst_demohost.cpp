@@ -127,7 +127,8 @@ void TestDemoHost::init()
     for (const DemoTask &task : m_data.tasks)
         setup.tasks.append({task.id, task.name, task.assignedUserId});
     m_window = std::make_unique<DemoHostWindow>(
-        setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock(), &m_picker});
+        setup,
+        DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock(), &m_picker});
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
 }
@@ -156,8 +157,8 @@ RavelinNavVC *TestDemoHost::signIn(qint64 workerId, bool dashboard)
             [&] {
                 DashboardVC *vc = navVC->dashboard();
                 return vc && vc->headerView() && m_center->hasObserver(vc, NotificationNames::emergencyUpdate)
-                       && vc->refreshControl() && !vc->refreshControl()->isRefreshing()
-                       && !vc->viewModel()->taskList().tasks.isEmpty();
+                    && vc->refreshControl() && !vc->refreshControl()->isRefreshing()
+                    && !vc->viewModel()->taskList().tasks.isEmpty();
             },
             kTimeoutMs);
         return ready ? navVC : nullptr;
@@ -184,7 +185,8 @@ void TestDemoHost::signInStoresTheSession()
     // What the library stored when it took the session over, before any later token change.
     QJsonObject storedAtStart;
     connect(m_window.get(), &DemoHostWindow::sessionStarted, this, [&] {
-        storedAtStart = QJsonDocument::fromJson(m_settings->value(QStringLiteral("quorApiData")).toByteArray()).object();
+        storedAtStart
+            = QJsonDocument::fromJson(m_settings->value(QStringLiteral("quorApiData")).toByteArray()).object();
     });
     RavelinNavVC *navVC = signIn(3);
     QVERIFY(navVC);
@@ -208,7 +210,8 @@ void TestDemoHost::signInStoresTheSession()
 void TestDemoHost::refusedSignInStaysOnSignIn()
 {
     // The dispatch desk is a person of the deployment who may not sign in.
-    const auto desk = std::find_if(m_data.users.cbegin(), m_data.users.cend(), [](const DemoUser &u) { return !u.canSignIn; });
+    const auto desk
+        = std::find_if(m_data.users.cbegin(), m_data.users.cend(), [](const DemoUser &u) { return !u.canSignIn; });
     QVERIFY(desk != m_data.users.cend());
     QSignalSpy failed(m_window.get(), &DemoHostWindow::signInFailed);
     m_window->signIn(desk->id);
@@ -290,7 +293,8 @@ void TestDemoHost::emergencyTurnsTheBarRed()
     QVERIFY(navVC);
     QList<QVariant> posted;
     QObject observer;
-    m_center->addObserver(&observer, NotificationNames::emergencyUpdate, [&posted](const QVariant &o) { posted.append(o); });
+    m_center->addObserver(&observer, NotificationNames::emergencyUpdate,
+                          [&posted](const QVariant &o) { posted.append(o); });
     QVERIFY(!isRed(navVC->navigationBar()->barColor()));
 
     QPushButton *toggle = m_window->hostBar()->emergencyButton();
@@ -386,14 +390,15 @@ void TestDemoHost::tourWritesPicturesAndSummary()
 
     const QDir dir(out.path());
     const QStringList pictures = dir.entryList({QStringLiteral("*.png")}, QDir::Files, QDir::Name);
-    QCOMPARE(pictures, (QStringList{"01-sign-in.png", "02-dashboard.png", "03-acknowledge-prompt.png", "04-acknowledge.png",
-                                    "05-start.png", "06-items.png", "07-items-filter.png", "08-item-action.png",
-                                    "09-item-complete.png", "10-items-selection.png", "11-items-report.png",
-                                    "12-scan.png", "13-scan-item.png", "14-scan-complete.png", "15-comments.png",
-                                    "16-comment-text.png", "17-comment-photo.png", "18-comment-picture.png",
-                                    "19-block-sheet.png", "20-block.png", "21-filter.png", "22-filter-applied.png",
-                                    "23-host-panel.png", "24-task-event-sheet.png", "25-task-event.png",
-                                    "26-emergency.png"}));
+    QCOMPARE(pictures, (QStringList{"01-sign-in.png",         "02-dashboard.png",     "03-acknowledge-prompt.png",
+                                    "04-acknowledge.png",     "05-start.png",         "06-items.png",
+                                    "07-items-filter.png",    "08-item-action.png",   "09-item-complete.png",
+                                    "10-items-selection.png", "11-items-report.png",  "12-scan.png",
+                                    "13-scan-item.png",       "14-scan-complete.png", "15-comments.png",
+                                    "16-comment-text.png",    "17-comment-photo.png", "18-comment-picture.png",
+                                    "19-block-sheet.png",     "20-block.png",         "21-filter.png",
+                                    "22-filter-applied.png",  "23-host-panel.png",    "24-task-event-sheet.png",
+                                    "25-task-event.png",      "26-emergency.png"}));
     for (const QString &name : pictures) {
         const QImage picture(dir.filePath(name));
         QCOMPARE(picture.size(), m_window->size() * picture.devicePixelRatio());
@@ -407,7 +412,8 @@ void TestDemoHost::tourWritesPicturesAndSummary()
     const QStringList lines = QString::fromUtf8(summary.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines, tour.summary());
     QCOMPARE(lines.size(), pictures.size());
-    QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: ")) && lines.at(0).contains(QStringLiteral("Chris Okafor")));
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: "))
+            && lines.at(0).contains(QStringLiteral("Chris Okafor")));
     QVERIFY2(lines.at(3).contains(QStringLiteral("Assigned -> Acknowledged")), qPrintable(lines.at(3)));
     QVERIFY2(lines.at(8).contains(QStringLiteral("\"Item Status Successfully Updated!\"")), qPrintable(lines.at(8)));
     QVERIFY2(lines.at(10).contains(QStringLiteral("\"Items Status Successfully Updated!\"")), qPrintable(lines.at(10)));
@@ -421,8 +427,10 @@ void TestDemoHost::tourWritesPicturesAndSummary()
 
     // The deployment kept what the worker did: the note of the completed item,
     // the report and the reason of the block are in the task's thread.
-    const QString blockedTask = QRegularExpression(QStringLiteral("task (\\d+) In Progress")).match(lines.at(19)).captured(1);
-    const auto [status, body] = download(QStringLiteral("/api/task/%1/comments").arg(blockedTask), m_window->session()->token.toUtf8());
+    const QString blockedTask
+        = QRegularExpression(QStringLiteral("task (\\d+) In Progress")).match(lines.at(19)).captured(1);
+    const auto [status, body]
+        = download(QStringLiteral("/api/task/%1/comments").arg(blockedTask), m_window->session()->token.toUtf8());
     QCOMPARE(status, 200);
     QStringList texts;
     for (const QJsonValue comment : QJsonDocument::fromJson(body).object().value("data").toArray())
@@ -440,7 +448,8 @@ void TestDemoHost::tourStopsWhenTheSessionEnds()
     setup.baseUrl = QStringLiteral("127.0.0.1:1");
     setup.workers.append({7, QStringLiteral("User 7"), QStringLiteral("people_01"), QString()});
     setup.preset = HostSetup::Preset{7, QStringLiteral("stale")};
-    DemoHostWindow window(setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock()});
+    DemoHostWindow window(
+        setup, DemoHostWindow::Environment{m_settings.get(), m_network.get(), m_center.get(), systemClock()});
     QTemporaryDir out;
     DemoTour tour(&window, DemoTour::Options{out.path(), std::chrono::milliseconds(kTimeoutMs), std::nullopt, false});
     QCOMPARE(tour.run(), 1);
@@ -454,7 +463,8 @@ void TestDemoHost::signInRefusalsDoNotDecode_data()
     // A good answer is taken over in signInStoresTheSession.
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QString>("message");
-    QTest::newRow("refusal") << QByteArray(R"({"success":false,"message":"Unknown user"})") << QStringLiteral("Unknown user");
+    QTest::newRow("refusal") << QByteArray(R"({"success":false,"message":"Unknown user"})")
+                             << QStringLiteral("Unknown user");
     QTest::newRow("no token") << QByteArray(R"({"success":true,"data":{"userId":2,"assets":[]}})") << QString();
 }
 
@@ -508,9 +518,11 @@ void TestDemoHost::options_data()
     row("offscreen over X11: tour", {}, {":0", "", "offscreen"}, M::tour, "out/tour");
     row("tour asked", {"--tour", "/tmp/x"}, x11, M::tour, "/tmp/x");
     row("tour with =", {"--tour=pics"}, x11, M::tour, "pics");
-    row("api host", {"--api-host", "10.0.0.5:8443", "--token", "T", "--user-id", "7"}, x11, M::window, {}, "10.0.0.5:8443");
+    row("api host", {"--api-host", "10.0.0.5:8443", "--token", "T", "--user-id", "7"}, x11, M::window, {},
+        "10.0.0.5:8443");
     row("help", {"--tour", "x", "-h"}, x11, M::help, "x");
-    row("load the dashboard without a display", {"--load-dashboard", "--tasks", "10000"}, {"", "", ""}, M::loadDashboard);
+    row("load the dashboard without a display", {"--load-dashboard", "--tasks", "10000"}, {"", "", ""},
+        M::loadDashboard);
     row("large text", {"--text-scale", "1.5"}, x11, M::window);
     const auto refused = [&x11](const char *name, const QStringList &arguments) {
         QTest::newRow(name) << arguments << x11 << false << M::window << QString() << QString();
@@ -536,7 +548,8 @@ void TestDemoHost::options()
     QFETCH(QString, tourDir);
     QFETCH(QString, apiHost);
 
-    const auto parsed = DemoOptions::parse(arguments, DemoOptions::Display{display.at(0), display.at(1), display.at(2)});
+    const auto parsed
+        = DemoOptions::parse(arguments, DemoOptions::Display{display.at(0), display.at(1), display.at(2)});
     QCOMPARE(parsed.isSuccess(), valid);
     if (!valid) {
         QVERIFY(!parsed.error().isEmpty());

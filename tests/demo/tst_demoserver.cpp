@@ -108,8 +108,14 @@ private:
     {
         return dataOf(QStringLiteral("/api/tasks/assigned-user/%1?%2").arg(userId).arg(query));
     }
-    [[nodiscard]] QJsonArray itemsOf(qint64 taskId) { return dataOf(QStringLiteral("/api/items/taskId/%1").arg(taskId)); }
-    [[nodiscard]] QJsonArray commentsOf(qint64 taskId) { return dataOf(QStringLiteral("/api/task/%1/comments").arg(taskId)); }
+    [[nodiscard]] QJsonArray itemsOf(qint64 taskId)
+    {
+        return dataOf(QStringLiteral("/api/items/taskId/%1").arg(taskId));
+    }
+    [[nodiscard]] QJsonArray commentsOf(qint64 taskId)
+    {
+        return dataOf(QStringLiteral("/api/task/%1/comments").arg(taskId));
+    }
 
     std::unique_ptr<DemoServer> m_server;
     std::unique_ptr<QNetworkAccessManager> m_network;
@@ -271,8 +277,9 @@ void TestDemoServer::settingsUseSnakeCaseKeys()
             out.append(QString::number(value["id"].toInteger()) + ' ' + value["name"].toString());
         return out;
     };
-    QCOMPARE(entries("task_status"), (QStringList{"1 Unassigned", "2 Assigned", "3 Acknowledged", "4 In Progress",
-                                                  "5 Blocked", "6 Completed"}));
+    QCOMPARE(
+        entries("task_status"),
+        (QStringList{"1 Unassigned", "2 Assigned", "3 Acknowledged", "4 In Progress", "5 Blocked", "6 Completed"}));
     QCOMPARE(entries("item_status"), (QStringList{"1 Completed", "2 Incidents", "3 Open", "4 All"}));
     QVERIFY(data.value("task_category").toArray().size() >= 3);
 }
@@ -288,9 +295,10 @@ void TestDemoServer::tasksOfTheAskingUser()
     QVERIFY(expected.size() >= 5);
     const QJsonArray tasks = tasksOf(userId);
     QSet<qint64> received;
-    const QStringList keys{"id", "name", "description", "latitude", "longitude", "ownerId", "ownerAssetName",
-                           "assignedUserId", "updaterUserId", "dateScheduled", "dateCreated", "taskStatusId",
-                           "taskCategoryId", "priority", "itemsCount", "updated"};
+    const QStringList keys{"id",          "name",           "description",    "latitude",      "longitude",
+                           "ownerId",     "ownerAssetName", "assignedUserId", "updaterUserId", "dateScheduled",
+                           "dateCreated", "taskStatusId",   "taskCategoryId", "priority",      "itemsCount",
+                           "updated"};
     qsizetype itemCount = 0;
     qsizetype withQrCode = 0;
     for (const QJsonValue &task : tasks) {
@@ -371,9 +379,9 @@ void TestDemoServer::taskQueries()
         const QJsonValue a = tasks.at(i - 1);
         const QJsonValue b = tasks.at(i);
         // Dates in the server's form, all in UTC, sort as text.
-        const int order = orderBy == "name"       ? a["name"].toString().compare(b["name"].toString(), Qt::CaseInsensitive)
-                          : orderBy == "priority" ? int(a["priority"].toInteger() - b["priority"].toInteger())
-                                                  : a["dateCreated"].toString().compare(b["dateCreated"].toString());
+        const int order = orderBy == "name" ? a["name"].toString().compare(b["name"].toString(), Qt::CaseInsensitive)
+            : orderBy == "priority"         ? int(a["priority"].toInteger() - b["priority"].toInteger())
+                                            : a["dateCreated"].toString().compare(b["dateCreated"].toString());
         QVERIFY2(sortBy == "ASC" ? order <= 0 : order >= 0, qPrintable(QStringLiteral("position %1").arg(i)));
         sawDifference = sawDifference || order != 0;
     }
@@ -385,8 +393,9 @@ void TestDemoServer::statusChangeSticks()
     const QJsonObject before = tasksOf(1).at(0).toObject();
     const qint64 taskId = before.value("id").toInteger();
     const qint64 newStatus = before.value("taskStatusId").toInteger() == 5 ? 4 : 5;
-    const Reply reply = send("PUT", QStringLiteral("/api/task/%1").arg(taskId),
-                             encoded(QJsonObject{{"task_status_id", newStatus}, {"updater_user_id", 1}, {"assigned_user_id", 1}}));
+    const Reply reply
+        = send("PUT", QStringLiteral("/api/task/%1").arg(taskId),
+               encoded(QJsonObject{{"task_status_id", newStatus}, {"updater_user_id", 1}, {"assigned_user_id", 1}}));
     QCOMPARE(reply.status, 200);
     QCOMPARE(reply.data()["id"].toInteger(), taskId);
     QCOMPARE(reply.data()["dateUpdated"].toString(), kNowText);
@@ -417,7 +426,8 @@ void TestDemoServer::itemUpdateSticksAndRecountsItems()
     const auto update = [&](int status, const QJsonValue &text, const QJsonValue &mediaPath, const QList<qint64> &ids) {
         QJsonArray items;
         for (qint64 id : ids)
-            items.append(QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", mediaPath}});
+            items.append(
+                QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", mediaPath}});
         return send("PUT", "/api/item/status",
                     encoded(QJsonObject{{"task_id", task->id}, {"updater_user_id", 1}, {"items", items}}));
     };
@@ -427,8 +437,9 @@ void TestDemoServer::itemUpdateSticksAndRecountsItems()
     QJsonArray echoed;
     for (qint64 id : open)
         echoed.append(QJsonObject{{"id", id}, {"item_status_id", 2}, {"updated", true}, {"date_updated", kNowText}});
-    QCOMPARE(reply.json(), (QJsonObject{{"success", true},
-                                        {"data", QJsonObject{{"task_id", task->id}, {"updater_user_id", 1}, {"items", echoed}}}}));
+    QCOMPARE(reply.json(),
+             (QJsonObject{{"success", true},
+                          {"data", QJsonObject{{"task_id", task->id}, {"updater_user_id", 1}, {"items", echoed}}}}));
     for (qint64 id : open) {
         const QJsonObject item = findById(itemsOf(task->id), id);
         QCOMPARE(item.value("itemStatusId").toInteger(), 2);
@@ -482,11 +493,17 @@ void TestDemoServer::postedCommentAppears()
     QFETCH(QJsonValue, mediaPath);
 
     const qint64 taskId = 102;
-    const QJsonValue itemId = itemIndex.isNull() ? QJsonValue(QJsonValue::Null) : itemsOf(taskId).at(itemIndex.toInt())["id"];
+    const QJsonValue itemId
+        = itemIndex.isNull() ? QJsonValue(QJsonValue::Null) : itemsOf(taskId).at(itemIndex.toInt())["id"];
     const qsizetype before = commentsOf(taskId).size();
     const Reply reply = send("POST", "/api/comment",
-                             encoded(QJsonObject{{"text", text}, {"task_id", taskId}, {"user_id", 2}, {"item_id", itemId},
-                                                 {"date_created", kNow.toMSecsSinceEpoch() + 1234}, {"is_incident", incident}, {"media_path", mediaPath}}));
+                             encoded(QJsonObject{{"text", text},
+                                                 {"task_id", taskId},
+                                                 {"user_id", 2},
+                                                 {"item_id", itemId},
+                                                 {"date_created", kNow.toMSecsSinceEpoch() + 1234},
+                                                 {"is_incident", incident},
+                                                 {"media_path", mediaPath}}));
     QCOMPARE(reply.status, 200);
     QCOMPARE(reply.json(), (QJsonObject{{"success", true}}));
 
@@ -494,9 +511,14 @@ void TestDemoServer::postedCommentAppears()
     QCOMPARE(comments.size(), before + 1);
     QJsonObject comment = comments.last().toObject();
     const QJsonArray media = comment.take("media").toArray();
-    QCOMPARE(comment, (QJsonObject{{"text", text}, {"userId", 2}, {"dateCreated", "2026-03-14T12:00:01.234+0000"},
-                                   {"itemId", itemId}, {"isIncident", incident ? "1" : "0"},
-                                   {"assetName", "Bo Lindqvist"}, {"assetIcon", "people_02"}}));
+    QCOMPARE(comment,
+             (QJsonObject{{"text", text},
+                          {"userId", 2},
+                          {"dateCreated", "2026-03-14T12:00:01.234+0000"},
+                          {"itemId", itemId},
+                          {"isIncident", incident ? "1" : "0"},
+                          {"assetName", "Bo Lindqvist"},
+                          {"assetIcon", "people_02"}}));
     QCOMPARE(media.size(), mediaPath.isNull() ? 0 : 1);
     if (!mediaPath.isNull())
         QCOMPARE(media.at(0)["path"], mediaPath);

@@ -23,8 +23,8 @@ private slots:
 void TestSelfSignedCertificate::namesTheLoopbackAddressForThirtyDays()
 {
     const QDateTime now(QDate(2026, 3, 14), QTime(12, 0, 0), Qt::UTC);
-    const SelfSignedCertificate made =
-        SelfSignedCertificate::create(std::chrono::system_clock::time_point(std::chrono::milliseconds(now.toMSecsSinceEpoch())));
+    const SelfSignedCertificate made = SelfSignedCertificate::create(
+        std::chrono::system_clock::time_point(std::chrono::milliseconds(now.toMSecsSinceEpoch())));
     const QList<QSslCertificate> parsed = QSslCertificate::fromData(made.certificatePem(), QSsl::Pem);
     QCOMPARE(parsed.size(), 1);
     const QSslCertificate &certificate = parsed.first();
@@ -47,7 +47,8 @@ void TestSelfSignedCertificate::everyKeyIsNewAndMatchesItsCertificate()
     const QSslKey key(first.privateKeyPem(), QSsl::Ec, QSsl::Pem, QSsl::PrivateKey);
     QCOMPARE(key.length(), 256);
     QVERIFY(first.privateKeyPem() != second.privateKeyPem());
-    QVERIFY(QSslCertificate(first.certificatePem()).serialNumber() != QSslCertificate(second.certificatePem()).serialNumber());
+    QVERIFY(QSslCertificate(first.certificatePem()).serialNumber()
+            != QSslCertificate(second.certificatePem()).serialNumber());
 }
 
 void TestSelfSignedCertificate::moveTransfersOwnership()

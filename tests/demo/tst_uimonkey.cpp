@@ -53,8 +53,8 @@ void TestUiMonkey::walk()
 {
     const quint32 seed = seedFromEnvironment();
     const int actions = actionsFromEnvironment();
-    std::printf("UI monkey: seed %u, %d actions (replay with RAVELIN_MONKEY_SEED=%u RAVELIN_MONKEY_ACTIONS=%d)\n",
-                seed, actions, seed, actions);
+    std::printf("UI monkey: seed %u, %d actions (replay with RAVELIN_MONKEY_SEED=%u RAVELIN_MONKEY_ACTIONS=%d)\n", seed,
+                actions, seed, actions);
     std::fflush(stdout);
 
     const DemoClock clock = systemDemoClock();

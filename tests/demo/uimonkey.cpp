@@ -28,9 +28,9 @@ using namespace std::chrono_literals;
 constexpr std::array<int, 7> actionWeights{50, 10, 8, 10, 7, 8, 7};
 
 // The screens and overlays a tap is counted under, innermost first.
-constexpr std::array<const char *, 7> screenClasses{"ravelin::AlertView", "ravelin::TaskEventSheet", "ravelin::HostPanel",
-                                                    "ravelin::HostBar",   "ravelin::SignInScreen",    "ravelin::NavigationBar",
-                                                    "ravelin::Screen"};
+constexpr std::array<const char *, 7> screenClasses{
+    "ravelin::AlertView",    "ravelin::TaskEventSheet", "ravelin::HostPanel", "ravelin::HostBar",
+    "ravelin::SignInScreen", "ravelin::NavigationBar",  "ravelin::Screen"};
 
 const QStringList typedTexts{
     QStringLiteral("ok"),
@@ -50,9 +50,9 @@ bool isViewport(const QWidget *widget)
 bool isControl(const QWidget *widget)
 {
     return qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget)
-           || qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)
-           || qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QAbstractSlider *>(widget)
-           || isViewport(widget);
+        || qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)
+        || qobject_cast<const QPlainTextEdit *>(widget) || qobject_cast<const QAbstractSlider *>(widget)
+        || isViewport(widget);
 }
 
 bool isTextField(const QWidget *widget)
@@ -99,8 +99,7 @@ QString screenAt(QWidget *top, QPoint windowPos)
 UiMonkey::UiMonkey(DemoHostWindow *window, quint32 seed)
     : m_window(window)
     , m_random(seed)
-{
-}
+{ }
 
 void UiMonkey::run(int actions, Report &report)
 {
@@ -247,7 +246,8 @@ bool UiMonkey::drag(QWidget *widget, QPoint from, QPoint to, std::chrono::millis
     // A finger stays on the screen: the drag is kept inside the window.
     const QRect inside = top->rect().adjusted(0, 0, -1, -1);
     const auto clamp = [&inside](QPoint p) {
-        return QPoint(std::clamp(p.x(), inside.left(), inside.right()), std::clamp(p.y(), inside.top(), inside.bottom()));
+        return QPoint(std::clamp(p.x(), inside.left(), inside.right()),
+                      std::clamp(p.y(), inside.top(), inside.bottom()));
     };
     const QPoint start = clamp(widget->mapTo(top, from));
     const QPoint end = clamp(widget->mapTo(top, to));

@@ -6,7 +6,6 @@
 #include "filter/inputsheet.h"
 #include "filter/listpicker.h"
 #include "filter/pickerwheel.h"
-#include "views/segmentedcontrol.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
@@ -16,6 +15,7 @@
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 #include "views/refreshablescrollarea.h"
+#include "views/segmentedcontrol.h"
 #include "views/shots.h"
 
 #include <QApplication>
@@ -105,7 +105,10 @@ private:
     // Waits for the filter screen to close and the dashboard to ask for its
     // tasks again; the query of that request.
     std::optional<Query> queryAfterClosing(RavelinNavVC &host, const QPointer<FilterVC> &filter);
-    [[nodiscard]] TaskFilterData &shared(RavelinNavVC &host) const { return *host.dashboard()->viewModel()->filterData(); }
+    [[nodiscard]] TaskFilterData &shared(RavelinNavVC &host) const
+    {
+        return *host.dashboard()->viewModel()->filterData();
+    }
 
     std::unique_ptr<ApiHarness> m_api;
     NotificationCenter m_center;
@@ -148,7 +151,7 @@ std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()
     DashboardVC *dashboard = host->dashboard();
     const auto ready = [&] {
         return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2
-               && !dashboard->refreshControl()->isRefreshing();
+            && !dashboard->refreshControl()->isRefreshing();
     };
     return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
 }
@@ -227,11 +230,14 @@ void TestFilterVC::apply_data()
     // The shared choices start with the category Pumps.
     const TaskCategoryDefinition all{0, "All"}, meters{1, "Meters"}, pumps{3, "Pumps"};
     QTest::newRow("empty category: All, all priorities, newest first")
-        << QString() << 4 << 2 << 1 << all << std::optional<int>() << "date_created" << "DESC";
+        << QString() << 4 << 2 << 1 << all << std::optional<int>() << "date_created"
+        << "DESC";
     QTest::newRow("unknown category keeps Pumps, High, by name A-Z")
-        << "Valves" << 1 << 0 << 0 << pumps << std::optional<int>(1) << "name" << "ASC";
+        << "Valves" << 1 << 0 << 0 << pumps << std::optional<int>(1) << "name"
+        << "ASC";
     QTest::newRow("Meters, Highest, by priority descending")
-        << "Meters" << 0 << 1 << 1 << meters << std::optional<int>(0) << "priority" << "DESC";
+        << "Meters" << 0 << 1 << 1 << meters << std::optional<int>(0) << "priority"
+        << "DESC";
     QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << std::optional<int>(3) << "date_created"
                                          << "ASC";
 }
@@ -271,8 +277,9 @@ void TestFilterVC::apply()
     QCOMPARE(choices.filteringConfig.dateEnd, end);
     const std::optional<Query> query = queryAfterClosing(*host, filter);
     QVERIFY(query);
-    QCOMPARE(*query, queryOf(start.toMSecsSinceEpoch(), end.toMSecsSinceEpoch(), priority,
-                             category.name == "All" ? std::nullopt : std::optional(category.id), orderBy, sortBy));
+    QCOMPARE(*query,
+             queryOf(start.toMSecsSinceEpoch(), end.toMSecsSinceEpoch(), priority,
+                     category.name == "All" ? std::nullopt : std::optional(category.id), orderBy, sortBy));
 }
 
 void TestFilterVC::leavingWithoutApplying_data()
@@ -304,7 +311,8 @@ void TestFilterVC::leavingWithoutApplying()
 
     QCOMPARE(shared(*host).filteringConfig, before.filteringConfig);
     QCOMPARE(shared(*host).sortingConfig, before.sortingConfig);
-    QVERIFY(QTest::qWaitFor([&] { return filter.isNull() && !m_api->server.requests(tasksPath).isEmpty(); }, timeoutMs));
+    QVERIFY(
+        QTest::qWaitFor([&] { return filter.isNull() && !m_api->server.requests(tasksPath).isEmpty(); }, timeoutMs));
     QCOMPARE(m_api->server.requests(tasksPath).first().query, query);
 }
 
@@ -326,7 +334,8 @@ void TestFilterVC::dateLimits_data()
     QTest::newRow("a later start raises the end's minimum")
         << local(2026, 11, 1) << local(2026, 10, 15) << local(2026, 11, 1) << local(2026, 11, 1);
     QTest::newRow("start after the end") << local(2026, 12, 1) << none << tomorrow << tomorrow;
-    QTest::newRow("an earlier end lowers the start's maximum") << none << local(2026, 10, 20) << first << local(2026, 10, 20);
+    QTest::newRow("an earlier end lowers the start's maximum")
+        << none << local(2026, 10, 20) << first << local(2026, 10, 20);
 }
 
 void TestFilterVC::dateLimits()

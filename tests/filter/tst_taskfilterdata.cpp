@@ -52,7 +52,8 @@ void TestTaskFilterData::defaults_data()
     QTest::newRow("across the spring change") << utc(2026, 5, 10, 12) << utc(2026, 3, 11, 13) << utc(2026, 5, 11, 12);
     QTest::newRow("no change") << utc(2026, 7, 31, 22, 30) << utc(2026, 6, 1, 22, 30) << utc(2026, 8, 1, 22, 30);
     // The day before the autumn change: tomorrow at the same local time is 25 hours away.
-    QTest::newRow("end across the autumn change") << utc(2026, 10, 24, 10) << utc(2026, 8, 25, 10) << utc(2026, 10, 25, 11);
+    QTest::newRow("end across the autumn change")
+        << utc(2026, 10, 24, 10) << utc(2026, 8, 25, 10) << utc(2026, 10, 25, 11);
 }
 
 void TestTaskFilterData::defaults()
@@ -102,8 +103,9 @@ void TestTaskFilterData::configurationsSurviveTheirJsonForm()
     const SortConfiguration sort{SortKey::priority, SortOrder::ascending};
     QCOMPARE(sort.encode(), (QJsonObject{{"sortKey", "Priority"}, {"sortOrder", "Ascending"}}));
     QCOMPARE(json::decode<SortConfiguration>(QJsonDocument(sort.encode()).toJson()), sort);
-    QVERIFY_THROWS_EXCEPTION(json::DecodingError,
-                             (void)json::decode<SortConfiguration>(R"({"sortKey":"priority","sortOrder":"Ascending"})"));
+    QVERIFY_THROWS_EXCEPTION(
+        json::DecodingError,
+        (void)json::decode<SortConfiguration>(R"({"sortKey":"priority","sortOrder":"Ascending"})"));
 }
 
 QTEST_GUILESS_MAIN(TestTaskFilterData)

@@ -41,12 +41,10 @@ constexpr int timeoutMs = 10000;
 const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
-
 QString serverDate(const TimePoint &when)
 {
     return toDateTime(when).toUTC().toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz")) + QStringLiteral("Z");
 }
-
 
 QAccessibleInterface *accessible(QObject *object)
 {
@@ -180,25 +178,33 @@ void TestAccessibility::init()
 {
     Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{1, "Meters"}, {3, "Pumps"}}}));
     m_api = std::make_unique<ApiHarness>();
-    const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}}, QJsonObject{{"itemStatusId", 2}, {"count", 1}},
+    const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}},
+                            QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 2}}};
-    m_api->server.on("GET", tasksPath,
-                     CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
-                                                           taskJson(2, "Valve A", 4, 1, "2026-11-02T08:00:00.000Z", 3, counts),
-                                                           taskJson(3, "Valve B", 4, 2, "2026-11-01T08:00:00.000Z", 3),
-                                                           taskJson(4, "Tank D", 6, 3, "2026-10-30T08:00:00.000Z", 3)})});
+    m_api->server.on(
+        "GET", tasksPath,
+        CannedResponse{200,
+                       answer(QJsonArray{taskJson(1, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
+                                         taskJson(2, "Valve A", 4, 1, "2026-11-02T08:00:00.000Z", 3, counts),
+                                         taskJson(3, "Valve B", 4, 2, "2026-11-01T08:00:00.000Z", 3),
+                                         taskJson(4, "Tank D", 6, 3, "2026-10-30T08:00:00.000Z", 3)})});
     m_api->server.on("GET", "/api/items/taskId/2",
-                     CannedResponse{200, answer(QJsonArray{itemJson(21, 2, "Gauge", 1), itemJson(22, 2, "Seal", 2),
-                                                           itemJson(23, 2, "Valve", 3, QStringLiteral("CP-1")),
-                                                           itemJson(24, 2, "Gate", 3)})});
+                     CannedResponse{200,
+                                    answer(QJsonArray{itemJson(21, 2, "Gauge", 1), itemJson(22, 2, "Seal", 2),
+                                                      itemJson(23, 2, "Valve", 3, QStringLiteral("CP-1")),
+                                                      itemJson(24, 2, "Gate", 3)})});
     QJsonObject pictured = commentJson("Valve closed", serverDate(m_api->now - std::chrono::minutes(5)));
-    pictured.insert("media", QJsonArray{QJsonObject{{"path", "p/valve.jpg"}, {"dateCreated", pictured.value("dateCreated")},
-                                                    {"commentId", 1}}});
+    pictured.insert("media",
+                    QJsonArray{QJsonObject{
+                        {"path", "p/valve.jpg"}, {"dateCreated", pictured.value("dateCreated")}, {"commentId", 1}}});
     m_api->server.on("GET", "/api/task/2/comments",
-                     CannedResponse{200, answer(QJsonArray{commentJson("Seal replaced", serverDate(m_api->now - std::chrono::hours(50)), 22),
-                                                           pictured})});
-    m_api->server.onPrefix("GET", QStringLiteral("/files/"),
-                           [](const RecordedRequest &) { return CannedResponse{200, jpeg(), "image/jpeg"}; });
+                     CannedResponse{200,
+                                    answer(QJsonArray{commentJson("Seal replaced",
+                                                                  serverDate(m_api->now - std::chrono::hours(50)), 22),
+                                                      pictured})});
+    m_api->server.onPrefix("GET", QStringLiteral("/files/"), [](const RecordedRequest &) {
+        return CannedResponse{200, jpeg(), "image/jpeg"};
+    });
 }
 
 void TestAccessibility::cleanup()
@@ -235,7 +241,7 @@ bool TestAccessibility::open(const QString &screen)
         || !QTest::qWaitFor(
             [&] {
                 return dashboard->rows().size() == 3 && dashboard->rows().last()->isVisible()
-                       && !dashboard->refreshControl()->isRefreshing();
+                    && !dashboard->refreshControl()->isRefreshing();
             },
             timeoutMs))
         return false;
@@ -286,12 +292,13 @@ bool TestAccessibility::open(const QString &screen)
     }
     items->commentsButton()->trigger();
     auto *comments = qobject_cast<CommentsVC *>(m_host->topScreen());
-    if (!comments || !QTest::qWaitFor(
-                         [&] {
-                             return !comments->isFetching() && comments->threadModel()->rowCount() == 4
-                                    && comments->tableView()->height() > 0;
-                         },
-                         timeoutMs))
+    if (!comments
+        || !QTest::qWaitFor(
+            [&] {
+                return !comments->isFetching() && comments->threadModel()->rowCount() == 4
+                    && comments->tableView()->height() > 0;
+            },
+            timeoutMs))
         return false;
     if (screen == QLatin1String("comments")) {
         m_host->setFocus();
@@ -304,8 +311,8 @@ bool TestAccessibility::open(const QString &screen)
 void TestAccessibility::screens()
 {
     QTest::addColumn<QString>("screen");
-    for (const char *screen : {"dashboard", "prompt", "items", "item action", "block task", "scanner", "comments", "picture",
-                               "filter", "date picker"})
+    for (const char *screen : {"dashboard", "prompt", "items", "item action", "block task", "scanner", "comments",
+                               "picture", "filter", "date picker"})
         QTest::newRow(screen) << QString::fromLatin1(screen);
 }
 
@@ -334,7 +341,7 @@ void TestAccessibility::everyControlIsNamed()
     for (QAccessibleInterface *interface : std::as_const(all)) {
         const QString name = interface->text(QAccessible::Name).trimmed();
         const bool acts = interface->state().focusable || speaking.contains(interface->role())
-                          || (interface->actionInterface() && !interface->actionInterface()->actionNames().isEmpty());
+            || (interface->actionInterface() && !interface->actionInterface()->actionNames().isEmpty());
         if ((acts && name.isEmpty()) || identifier.match(name).hasMatch())
             offenders.append(describe(interface));
     }
@@ -348,9 +355,14 @@ void TestAccessibility::chartsReadAsText_data()
     QTest::addColumn<QString>("chart");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("description");
-    QTest::newRow("overall chart") << "dashboard" << "pieChartView" << "Assigned: 1, In Progress: 2, Completed: 1"
+    QTest::newRow("overall chart") << "dashboard"
+                                   << "pieChartView"
+                                   << "Assigned: 1, In Progress: 2, Completed: 1"
                                    << "Tasks";
-    QTest::newRow("items chart") << "items" << "progressView" << "50% done. Completed: 1, Incidents: 1, Open: 2" << "";
+    QTest::newRow("items chart") << "items"
+                                 << "progressView"
+                                 << "50% done. Completed: 1, Incidents: 1, Open: 2"
+                                 << "";
 }
 
 void TestAccessibility::chartsReadAsText()
@@ -375,15 +387,21 @@ void TestAccessibility::listItemsCarryNamesAndIdentifiers_data()
     QTest::addColumn<QStringList>("read");
     QTest::addColumn<QStringList>("identifiers");
     // A card's ring reads as its percentage.
-    QTest::newRow("cards") << "dashboard" << "statusCell_InProgress" << "In Progress: 2 tasks"
+    QTest::newRow("cards") << "dashboard"
+                           << "statusCell_InProgress"
+                           << "In Progress: 2 tasks"
                            << QStringList{"Valve A | In Progress, High priority, Pumps, 50% done",
                                           "Valve B | In Progress, Medium priority, Pumps, 0% done"}
                            << QStringList{"task_in_progress", "task_in_progress"};
-    QTest::newRow("item rows") << "items" << "tableView" << "Checklist"
+    QTest::newRow("item rows") << "items"
+                               << "tableView"
+                               << "Checklist"
                                << QStringList{"Gauge | Completed. Gauge details", "Seal | Incidents. Seal details",
                                               "Valve | Open, QR code. Valve details", "Gate | Open. Gate details"}
                                << QStringList{"itemCell_21", "itemCell_22", "itemCell_23", "itemCell_24"};
-    QTest::newRow("comment rows") << "comments" << "commentsTableView" << "Comments"
+    QTest::newRow("comment rows") << "comments"
+                                  << "commentsTableView"
+                                  << "Comments"
                                   << QStringList{"2 days ago | ", "Seal replaced | Ann Rivers, 2 days ago, Seal",
                                                  "10 hours ago | ", "Valve closed | Ann Rivers, 5 mins ago"}
                                   << QStringList{"dayHeader", "commentCell", "dayHeader", "commentCell"};
@@ -410,21 +428,23 @@ void TestAccessibility::tabFollowsTheScreen_data()
     QTest::addColumn<QString>("screen");
     QTest::addColumn<QStringList>("round");
     QTest::newRow("dashboard") << "dashboard"
-                               << QStringList{"Refresh", "Filter", "Panel", "Assigned: 1 task", "In Progress: 2 tasks",
-                                              "Completed: 1 task"};
+                               << QStringList{
+                                      "Refresh",          "Filter", "Panel", "Assigned: 1 task", "In Progress: 2 tasks",
+                                      "Completed: 1 task"};
     QTest::newRow("prompt") << "prompt" << QStringList{"Yes", "No"};
     QTest::newRow("items") << "items"
-                           << QStringList{"Back", "Comments", "Scan Checkpoint", "Select", "Completed", "Incidents",
-                                          "Open", "All", "Checklist", "Mark as Blocked", "Complete Task"};
+                           << QStringList{
+                                  "Back", "Comments", "Scan Checkpoint", "Select",          "Completed",    "Incidents",
+                                  "Open", "All",      "Checklist",       "Mark as Blocked", "Complete Task"};
     QTest::newRow("item action") << "item action" << QStringList{"Cancel", "Note", "Add Photo", "Complete"};
     QTest::newRow("block task") << "block task" << QStringList{"Cancel", "Reason", "Add Photo", "Mark as Blocked"};
     QTest::newRow("scanner") << "scanner" << QStringList{"Back", "Scan from photo"};
     QTest::newRow("comments") << "comments" << QStringList{"Back", "Comments", "Add Picture", "Comment"};
     QTest::newRow("picture") << "picture" << QStringList{"Close"};
     QTest::newRow("filter") << "filter"
-                            << QStringList{"Back",   "Name",         "Priority",   "Date",     "Ascending", "Descending",
-                                           "Highest", "High",        "Medium",     "Low",      "All",       "Created from",
-                                           "Created to", "Category", "Clear",      "Apply"};
+                            << QStringList{"Back",       "Name",     "Priority", "Date", "Ascending", "Descending",
+                                           "Highest",    "High",     "Medium",   "Low",  "All",       "Created from",
+                                           "Created to", "Category", "Clear",    "Apply"};
     QTest::newRow("date picker") << "date picker" << QStringList{"Month", "Day", "Year", "Done"};
 }
 
@@ -442,16 +462,24 @@ void TestAccessibility::keysAct_data()
     QTest::addColumn<QString>("control");
     QTest::addColumn<int>("key");
     QTest::addColumn<QString>("after");
-    QTest::newRow("Enter on a bar button") << "dashboard" << "Filter" << int(Qt::Key_Return) << "FilterVC";
-    QTest::newRow("Space on a card") << "dashboard" << "Assigned: 1 task" << int(Qt::Key_Space)
-                                     << "alert Acknowledge task `Meter C`";
-    QTest::newRow("Enter on a row") << "items" << "Checklist" << int(Qt::Key_Enter) << "ItemActionVC";
-    QTest::newRow("Enter on a segment") << "items" << "Open" << int(Qt::Key_Return) << "ItemsVC";
-    QTest::newRow("Escape on the prompt") << "prompt" << "Yes" << int(Qt::Key_Escape) << "DashboardVC";
-    QTest::newRow("Escape on a sheet") << "block task" << "Reason" << int(Qt::Key_Escape) << "ItemsVC";
-    QTest::newRow("Enter on a picture") << "comments" << "Comments" << int(Qt::Key_Down) << "ImageVC";
-    QTest::newRow("Escape on the picture") << "picture" << "Close" << int(Qt::Key_Escape) << "CommentsVC";
-    QTest::newRow("Escape on the date picker") << "date picker" << "Day" << int(Qt::Key_Escape) << "FilterVC";
+    QTest::newRow("Enter on a bar button") << "dashboard"
+                                           << "Filter" << int(Qt::Key_Return) << "FilterVC";
+    QTest::newRow("Space on a card") << "dashboard"
+                                     << "Assigned: 1 task" << int(Qt::Key_Space) << "alert Acknowledge task `Meter C`";
+    QTest::newRow("Enter on a row") << "items"
+                                    << "Checklist" << int(Qt::Key_Enter) << "ItemActionVC";
+    QTest::newRow("Enter on a segment") << "items"
+                                        << "Open" << int(Qt::Key_Return) << "ItemsVC";
+    QTest::newRow("Escape on the prompt") << "prompt"
+                                          << "Yes" << int(Qt::Key_Escape) << "DashboardVC";
+    QTest::newRow("Escape on a sheet") << "block task"
+                                       << "Reason" << int(Qt::Key_Escape) << "ItemsVC";
+    QTest::newRow("Enter on a picture") << "comments"
+                                        << "Comments" << int(Qt::Key_Down) << "ImageVC";
+    QTest::newRow("Escape on the picture") << "picture"
+                                           << "Close" << int(Qt::Key_Escape) << "CommentsVC";
+    QTest::newRow("Escape on the date picker") << "date picker"
+                                               << "Day" << int(Qt::Key_Escape) << "FilterVC";
 }
 
 void TestAccessibility::keysAct()
@@ -496,13 +524,20 @@ void TestAccessibility::focusIsVisibleInBothAppearances_data()
     QTest::addColumn<QString>("control");
     for (const bool dark : {false, true}) {
         const char *look = dark ? "dark" : "light";
-        QTest::addRow("%s: bar button", look) << dark << "items" << "Comments";
-        QTest::addRow("%s: button", look) << dark << "items" << "Complete Task";
-        QTest::addRow("%s: segment", look) << dark << "items" << "Incidents";
-        QTest::addRow("%s: item row", look) << dark << "items" << "Checklist";
-        QTest::addRow("%s: card", look) << dark << "dashboard" << "In Progress: 2 tasks";
-        QTest::addRow("%s: comment row", look) << dark << "comments" << "Comments";
-        QTest::addRow("%s: picker field", look) << dark << "filter" << "Created to";
+        QTest::addRow("%s: bar button", look) << dark << "items"
+                                              << "Comments";
+        QTest::addRow("%s: button", look) << dark << "items"
+                                          << "Complete Task";
+        QTest::addRow("%s: segment", look) << dark << "items"
+                                           << "Incidents";
+        QTest::addRow("%s: item row", look) << dark << "items"
+                                            << "Checklist";
+        QTest::addRow("%s: card", look) << dark << "dashboard"
+                                        << "In Progress: 2 tasks";
+        QTest::addRow("%s: comment row", look) << dark << "comments"
+                                               << "Comments";
+        QTest::addRow("%s: picker field", look) << dark << "filter"
+                                                << "Created to";
     }
 }
 

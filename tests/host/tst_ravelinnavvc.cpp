@@ -82,13 +82,16 @@ void TestRavelinNavVC::init()
 {
     Settings::setCurrent(Settings::defaults());
     m_api = std::make_unique<ApiHarness>();
-    m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
+    m_api->server.on("GET", "/api/tasks/assigned-user/7",
+                     CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
     m_api->server.on("GET", "/api/settings-constants",
-                     CannedResponse{200, answer(QJsonObject{{"item_status", QJsonArray{}},
-                                                            {"task_status", QJsonArray{}},
-                                                            {"task_category", QJsonArray{QJsonObject{{"id", 5}, {"name", "Pumps"}},
-                                                                                         QJsonObject{{"id", 2}, {"name", "Meters"}},
-                                                                                         QJsonObject{{"id", 9}, {"name", "Valves"}}}}})});
+                     CannedResponse{200,
+                                    answer(QJsonObject{{"item_status", QJsonArray{}},
+                                                       {"task_status", QJsonArray{}},
+                                                       {"task_category",
+                                                        QJsonArray{QJsonObject{{"id", 5}, {"name", "Pumps"}},
+                                                                   QJsonObject{{"id", 2}, {"name", "Meters"}},
+                                                                   QJsonObject{{"id", 9}, {"name", "Valves"}}}}})});
 }
 
 void TestRavelinNavVC::cleanup()
@@ -152,7 +155,8 @@ void TestRavelinNavVC::settingsFailureKeepsSettings()
     LogCapture log;
     auto host = makeHost();
     host->loadViewIfNeeded();
-    const QString line = QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ");
+    const QString line
+        = QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ");
     QTRY_COMPARE_WITH_TIMEOUT(log.linesStartingWith(line).size(), 1, timeoutMs);
     QCOMPARE(Settings::current(), before);
 }

@@ -68,10 +68,14 @@ void TestTaskUpdateEvent::typeTextsAndAlert_data()
     QTest::addColumn<TaskUpdateEventType>("type");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("body");
-    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << "task-assigned" << "Task newly assigned to you.";
-    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << "task-unassigned" << "Task unassigned from you.";
-    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << "task-deleted" << "Task deleted.";
-    QTest::newRow("never set") << TaskUpdateEventType::kNone << "" << "Task .";
+    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << "task-assigned"
+                              << "Task newly assigned to you.";
+    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << "task-unassigned"
+                                << "Task unassigned from you.";
+    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << "task-deleted"
+                             << "Task deleted.";
+    QTest::newRow("never set") << TaskUpdateEventType::kNone << ""
+                               << "Task .";
 }
 
 void TestTaskUpdateEvent::typeTextsAndAlert()

@@ -60,9 +60,12 @@ void TestBlockTaskVM::itemAndDetailsLines_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("itemLine");
     QTest::addColumn<QString>("detailsLine");
-    QTest::newRow("no items") << QStringList{} << "" << "";
-    QTest::newRow("one item") << QStringList{"Seal"} << "Seal" << "Seal details";
-    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << "" << "Seal\nGauge\nValve";
+    QTest::newRow("no items") << QStringList{} << ""
+                              << "";
+    QTest::newRow("one item") << QStringList{"Seal"} << "Seal"
+                              << "Seal details";
+    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << ""
+                                 << "Seal\nGauge\nValve";
 }
 
 void TestBlockTaskVM::itemAndDetailsLines()

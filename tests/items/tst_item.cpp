@@ -174,7 +174,8 @@ void TestItem::encodesTheLocalForm()
     ItemPtr item = decodeItem(QJsonObject{{"isAudit", "1"}, {"itemStatusId", 2}});
     item->isQRMapped = true;
     const QJsonObject o = item->encode();
-    QStringList keys{"id", "taskId", "name", "details", "isAudit", "dateCreated", "dateUpdated", "status", "qrCode", "isQRMapped"};
+    QStringList keys{"id",          "taskId",      "name",   "details", "isAudit",
+                     "dateCreated", "dateUpdated", "status", "qrCode",  "isQRMapped"};
     keys.sort();
     QCOMPARE(o.keys(), keys);
     QCOMPARE(o["status"].toString(), "Incidents");

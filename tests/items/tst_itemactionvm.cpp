@@ -70,7 +70,8 @@ void TestItemActionVM::qrIndicator_data()
     QTest::newRow("no items") << QList<ItemPtr>{} << false;
     QTest::newRow("one item with a code") << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true;
     QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false;
-    QTest::newRow("two items, one with a code") << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), makeItem(2)} << false;
+    QTest::newRow("two items, one with a code")
+        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), makeItem(2)} << false;
 }
 
 void TestItemActionVM::qrIndicator()
@@ -137,7 +138,9 @@ void TestItemActionVM::failedUpdateReportsFalse()
     vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
     QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
     QVERIFY(!*ok);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: ")).size(), 1);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
+                 .size(),
+             1);
 }
 
 void TestItemActionVM::completesWhenTheManagerIsGone_data()
@@ -170,7 +173,9 @@ void TestItemActionVM::completesWhenTheManagerIsGone()
     ApiQueue::shared().waitForDone();
     QCoreApplication::processEvents();
     QCOMPARE(results, QList<bool>{false});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: ")).size(), 1);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
+                 .size(),
+             1);
 }
 
 QTEST_GUILESS_MAIN(TestItemActionVM)

@@ -35,8 +35,8 @@ void TestItemsUpdatePayload::wireForm_data()
                                        << QJsonArray{entry(301, 1, null, null)};
     QTest::newRow("empty note is null") << QList<qint64>{301} << ItemStatus::ok << QString("") << QString()
                                         << QJsonArray{entry(301, 1, null, null)};
-    QTest::newRow("a blank note is not empty") << QList<qint64>{8} << ItemStatus::ok << QString(" ") << QString()
-                                               << QJsonArray{entry(8, 1, " ", null)};
+    QTest::newRow("a blank note is not empty")
+        << QList<qint64>{8} << ItemStatus::ok << QString(" ") << QString() << QJsonArray{entry(8, 1, " ", null)};
     QTest::newRow("incident with note and photo, every item the same")
         << QList<qint64>{5, 3, 9} << ItemStatus::nok << QString("Seal broken") << photo
         << QJsonArray{entry(5, 2, "Seal broken", photo), entry(3, 2, "Seal broken", photo),
@@ -72,7 +72,8 @@ void TestItemsUpdatePayload::decodesTheUpdateAnswer()
     };
     // Only "success" is kept: the echoed data is not read, not even its dates.
     QVERIFY(decode(R"({"success":true,"data":{"task_id":41,"updater_user_id":7,"items":[{"id":301,
-        "item_status_id":1,"updated":true,"date_updated":"not a date"}]}})").success);
+        "item_status_id":1,"updated":true,"date_updated":"not a date"}]}})")
+                .success);
     QVERIFY(!decode(R"({"success":false})").success);
     QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)decode(R"({"data":{}})"));
     QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)decode(R"({"success":"true"})"));
@@ -80,8 +81,9 @@ void TestItemsUpdatePayload::decodesTheUpdateAnswer()
     QStringList keys;
     for (ItemsUpdateResponseCodingKeys key : ItemsUpdateResponseCodingKey::allCases())
         keys.append(ItemsUpdateResponseCodingKey::stringValue(key));
-    QCOMPARE(keys, (QStringList{"success", "task_id", "data", "items", "updated", "item_status_id", "id",
-                                "updater_user_id", "date_updated"}));
+    QCOMPARE(keys,
+             (QStringList{"success", "task_id", "data", "items", "updated", "item_status_id", "id", "updater_user_id",
+                          "date_updated"}));
 }
 
 QTEST_GUILESS_MAIN(TestItemsUpdatePayload)

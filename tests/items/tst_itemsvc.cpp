@@ -38,7 +38,6 @@ constexpr qint64 taskId = 8;
 const QString itemsPath = QStringLiteral("/api/items/taskId/8");
 const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
-
 QStringList shownAlert(const QWidget *screen)
 {
     QStringList shown;
@@ -91,12 +90,14 @@ void TestItemsVC::init()
 {
     Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
     m_api = std::make_unique<ApiHarness>();
-    m_api->server.on("GET", "/api/tasks/assigned-user/7",
-                     CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    m_api->server.on(
+        "GET", "/api/tasks/assigned-user/7",
+        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("PUT", "/api/task/8", [](const RecordedRequest &request) {
-        return CannedResponse{200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
+        return CannedResponse{
+            200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
     });
 }
 
@@ -118,8 +119,9 @@ ItemsVC *TestItemsVC::openItems(const QJsonArray &items)
 
 void TestItemsVC::headerCountsAndFilteredRows()
 {
-    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")), itemJson(2, taskId, "Seal", 1),
-                                 itemJson(3, taskId, "Valve", 2), itemJson(4, taskId, "Gate", 1)});
+    ItemsVC *screen
+        = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")), itemJson(2, taskId, "Seal", 1),
+                     itemJson(3, taskId, "Valve", 2), itemJson(4, taskId, "Gate", 1)});
     QVERIFY(screen);
     QAbstractItemModelTester tester(screen->itemModel(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     QCOMPARE(screen->title(), QStringLiteral("Pump station"));
@@ -152,7 +154,8 @@ void TestItemsVC::multipleSelectionWithNothingChosen()
     QVERIFY(screen);
     QTest::mouseClick(screen->multipleSelectionBtn(), Qt::LeftButton);
     QVERIFY(screen->isMultipleSelection());
-    QVERIFY(screen->saveBtn()->isVisible() && screen->multipleSelectionBtn()->isHidden() && screen->taskBtnsStack()->isHidden());
+    QVERIFY(screen->saveBtn()->isVisible() && screen->multipleSelectionBtn()->isHidden()
+            && screen->taskBtnsStack()->isHidden());
     QTest::mouseClick(screen->saveBtn(), Qt::LeftButton);
     QCOMPARE(shownAlert(screen), (QStringList{"No items selected", " "}));
     // The mode is left once the alert has gone, and nothing was opened.
@@ -164,19 +167,22 @@ void TestItemsVC::multipleSelectionWithNothingChosen()
 
 void TestItemsVC::updateResults_data()
 {
-    QTest::addColumn<QList<int>>("rows");        // one row: tapped; several: chosen in multiple selection
+    QTest::addColumn<QList<int>>("rows"); // one row: tapped; several: chosen in multiple selection
     QTest::addColumn<bool>("report");
     QTest::addColumn<QString>("note");
     QTest::addColumn<bool>("picture");
     QTest::addColumn<bool>("serverAccepts");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("message");
-    QTest::newRow("one item completed, nothing added") << QList<int>{0} << false << "" << false << true
-                                                       << "Item Status Successfully Updated!" << "\n Item:\n\nGauge";
-    QTest::newRow("one item completed with note and photo") << QList<int>{0} << false << "Needle steady" << true << true
-                                                            << "Item Status Successfully Updated!" << "\n Item:\n\nGauge";
-    QTest::newRow("three items reported") << QList<int>{0, 1, 2} << true << "Leaking" << false << true
-                                          << "Items Status Successfully Updated!" << "\n Items:\n\nGauge\nSeal\nValve";
+    QTest::newRow("one item completed, nothing added")
+        << QList<int>{0} << false << "" << false << true << "Item Status Successfully Updated!"
+        << "\n Item:\n\nGauge";
+    QTest::newRow("one item completed with note and photo")
+        << QList<int>{0} << false << "Needle steady" << true << true << "Item Status Successfully Updated!"
+        << "\n Item:\n\nGauge";
+    QTest::newRow("three items reported")
+        << QList<int>{0, 1, 2} << true << "Leaking" << false << true << "Items Status Successfully Updated!"
+        << "\n Items:\n\nGauge\nSeal\nValve";
     QTest::newRow("one item failing") << QList<int>{0} << false << "" << false << false << "Item Status Update Failed!"
                                       << "\n Item:\n\nGauge";
 }
@@ -192,8 +198,8 @@ void TestItemsVC::updateResults()
     QFETCH(QString, message);
     if (!serverAccepts)
         m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
-    ItemsVC *screen = openItems({itemJson(11, taskId, "Gauge", 3), itemJson(12, taskId, "Seal", 3),
-                                 itemJson(13, taskId, "Valve", 3)});
+    ItemsVC *screen = openItems(
+        {itemJson(11, taskId, "Gauge", 3), itemJson(12, taskId, "Seal", 3), itemJson(13, taskId, "Valve", 3)});
     QVERIFY(screen);
     ItemTableView *table = screen->tableView();
     if (rows.size() == 1) {
@@ -229,11 +235,12 @@ void TestItemsVC::updateResults()
     QCOMPARE(sent.size(), 1);
     QJsonArray items;
     for (const int row : rows)
-        items.append(QJsonObject{{"id", 11 + row},
-                                 {"item_status_id", report ? 2 : 1},
-                                 {"text", note.isEmpty() ? QJsonValue() : QJsonValue(note)},
-                                 {"media_path", picture ? QJsonValue(QStringLiteral("uploads/") + m_api->host.uploads.value(0).second)
-                                                        : QJsonValue()}});
+        items.append(QJsonObject{
+            {"id", 11 + row},
+            {"item_status_id", report ? 2 : 1},
+            {"text", note.isEmpty() ? QJsonValue() : QJsonValue(note)},
+            {"media_path",
+             picture ? QJsonValue(QStringLiteral("uploads/") + m_api->host.uploads.value(0).second) : QJsonValue()}});
     QCOMPARE(bodyOf(sent.first()), (QJsonObject{{"task_id", taskId}, {"updater_user_id", 7}, {"items", items}}));
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
     // Once the alert is gone the items load again.
@@ -258,7 +265,8 @@ void TestItemsVC::swipeActionsOnlyOnOpenRows()
     QVERIFY(!screen->itemModel()->index(0).data(ItemListModel::HasSwipeActionsRole).toBool());
 
     swipe(1);
-    QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth), timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth),
+                              timeoutMs);
     QCOMPARE(table->swipedRow(), 1);
     m_host->grab().save(shots + QStringLiteral("items-swipe.png"));
     // "Incidents", the second action, leads to the item's action sheet.
@@ -277,10 +285,11 @@ void TestItemsVC::completeAndReportRules_data()
     QTest::addColumn<bool>("qrIndicator");
     QTest::addColumn<bool>("canComplete");
     QTest::addColumn<QString>("info");
-    QTest::newRow("item with a QR code, not scanned") << QList<int>{0} << false << true << false
-                                                      << "Scan QR code to complete this item";
+    QTest::newRow("item with a QR code, not scanned")
+        << QList<int>{0} << false << true << false << "Scan QR code to complete this item";
     QTest::newRow("item with a QR code, scanned") << QList<int>{0} << true << true << true << "";
-    QTest::newRow("item already completed") << QList<int>{2} << false << false << false << "Already Marked as `Completed`";
+    QTest::newRow("item already completed")
+        << QList<int>{2} << false << false << false << "Already Marked as `Completed`";
     QTest::newRow("two items, one with a QR code") << QList<int>{0, 1} << false << false << true << "";
 }
 
@@ -291,8 +300,8 @@ void TestItemsVC::completeAndReportRules()
     QFETCH(bool, qrIndicator);
     QFETCH(bool, canComplete);
     QFETCH(QString, info);
-    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")), itemJson(2, taskId, "Seal", 3),
-                                 itemJson(3, taskId, "Valve", 1)});
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")),
+                                 itemJson(2, taskId, "Seal", 3), itemJson(3, taskId, "Valve", 1)});
     QVERIFY(screen);
     if (scanFirst) {
         screen->didScanCode(QStringLiteral("CP-1"));
@@ -301,7 +310,8 @@ void TestItemsVC::completeAndReportRules()
     } else {
         screen->setMultipleSelection(true);
         for (const int row : rows)
-            QTest::mouseClick(screen->tableView()->viewport(), Qt::LeftButton, {}, screen->tableView()->rowRect(row).center());
+            QTest::mouseClick(screen->tableView()->viewport(), Qt::LeftButton, {},
+                              screen->tableView()->rowRect(row).center());
         screen->finishMultipleSelection();
     }
     auto *action = qobject_cast<ItemActionVC *>(presented());
@@ -326,17 +336,18 @@ void TestItemsVC::blockingReachesTheDashboard()
     QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
     auto *block = qobject_cast<BlockTaskVC *>(presented());
     QVERIFY(block);
-    QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text(), block->noteField()->placeholderText()}),
+    QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text(),
+                          block->noteField()->placeholderText()}),
              (QStringList{"Gauge", "Gauge details", "Provide a reason for blocking the task"}));
     m_host->grab().save(shots + QStringLiteral("block-task.png"));
     // A single blank is no reason: nothing is posted, the task is blocked all the same.
     block->noteField()->setFocus();
     QTest::keyClick(block->noteField(), Qt::Key_Space);
     QTest::mouseClick(block->blockButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen),
-                              (QStringList{"Task marked as blocked!",
-                                           "\n  The task status Pump station was changed to `Blocked`\n "}),
-                              timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        shownAlert(screen),
+        (QStringList{"Task marked as blocked!", "\n  The task status Pump station was changed to `Blocked`\n "}),
+        timeoutMs);
     QVERIFY(!presented());
     QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
     QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()).value("task_status_id").toInt(), 5);
@@ -368,8 +379,9 @@ void TestItemsVC::completingReachesTheDashboard()
     QVERIFY(screen);
     const int fetches = requests(QStringLiteral("/api/tasks/assigned-user/7"));
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
-    QCOMPARE(shownAlert(screen), (QStringList{"Task successfully completed!",
-                                              "\n  The task status Pump station was changed to `Complete`\n "}));
+    QCOMPARE(
+        shownAlert(screen),
+        (QStringList{"Task successfully completed!", "\n  The task status Pump station was changed to `Complete`\n "}));
     QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
     QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()),
              (QJsonObject{{"task_status_id", 6}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));

@@ -68,9 +68,10 @@ bool TestItemsVM::fetch()
 void TestItemsVM::fetchReplacesItemsAndKeepsFilter()
 {
     m_task->itemList.filterData.status = ItemStatus::open;
-    m_api->server.on("GET", "/api/items/taskId/5",
-                     CannedResponse{200, answer(QJsonArray{itemJson(1, 5, "Seal", 3, QStringLiteral("CP-1")),
-                                                           itemJson(2, 5, "Gauge", 1)})});
+    m_api->server.on(
+        "GET", "/api/items/taskId/5",
+        CannedResponse{
+            200, answer(QJsonArray{itemJson(1, 5, "Seal", 3, QStringLiteral("CP-1")), itemJson(2, 5, "Gauge", 1)})});
     QVERIFY(fetch());
     QCOMPARE(m_task->itemList.items.size(), 2);
     QCOMPARE(m_task->itemList.filterData.status, ItemStatus::open);
@@ -86,7 +87,9 @@ void TestItemsVM::failedFetchKeepsEarlierItems()
     LogCapture log;
     QVERIFY(!fetch());
     QCOMPARE(m_task->itemList.items, QList<ItemPtr>{before});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the items. The error we got was: ")).size(), 1);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the items. The error we got was: "))
+                 .size(),
+             1);
 }
 
 void TestItemsVM::selectionIsByIdWithoutDuplicates()
@@ -116,13 +119,16 @@ void TestItemsVM::qrMatch_data()
     const QString notFound = QStringLiteral("Cannot find item matching the scanned QR");
     QTest::newRow("absent scan") << "<none>" << ItemStatus::all << -1 << "Invalid Code" << notFound << qint64(0);
     QTest::newRow("no item has it") << "CP-404" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
-    QTest::newRow("leading blank does not match") << " CP-2" << ItemStatus::all << -1 << "No Item Detected" << notFound
-                                                  << qint64(0);
-    QTest::newRow("first of duplicates is completed")
-        << "CP-1" << ItemStatus::all << -1 << "Item Detected" << "Item `Gauge` already marked as `Completed`." << qint64(0);
-    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << "" << "" << qint64(3);
-    QTest::newRow("row within the filtered list") << "CP-3" << ItemStatus::nok << 0 << "" << "" << qint64(4);
-    QTest::newRow("hidden by the filter: mapped, nothing shown") << "CP-2" << ItemStatus::ok << -1 << "" << "" << qint64(3);
+    QTest::newRow("leading blank does not match")
+        << " CP-2" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
+    QTest::newRow("first of duplicates is completed") << "CP-1" << ItemStatus::all << -1 << "Item Detected"
+                                                      << "Item `Gauge` already marked as `Completed`." << qint64(0);
+    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << ""
+                                        << "" << qint64(3);
+    QTest::newRow("row within the filtered list") << "CP-3" << ItemStatus::nok << 0 << ""
+                                                  << "" << qint64(4);
+    QTest::newRow("hidden by the filter: mapped, nothing shown") << "CP-2" << ItemStatus::ok << -1 << ""
+                                                                 << "" << qint64(3);
 }
 
 void TestItemsVM::qrMatch()
@@ -134,11 +140,11 @@ void TestItemsVM::qrMatch()
     QFETCH(QString, message);
     QFETCH(qint64, mappedId);
 
-    m_task->itemList.items = {makeItem(1, "Gauge", ItemStatus::ok, QStringLiteral("CP-1")),
-                              makeItem(2, "Seal", ItemStatus::open, QStringLiteral("CP-1")),
-                              makeItem(3, "Valve", ItemStatus::open, QStringLiteral("CP-2")),
-                              makeItem(4, "Hatch", ItemStatus::nok, QStringLiteral("CP-3")),
-                              makeItem(5, "Fence", ItemStatus::open)};
+    m_task->itemList.items
+        = {makeItem(1, "Gauge", ItemStatus::ok, QStringLiteral("CP-1")),
+           makeItem(2, "Seal", ItemStatus::open, QStringLiteral("CP-1")),
+           makeItem(3, "Valve", ItemStatus::open, QStringLiteral("CP-2")),
+           makeItem(4, "Hatch", ItemStatus::nok, QStringLiteral("CP-3")), makeItem(5, "Fence", ItemStatus::open)};
     m_task->itemList.filterData.status = filter;
 
     std::optional<QrMatch> match;

@@ -18,7 +18,8 @@ const QSize hd(1280, 720);
 // A Code 128 barcode: a barcode, but not a QR code.
 QImage code128(const QString &text)
 {
-    const ZXing::BitMatrix bits = ZXing::MultiFormatWriter(ZXing::BarcodeFormat::Code128).encode(text.toStdWString(), 400, 120);
+    const ZXing::BitMatrix bits
+        = ZXing::MultiFormatWriter(ZXing::BarcodeFormat::Code128).encode(text.toStdWString(), 400, 120);
     QImage picture(hd, QImage::Format_Grayscale8);
     picture.fill(128);
     for (int y = 0; y < bits.height(); ++y)
@@ -48,12 +49,13 @@ void TestQrCodeReader::read_data()
 
     QTest::newRow("one code") << QrSymbol::scene(hd, {{"CP-1001", {500, 200}}}) << QStringList{"CP-1001"}
                               << QRect(500 + 24, 200 + 24, 21 * 6, 21 * 6);
-    QTest::newRow("turned on its side") << QrSymbol::scene(hd, {{"CP-1001", {500, 200}}}).transformed(QTransform().rotate(90))
-                                        << QStringList{"CP-1001"} << QRect();
+    QTest::newRow("turned on its side")
+        << QrSymbol::scene(hd, {{"CP-1001", {500, 200}}}).transformed(QTransform().rotate(90)) << QStringList{"CP-1001"}
+        << QRect();
     QTest::newRow("two codes") << QrSymbol::scene(hd, {{"CP-1", {100, 100}}, {"CP-2", {900, 400}}})
                                << QStringList{"CP-1", "CP-2"} << QRect();
-    QTest::newRow("text beyond ASCII") << QrSymbol::scene(hd, {{"Pumpe Süd 3", {500, 200}}}) << QStringList{"Pumpe Süd 3"}
-                                       << QRect();
+    QTest::newRow("text beyond ASCII") << QrSymbol::scene(hd, {{"Pumpe Süd 3", {500, 200}}})
+                                       << QStringList{"Pumpe Süd 3"} << QRect();
     QTest::newRow("a Code 128 barcode") << code128("CP-2") << QStringList{} << QRect();
     QTest::newRow("blank wall") << QrSymbol::scene(hd, {}) << QStringList{} << QRect();
     QTest::newRow("no picture") << QImage() << QStringList{} << QRect();

@@ -51,8 +51,7 @@ class TestFrameSource : public CameraFrameSource
 public:
     explicit TestFrameSource(bool available)
         : m_available(available)
-    {
-    }
+    { }
     [[nodiscard]] bool isAvailable() const override { return m_available; }
     void start() override { m_running = true; }
     void stop() override { m_running = false; }
@@ -91,7 +90,6 @@ public:
     void vibrate() override { ++vibrations; }
     int vibrations = 0;
 };
-
 
 QStringList shownAlert(const QWidget *screen)
 {
@@ -145,13 +143,15 @@ void TestQRScannerVC::init()
 {
     Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
     m_api = std::make_unique<ApiHarness>();
-    m_api->server.on("GET", "/api/tasks/assigned-user/7",
-                     CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    m_api->server.on(
+        "GET", "/api/tasks/assigned-user/7",
+        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
     m_api->server.on("GET", "/api/items/taskId/8",
-                     CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")),
-                                                           itemJson(2, taskId, "Seal", 3, QStringLiteral("CP-2")),
-                                                           itemJson(3, taskId, "Valve", 1, QStringLiteral("CP-3")),
-                                                           itemJson(4, taskId, "Gate", 3)})});
+                     CannedResponse{200,
+                                    answer(QJsonArray{itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")),
+                                                      itemJson(2, taskId, "Seal", 3, QStringLiteral("CP-2")),
+                                                      itemJson(3, taskId, "Valve", 1, QStringLiteral("CP-3")),
+                                                      itemJson(4, taskId, "Gate", 3)})});
     m_permission = TestPermission();
     m_haptics = TestHaptics();
     m_picker = TestPicker();
@@ -239,7 +239,8 @@ void TestQRScannerVC::startingTheCamera()
         QVERIFY(shownAlert(scanner).isEmpty());
         return;
     }
-    QCOMPARE(shownAlert(scanner), (QStringList{"Camera Access Denied", "Cannot perform a scan without camera permission"}));
+    QCOMPARE(shownAlert(scanner),
+             (QStringList{"Camera Access Denied", "Cannot perform a scan without camera permission"}));
     AlertView *alert = AlertPresenter::visibleAlert(scanner);
     QVERIFY(alert->actionButton(QStringLiteral("Cancel")));
     QVERIFY(alert->triggerAction(QStringLiteral("Allow")));
@@ -282,7 +283,8 @@ void TestQRScannerVC::outlineFollowsTheCode()
     for (int y = core.top(); y <= core.bottom(); y += 2)
         for (int x = core.left(); x <= core.right(); x += 2, ++inside)
             dark += qGray(shown.pixel(x, y)) < 64 ? 1 : 0;
-    QVERIFY2(dark > inside / 5 && dark < inside * 4 / 5, qPrintable(QStringLiteral("%1 of %2 dark").arg(dark).arg(inside)));
+    QVERIFY2(dark > inside / 5 && dark < inside * 4 / 5,
+             qPrintable(QStringLiteral("%1 of %2 dark").arg(dark).arg(inside)));
     // Around the code (beyond its quiet zone) the wall is grey.
     const int margin = 4 * 6 * inPreview.width() / (21 * 6) + 6;
     const QRect ring = inPreview.adjusted(-margin, -margin, margin, margin).intersected(shown.rect());
@@ -300,7 +302,8 @@ void TestQRScannerVC::firstCodeHandedOverOnce()
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
     QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
-    const QImage twoCodes = QrSymbol::scene(hd, {{QStringLiteral("CP-1"), QPoint(470, 60)}, {QStringLiteral("CP-2"), QPoint(600, 400)}});
+    const QImage twoCodes
+        = QrSymbol::scene(hd, {{QStringLiteral("CP-1"), QPoint(470, 60)}, {QStringLiteral("CP-2"), QPoint(600, 400)}});
     const QString first = QrCodeReader::read(twoCodes).first().text;
     QVERIFY(feed(scanner, twoCodes));
     QCOMPARE(scanner->state(), QRScannerVC::State::detected);
@@ -328,8 +331,10 @@ void TestQRScannerVC::scannedCodeFindsItsItem_data()
                                     << QStringList{"Item Detected", "Item `Valve` already marked as `Completed`."};
     QTest::newRow("unknown code") << std::optional<QString>("CP-9") << ItemStatus::all << ""
                                   << QStringList{"No Item Detected", notFound};
-    QTest::newRow("item hidden by the filter") << std::optional<QString>("CP-2") << ItemStatus::ok << "" << QStringList{};
-    QTest::newRow("no text") << std::optional<QString>() << ItemStatus::all << "" << QStringList{"Invalid Code", notFound};
+    QTest::newRow("item hidden by the filter")
+        << std::optional<QString>("CP-2") << ItemStatus::ok << "" << QStringList{};
+    QTest::newRow("no text") << std::optional<QString>() << ItemStatus::all << ""
+                             << QStringList{"Invalid Code", notFound};
 }
 
 void TestQRScannerVC::scannedCodeFindsItsItem()
@@ -396,7 +401,8 @@ void TestQRScannerVC::photoFallback_data()
     QTest::addColumn<std::optional<QImage>>("photo");
     QTest::addColumn<QString>("opens");
     QTest::addColumn<QStringList>("alert");
-    QTest::newRow("photo of a code") << std::optional<QImage>(QrSymbol::scene(QSize(3000, 4000), {{"CP-2", {1300, 1800}}}, 12))
+    QTest::newRow("photo of a code") << std::optional<QImage>(
+        QrSymbol::scene(QSize(3000, 4000), {{"CP-2", {1300, 1800}}}, 12))
                                      << "Seal" << QStringList{};
     QTest::newRow("photo without a code") << std::optional<QImage>(QrSymbol::scene(QSize(800, 600), {})) << ""
                                           << QStringList{"Fail", "Couldn't detect QR"};

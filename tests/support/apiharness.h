@@ -18,7 +18,9 @@ namespace ravelin::test {
 
 // Stands in for the navigation host and the host application: counts expired
 // sessions and stores uploaded pictures under "uploads/<file name>".
-class FakeHost : public NetworkManagerDelegate, public RavelinNavVCDelegate
+class FakeHost
+    : public NetworkManagerDelegate
+    , public RavelinNavVCDelegate
 {
 public:
     [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<FakeHost *>(this); }

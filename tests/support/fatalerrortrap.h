@@ -14,8 +14,7 @@ struct FatalErrorRaised : std::runtime_error
     explicit FatalErrorRaised(const QString &message)
         : std::runtime_error(message.toStdString())
         , message(message)
-    {
-    }
+    { }
     QString message;
 };
 
@@ -27,9 +26,9 @@ class FatalErrorTrap
 {
 public:
     FatalErrorTrap()
-        : m_previous(setFatalErrorHandler([](const QString &message, const char *) { throw FatalErrorRaised(message); }))
-    {
-    }
+        : m_previous(
+            setFatalErrorHandler([](const QString &message, const char *) { throw FatalErrorRaised(message); }))
+    { }
     ~FatalErrorTrap() { setFatalErrorHandler(m_previous); }
     FatalErrorTrap(const FatalErrorTrap &) = delete;
     FatalErrorTrap &operator=(const FatalErrorTrap &) = delete;

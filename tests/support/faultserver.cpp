@@ -136,17 +136,10 @@ void FaultServer::respond(QSslSocket *socket, const QString &path)
         socket->write(halfway);
         socket->disconnectFromHost();
         break;
-    case Behaviour::resetBeforeHeaders:
-        reset(socket);
-        break;
-    case Behaviour::stallBeforeHeaders:
-        break;
-    case Behaviour::stallMidBody:
-        socket->write(halfway);
-        break;
-    case Behaviour::drip:
-        drip(socket, answer);
-        break;
+    case Behaviour::resetBeforeHeaders: reset(socket); break;
+    case Behaviour::stallBeforeHeaders: break;
+    case Behaviour::stallMidBody: socket->write(halfway); break;
+    case Behaviour::drip: drip(socket, answer); break;
     }
 }
 

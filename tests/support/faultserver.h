@@ -25,12 +25,12 @@ class FaultServer : public QObject
 
 public:
     enum class Behaviour {
-        answer,             // the headers and the whole body, then the connection closes
-        closeMidBody,       // the headers announce the whole body; half of it is sent, then the connection closes
+        answer, // the headers and the whole body, then the connection closes
+        closeMidBody, // the headers announce the whole body; half of it is sent, then the connection closes
         resetBeforeHeaders, // the request is read, then the connection is reset
         stallBeforeHeaders, // the request is read, then nothing is sent
-        stallMidBody,       // the headers and half of the body, then nothing
-        drip,               // the headers and the body one byte at a time
+        stallMidBody, // the headers and half of the body, then nothing
+        drip, // the headers and the body one byte at a time
     };
 
     struct Script

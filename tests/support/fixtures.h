@@ -50,8 +50,8 @@ inline QJsonObject itemJson(qint64 id, qint64 taskId, const QString &name, int s
     return o;
 }
 
-inline QJsonObject commentJson(const QString &text, const QString &dateCreated, std::optional<qint64> itemId = std::nullopt,
-                               bool incident = false)
+inline QJsonObject commentJson(const QString &text, const QString &dateCreated,
+                               std::optional<qint64> itemId = std::nullopt, bool incident = false)
 {
     return QJsonObject{{"text", text},
                        {"userId", 7},

@@ -27,7 +27,8 @@ inline std::unique_ptr<RavelinNavVC> showHost(ApiHarness &api, NotificationCente
     environment.clock = fixedClock(api.now);
     auto host = std::make_unique<RavelinNavVC>(std::move(environment));
     host->currentUserId = 7;
-    host->assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}, {1, {"Dispatch Desk", "building_01"}}};
+    host->assetsList
+        = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}, {1, {"Dispatch Desk", "building_01"}}};
     host->networkData = NetworkData{api.server.baseUrl(), toDateTime(api.now - std::chrono::seconds(30)),
                                     QStringLiteral("host-token")};
     host->setVcDelegate(&api.host);
@@ -41,7 +42,8 @@ inline std::unique_ptr<RavelinNavVC> showHost(ApiHarness &api, NotificationCente
 inline ItemsVC *openOnlyTask(RavelinNavVC &host, int itemCount, int timeoutMs = 10000)
 {
     DashboardVC *dashboard = host.dashboard();
-    if (!QTest::qWaitFor([&] { return !dashboard->rows().isEmpty() && dashboard->rows().first()->count() == 1; }, timeoutMs))
+    if (!QTest::qWaitFor([&] { return !dashboard->rows().isEmpty() && dashboard->rows().first()->count() == 1; },
+                         timeoutMs))
         return nullptr;
     dashboard->openTask(dashboard->rows().first()->tasks().first());
     ItemsVC *screen = nullptr;

@@ -15,9 +15,9 @@ namespace ravelin::test {
 // One request as the test server received it.
 struct RecordedRequest
 {
-    QByteArray method;                         // "GET", "PUT", ...
-    QString path;                              // "/api/tasks/assigned-user/7" (without query)
-    QList<std::pair<QString, QString>> query;  // decoded query items, in the order received
+    QByteArray method; // "GET", "PUT", ...
+    QString path; // "/api/tasks/assigned-user/7" (without query)
+    QList<std::pair<QString, QString>> query; // decoded query items, in the order received
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body;
 

@@ -32,7 +32,8 @@ void TestTestServer::recordsRequestsAndAnswers()
         QNetworkRequest request(QUrl(QStringLiteral("https://") + server.baseUrl() + pathAndQuery));
         request.setRawHeader("X-Probe", "probe-value");
         std::unique_ptr<QNetworkReply> reply(manager.sendCustomRequest(request, method, body));
-        QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(), [raw = reply.get()] { raw->ignoreSslErrors(); });
+        QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(),
+                         [raw = reply.get()] { raw->ignoreSslErrors(); });
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
         if (!reply->isFinished())
             finished.wait(15000);

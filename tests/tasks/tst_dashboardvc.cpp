@@ -83,7 +83,8 @@ QStringList accessibleCards(TaskTableViewCell *row)
     QAccessibleInterface *table = QAccessible::queryAccessibleInterface(row);
     for (int i = 0; table && i < table->childCount(); ++i) {
         QAccessibleTableCellInterface *cell = table->child(i)->tableCellInterface();
-        identifiers.append(row->model()->index(cell->rowIndex(), 0).data(TaskCollectionModel::IdentifierRole).toString());
+        identifiers.append(
+            row->model()->index(cell->rowIndex(), 0).data(TaskCollectionModel::IdentifierRole).toString());
     }
     return identifiers;
 }
@@ -264,23 +265,26 @@ void TestDashboardVC::chartData()
             list.append(*NamedColors::color(QString::fromLatin1(name)));
         return list;
     };
-    QCOMPARE(DashboardTexts::overallChart({0, 2, 1, 4, 0, 3}),
-             (ChartData{{"Unassigned", "Assigned", "Acknowledged", "In Progress", "Blocked", "Completed"},
-                        {0, 2, 1, 4, 0, 3},
-                        colors({"CustomGray", "CustomRed", "CustomOrange", "CustomYellow", "CustomBlue", "CustomGreen"})}));
+    QCOMPARE(
+        DashboardTexts::overallChart({0, 2, 1, 4, 0, 3}),
+        (ChartData{{"Unassigned", "Assigned", "Acknowledged", "In Progress", "Blocked", "Completed"},
+                   {0, 2, 1, 4, 0, 3},
+                   colors({"CustomGray", "CustomRed", "CustomOrange", "CustomYellow", "CustomBlue", "CustomGreen"})}));
     TaskProgress progress;
     progress.ok = 3;
     progress.nok = 1;
     progress.open = 4;
-    QCOMPARE(DashboardTexts::itemsChart(progress),
-             (ChartData{{"Completed", "Incidents", "Open"}, {3, 1, 4}, colors({"CustomGreen", "CustomRed", "CustomGray"})}));
+    QCOMPARE(
+        DashboardTexts::itemsChart(progress),
+        (ChartData{{"Completed", "Incidents", "Open"}, {3, 1, 4}, colors({"CustomGreen", "CustomRed", "CustomGray"})}));
 }
 
 // The screen -----------------------------------------------------------------
 
 void TestDashboardVC::sectionsHeadersAndCards()
 {
-    const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 3}}, QJsonObject{{"itemStatusId", 2}, {"count", 1}},
+    const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 3}},
+                            QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 4}}};
     auto host = loaded({taskJson(1, "Valve A", 4, 1, "2026-11-01T08:00:00.000Z", 3, counts),
                         taskJson(2, "Valve B", 4, 2, "2026-11-02T08:00:00.000Z", 3),
@@ -321,8 +325,9 @@ void TestDashboardVC::sectionsHeadersAndCards()
     }
     QCOMPARE(rows, (QStringList{"statusCell_Assigned", "statusCell_InProgress", "statusCell_Completed"}));
     QCOMPARE(identifiers, (QStringList{"task_assigned", "task_in_progress", "task_in_progress", "task_complete"}));
-    QCOMPARE(cards, (QStringList{"Meter C|Meters|Highest|0", "Valve B|Pumps|Medium|0", "Valve A|Pumps|High|50",
-                                 "Tank D|All|Low|0"}));
+    QCOMPARE(cards,
+             (QStringList{"Meter C|Meters|Highest|0", "Valve B|Pumps|Medium|0", "Valve A|Pumps|High|50",
+                          "Tank D|All|Low|0"}));
 
     QCOMPARE(sliceValues(dashboard->pieChartView()), (QList<int>{0, 1, 0, 2, 0, 1}));
     QCOMPARE(dashboard->pieChartView()->centerText(), QStringLiteral("Tasks"));
@@ -379,7 +384,8 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
 
     // Held down, the painted button looks pressed; let go on it, it asks.
     TaskTableViewCell *assigned = dashboard->rows().at(1);
-    const QPoint button = TaskCollectionViewCell::acknowledgeButtonRect(assigned->visualRect(cardIndex(assigned, 0))).center();
+    const QPoint button
+        = TaskCollectionViewCell::acknowledgeButtonRect(assigned->visualRect(cardIndex(assigned, 0))).center();
     QTest::mousePress(assigned->viewport(), Qt::LeftButton, {}, button);
     QCOMPARE(dashboard->cardPainter()->pressedIndex(), cardIndex(assigned, 0));
     QTest::mouseRelease(assigned->viewport(), Qt::LeftButton, {}, button);
@@ -528,7 +534,7 @@ void TestDashboardVC::panelButtonSwipeAndFilter()
     m_api->host.swipes.clear();
     swipe(middle + QPoint(80, 0), middle - QPoint(80, 0));
     swipe(middle - QPoint(80, 0), middle + QPoint(80, 0));
-    swipe(middle, middle + QPoint(10, 0));  // too short
+    swipe(middle, middle + QPoint(10, 0)); // too short
     swipe(middle, middle + QPoint(45, 40)); // mostly downwards
     QCOMPARE(m_api->host.swipes, (QList<bool>{true, false}));
 

@@ -131,9 +131,9 @@ void TestDashboardVM::sectionsForMixedStatuses_data()
                       taskJson(4, "Hydrant D", 2, 2, "2026-11-04T08:00:00.000Z"),
                       taskJson(5, "Tank E", 1, 2, "2026-11-05T08:00:00.000Z")}
         << QStringList{"Unassigned:Tank E", "Assigned:Hydrant D,Pump B", "In Progress:Valve C", "Completed:Meter A"};
-    QTest::newRow("one status, one section")
-        << QJsonArray{taskJson(1, "A", 4, 2, "2026-11-01T08:00:00.000Z"), taskJson(2, "B", 4, 2, "2026-11-02T08:00:00.000Z")}
-        << QStringList{"In Progress:B,A"};
+    QTest::newRow("one status, one section") << QJsonArray{taskJson(1, "A", 4, 2, "2026-11-01T08:00:00.000Z"),
+                                                           taskJson(2, "B", 4, 2, "2026-11-02T08:00:00.000Z")}
+                                             << QStringList{"In Progress:B,A"};
     QTest::newRow("no tasks, no sections") << QJsonArray{} << QStringList{};
 }
 
@@ -153,8 +153,9 @@ void TestDashboardVM::sectionsForMixedStatuses()
 void TestDashboardVM::sectionsFollowTheSortChoice()
 {
     m_api->server.on("GET", "/api/tasks/assigned-user/7",
-                     CannedResponse{200, answer(QJsonArray{taskJson(1, "beta", 2, 3), taskJson(2, "Alpha", 2, 0),
-                                                           taskJson(3, "alpha", 2, 1)})});
+                     CannedResponse{200,
+                                    answer(QJsonArray{taskJson(1, "beta", 2, 3), taskJson(2, "Alpha", 2, 0),
+                                                      taskJson(3, "alpha", 2, 1)})});
     QVERIFY(fetch());
     // A new choice is applied off the main thread; the sections follow when it is in.
     QSignalSpy arranged(m_vm.get(), &DashboardVM::sectionsChanged);
@@ -176,7 +177,9 @@ void TestDashboardVM::failedFetchKeepsTasks()
     LogCapture log;
     QVERIFY(!fetch());
     QCOMPARE(m_vm->taskList().tasks.size(), 1);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: ")).size(), 1);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
+                 .size(),
+             1);
 }
 
 void TestDashboardVM::statusChangeMergesIntoList()
@@ -201,7 +204,8 @@ void TestDashboardVM::statusChangeMergesIntoList()
     // The task moves to its new section once the list is arranged again.
     QTRY_COMPARE_WITH_TIMEOUT(sectionHeaders(m_vm->sections()), (QStringList{"Assigned:Valve", "Acknowledged:Pump"}),
                               timeoutMs);
-    const QJsonObject body = QJsonDocument::fromJson(m_api->server.requests(QStringLiteral("/api/task/5")).first().body).object();
+    const QJsonObject body
+        = QJsonDocument::fromJson(m_api->server.requests(QStringLiteral("/api/task/5")).first().body).object();
     QCOMPARE(body, (QJsonObject{{"task_status_id", 3}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));
 
     // A task no longer in the list still reports the answer's status.

@@ -44,9 +44,9 @@ TaskPtr decodeTask(const QJsonObject &patch = {}, const QStringList &removed = {
         {"taskStatusId", 4},
         {"taskCategoryId", 2},
         {"priority", 1},
-        {"itemsCount", QJsonArray{QJsonObject{{"itemStatusId", 1}, {"count", 3}},
-                                  QJsonObject{{"itemStatusId", 2}, {"count", 1}},
-                                  QJsonObject{{"itemStatusId", 3}, {"count", 4}}}},
+        {"itemsCount",
+         QJsonArray{QJsonObject{{"itemStatusId", 1}, {"count", 3}}, QJsonObject{{"itemStatusId", 2}, {"count", 1}},
+                    QJsonObject{{"itemStatusId", 3}, {"count", 4}}}},
         {"updated", true},
     };
     for (auto it = patch.begin(); it != patch.end(); ++it)
@@ -115,7 +115,7 @@ void TestTask::optionalKeys_data()
     QTest::newRow("absent") << QJsonObject{} << QStringList{"ownerAssetName", "dateUpdated", "itemsCount", "updated"}
                             << "Unknown" << false << QList<bool>{true, true, true, false};
     QTest::newRow("null") << QJsonObject{{"ownerAssetName", null}, {"assignedUserId", null}, {"updaterUserId", null},
-                                         {"dateScheduled", null}, {"dateUpdated", null}, {"itemsCount", null},
+                                         {"dateScheduled", null},  {"dateUpdated", null},    {"itemsCount", null},
                                          {"updated", null}}
                           << QStringList{} << "Unknown" << false << QList<bool>{false, false, false, false};
     QTest::newRow("empty owner, not updated, no counts")
@@ -123,7 +123,8 @@ void TestTask::optionalKeys_data()
         << false << QList<bool>{true, true, true, true};
     // "isUpdated" and "progress" in the answer are never read.
     QTest::newRow("local names are not keys")
-        << QJsonObject{{"isUpdated", true}, {"itemsCount", QJsonArray{}},
+        << QJsonObject{{"isUpdated", true},
+                       {"itemsCount", QJsonArray{}},
                        {"progress", QJsonObject{{"total", 80}, {"open", 1}, {"ok", 4}, {"nok", 0}}}}
         << QStringList{"updated"} << "Ann" << false << QList<bool>{true, true, true, true};
 }
@@ -150,8 +151,9 @@ void TestTask::decodingErrors_data()
     const int valueNotFound = int(json::DecodingError::Kind::valueNotFound);
     const int typeMismatch = int(json::DecodingError::Kind::typeMismatch);
     const int corrupted = int(json::DecodingError::Kind::dataCorrupted);
-    for (const char *key : {"id", "name", "description", "latitude", "longitude", "ownerId", "assignedUserId",
-                            "updaterUserId", "dateScheduled", "dateCreated", "taskStatusId", "taskCategoryId", "priority"})
+    for (const char *key :
+         {"id", "name", "description", "latitude", "longitude", "ownerId", "assignedUserId", "updaterUserId",
+          "dateScheduled", "dateCreated", "taskStatusId", "taskCategoryId", "priority"})
         QTest::addRow("%s missing", key) << QJsonObject{} << QStringList{key} << keyNotFound;
     for (const char *key : {"name", "latitude", "dateCreated"})
         QTest::addRow("%s null", key) << QJsonObject{{key, QJsonValue::Null}} << QStringList{} << valueNotFound;
@@ -165,10 +167,10 @@ void TestTask::decodingErrors_data()
     QTest::newRow("status 7") << QJsonObject{{"taskStatusId", 7}} << QStringList{} << stopsTheProcess;
     QTest::newRow("priority 5") << QJsonObject{{"priority", 5}} << QStringList{} << stopsTheProcess;
     // The first failure in reading order wins: "name" before "taskStatusId" before "priority".
-    QTest::newRow("missing name before bad priority") << QJsonObject{{"priority", 9}} << QStringList{"name"}
-                                                      << keyNotFound;
-    QTest::newRow("bad status before missing priority") << QJsonObject{{"taskStatusId", 0}} << QStringList{"priority"}
-                                                        << stopsTheProcess;
+    QTest::newRow("missing name before bad priority")
+        << QJsonObject{{"priority", 9}} << QStringList{"name"} << keyNotFound;
+    QTest::newRow("bad status before missing priority")
+        << QJsonObject{{"taskStatusId", 0}} << QStringList{"priority"} << stopsTheProcess;
 }
 
 void TestTask::decodingErrors()
@@ -213,9 +215,11 @@ void TestTask::categoryLookup()
 void TestTask::encodesUnderFieldNames()
 {
     const QJsonObject o = decodeTask()->encode();
-    QStringList expectedKeys{"id", "priority", "name", "description", "latitude", "longitude", "currentStatus",
-                             "ownerAssetName", "ownerId", "assignedUserId", "updaterUserId", "dateScheduled",
-                             "taskCategory", "dateCreated", "dateUpdated", "progress", "itemList", "isUpdated"};
+    QStringList expectedKeys{"id",           "priority",       "name",          "description",
+                             "latitude",     "longitude",      "currentStatus", "ownerAssetName",
+                             "ownerId",      "assignedUserId", "updaterUserId", "dateScheduled",
+                             "taskCategory", "dateCreated",    "dateUpdated",   "progress",
+                             "itemList",     "isUpdated"};
     expectedKeys.sort();
     QCOMPARE(o.keys(), expectedKeys);
     QCOMPARE(o["priority"].toString(), "High");
@@ -225,7 +229,8 @@ void TestTask::encodesUnderFieldNames()
     QCOMPARE(o["taskCategory"].toObject(), (QJsonObject{{"id", 2}, {"name", "B"}}));
     QCOMPARE(o["progress"].toObject(), (QJsonObject{{"total", 50}, {"open", 4}, {"ok", 3}, {"nok", 1}}));
     QCOMPARE(o["itemList"].toObject()["filterData"].toObject()["status"].toString(), "All");
-    QCOMPARE(parseServerDate(o["dateCreated"].toString().toStdString()), std::optional(utc("2026-02-20T10:15:30.123Z")));
+    QCOMPARE(parseServerDate(o["dateCreated"].toString().toStdString()),
+             std::optional(utc("2026-02-20T10:15:30.123Z")));
 
     // Absent values are left out; a fresh task has the defaults.
     const QJsonObject bare = Task{}.encode();

@@ -66,8 +66,8 @@ void TestTaskList::sortedTasks_data()
         << names << SortKey::name << SortOrder::descending << QList<qint64>{3, 1, 2, 4};
     QTest::newRow("name is not natural order") << QList<Row>{{"task 10"}, {"task 9"}, {"Task 1"}} << SortKey::name
                                                << SortOrder::ascending << QList<qint64>{3, 1, 2};
-    QTest::newRow("name by code point, not locale") << QList<Row>{{"zebra"}, {"Émile"}, {"eve"}} << SortKey::name
-                                                    << SortOrder::ascending << QList<qint64>{3, 1, 2};
+    QTest::newRow("name by code point, not locale")
+        << QList<Row>{{"zebra"}, {"Émile"}, {"eve"}} << SortKey::name << SortOrder::ascending << QList<qint64>{3, 1, 2};
     QTest::newRow("name outside the basic plane after the private use area")
         << QList<Row>{{QString::fromUtf8("\xF0\x9F\x9A\x80")}, {QString(QChar(0xE000))}} << SortKey::name
         << SortOrder::ascending << QList<qint64>{2, 1};

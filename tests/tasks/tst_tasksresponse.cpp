@@ -15,7 +15,10 @@ QByteArray task(int id, const char *name = "Task")
 {
     return QStringLiteral(R"({"id":%1,"name":"%2","description":"","latitude":1.5,"longitude":2.5,"ownerId":7,
         "assignedUserId":7,"updaterUserId":null,"dateScheduled":null,"dateCreated":"2026-01-05T08:00:00.000+0000",
-        "taskStatusId":2,"taskCategoryId":3,"priority":2})").arg(id).arg(QLatin1String(name)).toUtf8();
+        "taskStatusId":2,"taskCategoryId":3,"priority":2})")
+        .arg(id)
+        .arg(QLatin1String(name))
+        .toUtf8();
 }
 
 // A tasks answer with the given tasks under "data".

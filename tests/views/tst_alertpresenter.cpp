@@ -1,7 +1,7 @@
 #include "views/alertpresenter.h"
 
-#include "support/fatalerrortrap.h"
 #include "shots.h"
+#include "support/fatalerrortrap.h"
 #include "views/alertview.h"
 
 #include <QApplication>
@@ -102,9 +102,12 @@ void tst_AlertPresenter::answeringDismissesThenRunsTheHandler_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<QString>("handled");
-    QTest::newRow("Yes triggered") << "trigger Yes" << "yes";
-    QTest::newRow("No clicked") << "click No" << "no";
-    QTest::newRow("Escape is the cancel action") << "escape" << "no";
+    QTest::newRow("Yes triggered") << "trigger Yes"
+                                   << "yes";
+    QTest::newRow("No clicked") << "click No"
+                                << "no";
+    QTest::newRow("Escape is the cancel action") << "escape"
+                                                 << "no";
 }
 
 void tst_AlertPresenter::answeringDismissesThenRunsTheHandler()
@@ -170,7 +173,8 @@ void tst_AlertPresenter::alertsCoverTheWindowNewestOnTop()
 {
     Window window;
     QVERIFY(window.show());
-    AlertView *first = AlertPresenter::present(window.screen, Alert{QStringLiteral("First"), QStringLiteral("Message"), {}, {}});
+    AlertView *first
+        = AlertPresenter::present(window.screen, Alert{QStringLiteral("First"), QStringLiteral("Message"), {}, {}});
     QCOMPARE(first->geometry(), window.window.rect());
     window.window.resize(430, 900);
     QTRY_COMPARE_WITH_TIMEOUT(first->geometry(), window.window.rect(), 2000);
@@ -226,9 +230,9 @@ void tst_AlertPresenter::transientCompletionDoesNotOutliveItsHost()
     Window window;
     QVERIFY(window.show());
     bool completed = false;
-    QPointer<AlertView> view = AlertPresenter::presentTransient(window.screen, QStringLiteral("Task Event Update"),
-                                                                QStringLiteral("Pump\nTask deleted."),
-                                                                AlertPresenter::shortDelay, [&completed] { completed = true; });
+    QPointer<AlertView> view = AlertPresenter::presentTransient(
+        window.screen, QStringLiteral("Task Event Update"), QStringLiteral("Pump\nTask deleted."),
+        AlertPresenter::shortDelay, [&completed] { completed = true; });
     delete window.screen;
     // The alert still leaves after its delay, but the completion stays silent.
     QTRY_VERIFY_WITH_TIMEOUT(view.isNull(), 6000);

@@ -75,7 +75,8 @@ void tst_AttributedText::htmlEscapesStylesAndKeepsBlanks()
     font.setPointSize(12);
     font.setWeight(QFont::Light);
     const QString html = AttributedText(QStringLiteral("a<b> & c"), font, QColor(255, 0, 0)).toHtml();
-    for (const char *part : {"a&lt;b&gt; &amp; c", "font-size:12pt", "font-weight:300", "color:#ffff0000", "'DejaVu Sans'"})
+    for (const char *part :
+         {"a&lt;b&gt; &amp; c", "font-size:12pt", "font-weight:300", "color:#ffff0000", "'DejaVu Sans'"})
         QVERIFY2(html.contains(QLatin1String(part)), qPrintable(html));
 
     AttributedText withImage;
@@ -98,7 +99,8 @@ void tst_AttributedText::insertIntoCarriesFontsColoursAndImages()
     QTextDocument document;
     QTextCursor cursor(&document);
     text.insertInto(cursor);
-    QCOMPARE(document.toPlainText(), QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Item one\n"));
+    QCOMPARE(document.toPlainText(),
+             QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Item one\n"));
 
     QList<QTextCharFormat> formats;
     for (QTextBlock::iterator it = document.begin().begin(); !it.atEnd(); ++it)

@@ -24,9 +24,9 @@ void tst_NamedColors::cleanup()
 void tst_NamedColors::everyAssetHasBothVariants_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char *name : {"Label_text", "View_background", "View_background_reverted", "CustomRed", "CustomGreen",
-                             "CustomGray", "CustomOrange", "CustomYellow", "CustomBlue", "CustomShadow", "NavigationBar",
-                             "Accent"}) {
+    for (const char *name :
+         {"Label_text", "View_background", "View_background_reverted", "CustomRed", "CustomGreen", "CustomGray",
+          "CustomOrange", "CustomYellow", "CustomBlue", "CustomShadow", "NavigationBar", "Accent"}) {
         QTest::newRow(name) << QString::fromLatin1(name);
     }
 }

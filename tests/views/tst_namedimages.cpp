@@ -52,9 +52,9 @@ private slots:
 void tst_NamedImages::everyImageRenders_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char *name : {"ok", "nok", "open", "paperplane", "paperclip", "CustomQRCode", "list_pin_people_01",
-                             "filter", "refresh", "back", "comments", "qrscan", "camera", "close", "multiselect",
-                             "block"}) {
+    for (const char *name :
+         {"ok", "nok", "open", "paperplane", "paperclip", "CustomQRCode", "list_pin_people_01", "filter", "refresh",
+          "back", "comments", "qrscan", "camera", "close", "multiselect", "block"}) {
         QTest::newRow(name) << QString::fromLatin1(name);
     }
 }
@@ -104,7 +104,8 @@ void tst_NamedImages::filledWithColorKeepsTheShape()
     source.setPixel(2, 0, qRgba(255, 255, 255, 128));
     source.setPixel(3, 0, qRgba(90, 90, 90, 255));
 
-    const QImage filled = NamedImages::filledWithColor(source, QColor(200, 40, 40)).convertToFormat(QImage::Format_ARGB32);
+    const QImage filled
+        = NamedImages::filledWithColor(source, QColor(200, 40, 40)).convertToFormat(QImage::Format_ARGB32);
     QCOMPARE(filled.size(), source.size());
     QCOMPARE(qAlpha(filled.pixel(0, 0)), 0);
     QCOMPARE(filled.pixel(1, 0), qRgba(200, 40, 40, 255));

@@ -21,7 +21,8 @@ QColor ringColorAt(const QImage &image, qreal side, qreal thickness, qreal degre
     const QRectF outer(4, 4, side - 8, side - 8);
     const qreal radius = outer.width() / 2.0 - thickness / 2.0;
     const qreal radians = qDegreesToRadians(degrees);
-    const QPointF point(outer.center().x() + radius * std::cos(radians), outer.center().y() - radius * std::sin(radians));
+    const QPointF point(outer.center().x() + radius * std::cos(radians),
+                        outer.center().y() - radius * std::sin(radians));
     return image.pixelColor(point.toPoint());
 }
 
@@ -55,16 +56,15 @@ void tst_PieChartView::sliceAngles_data()
     QTest::addColumn<QList<SliceAngles>>("expected");
 
     QTest::newRow("quarter, quarter, half")
-        << QList<qreal>{1, 1, 2} << 0.0
-        << QList<SliceAngles>{{0, 90, -90, 45}, {1, 0, -90, -45}, {2, -90, -180, -180}};
-    QTest::newRow("zeros get no slice")
-        << QList<qreal>{0, 3, 0, 1} << 0.0 << QList<SliceAngles>{{1, 90, -270, -45}, {3, -180, -90, -225}};
+        << QList<qreal>{1, 1, 2} << 0.0 << QList<SliceAngles>{{0, 90, -90, 45}, {1, 0, -90, -45}, {2, -90, -180, -180}};
+    QTest::newRow("zeros get no slice") << QList<qreal>{0, 3, 0, 1} << 0.0
+                                        << QList<SliceAngles>{{1, 90, -270, -45}, {3, -180, -90, -225}};
     QTest::newRow("one value fills the circle") << QList<qreal>{0, 5} << 4.0 << QList<SliceAngles>{{1, 90, -360, -90}};
     QTest::newRow("gaps shorten and centre")
         << QList<qreal>{1, 1} << 4.0 << QList<SliceAngles>{{0, 88, -176, 0}, {1, -92, -176, -180}};
     QTest::newRow("nothing to show") << QList<qreal>{0, 0, 0} << 2.0 << QList<SliceAngles>{};
-    QTest::newRow("negative values are ignored") << QList<qreal>{-4, 2, 2} << 0.0
-                                                 << QList<SliceAngles>{{1, 90, -180, 0}, {2, -90, -180, -180}};
+    QTest::newRow("negative values are ignored")
+        << QList<qreal>{-4, 2, 2} << 0.0 << QList<SliceAngles>{{1, 90, -180, 0}, {2, -90, -180, -180}};
 }
 
 void tst_PieChartView::sliceAngles()
@@ -86,7 +86,8 @@ void tst_PieChartView::chartsKeepTheirSlicesAndCentreText()
     QCOMPARE(changed.count(), 1);
     QCOMPARE(chart.kind(), PieChartView::Kind::taskStatus);
     QCOMPARE(chart.centerText(), QStringLiteral("Tasks"));
-    QCOMPARE(chart.slices(), (QList<ChartSlice>{{QStringLiteral("Unassigned"), 0, gray}, {QStringLiteral("Assigned"), 3, red}}));
+    QCOMPARE(chart.slices(),
+             (QList<ChartSlice>{{QStringLiteral("Unassigned"), 0, gray}, {QStringLiteral("Assigned"), 3, red}}));
 
     // Missing names and colours are filled in.
     chart.updateChartForTaskStatus({QStringLiteral("Only")}, {1, 2}, {QColor(Qt::red)}, QStringLiteral("Tasks"));
@@ -94,8 +95,9 @@ void tst_PieChartView::chartsKeepTheirSlicesAndCentreText()
     QCOMPARE(chart.slices().at(1).name, QString());
     QVERIFY(chart.slices().at(1).color.isValid());
 
-    chart.updateChartForItemsProgress({QStringLiteral("Completed"), QStringLiteral("Open"), QStringLiteral("Incidents")},
-                                      {5, 3, 2}, {Qt::green, Qt::gray, Qt::red}, 70, true);
+    chart.updateChartForItemsProgress(
+        {QStringLiteral("Completed"), QStringLiteral("Open"), QStringLiteral("Incidents")}, {5, 3, 2},
+        {Qt::green, Qt::gray, Qt::red}, 70, true);
     QCOMPARE(chart.kind(), PieChartView::Kind::itemsProgress);
     QCOMPARE(chart.centerText(), QStringLiteral("70%"));
     QCOMPARE(chart.slices().size(), 3);
@@ -151,10 +153,10 @@ void tst_PieChartView::drawsSlicesClockwiseFromTwelveOnAClearBackground()
 
     QCOMPARE(image.pixelColor(2, 2), backdropColor);
     const qreal thickness = 192 * 0.16;
-    QVERIFY(close(ringColorAt(image, 200, thickness, 45), colors.at(0)));  // first quarter, 12 to 3 o'clock
+    QVERIFY(close(ringColorAt(image, 200, thickness, 45), colors.at(0))); // first quarter, 12 to 3 o'clock
     QVERIFY(close(ringColorAt(image, 200, thickness, -45), colors.at(1))); // second quarter, 3 to 6
     QVERIFY(close(ringColorAt(image, 200, thickness, 180), colors.at(2))); // the half on the left
-    QCOMPARE(image.pixelColor(130, 130), backdropColor);                   // the hole
+    QCOMPARE(image.pixelColor(130, 130), backdropColor); // the hole
 }
 
 void tst_PieChartView::progressRingFillsFromTwelve()

@@ -187,8 +187,9 @@ void tst_RefreshableScrollArea::spinnerAndTitleTakeTheTint()
     for (int y = 0; y < band; ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor c = image.pixelColor(x, y);
-            tinted = tinted || (qAbs(c.red() - tint.red()) < 40 && qAbs(c.green() - tint.green()) < 40
-                                && qAbs(c.blue() - tint.blue()) < 40);
+            tinted = tinted
+                || (qAbs(c.red() - tint.red()) < 40 && qAbs(c.green() - tint.green()) < 40
+                    && qAbs(c.blue() - tint.blue()) < 40);
         }
     }
     QVERIFY(tinted);

@@ -45,12 +45,12 @@ void tst_TextLimit::evaluate_data()
     QTest::newRow("paste to 600 units") << units(511) << qsizetype(100) << qsizetype(0) << units(89, QLatin1Char('p'))
                                         << false << true;
     QTest::newRow("typing at the limit") << units(512) << qsizetype(512) << qsizetype(0) << "b" << false << true;
-    QTest::newRow("deleting from the limit") << units(512) << qsizetype(511) << qsizetype(1) << QString() << true
-                                             << false;
-    QTest::newRow("emoji into 510 units") << units(510) << qsizetype(510) << qsizetype(0) << grinningFace << true
-                                          << true;
-    QTest::newRow("emoji into 511 units") << units(511) << qsizetype(511) << qsizetype(0) << grinningFace << false
-                                          << true;
+    QTest::newRow("deleting from the limit")
+        << units(512) << qsizetype(511) << qsizetype(1) << QString() << true << false;
+    QTest::newRow("emoji into 510 units")
+        << units(510) << qsizetype(510) << qsizetype(0) << grinningFace << true << true;
+    QTest::newRow("emoji into 511 units")
+        << units(511) << qsizetype(511) << qsizetype(0) << grinningFace << false << true;
 }
 
 void tst_TextLimit::evaluate()
@@ -85,12 +85,18 @@ void tst_TextLimit::finalText_data()
     QTest::addColumn<QString>("expected");
 
     // Limit 5.
-    QTest::newRow("under the limit") << "ab" << "abc" << "abc";
-    QTest::newRow("exactly the limit") << "abcd" << "abcde" << "abcde";
-    QTest::newRow("over the limit is cut") << "ab" << "abcdefgh" << "abcde";
+    QTest::newRow("under the limit") << "ab"
+                                     << "abc"
+                                     << "abc";
+    QTest::newRow("exactly the limit") << "abcd"
+                                       << "abcde"
+                                       << "abcde";
+    QTest::newRow("over the limit is cut") << "ab"
+                                           << "abcdefgh"
+                                           << "abcde";
     // The cut counts UTF-16 units and may split a surrogate pair.
-    QTest::newRow("cut inside a surrogate pair") << "abcd" << QStringLiteral("abcd") + grinningFace
-                                                 << QStringLiteral("abcd") + grinningFace.left(1);
+    QTest::newRow("cut inside a surrogate pair")
+        << "abcd" << QStringLiteral("abcd") + grinningFace << QStringLiteral("abcd") + grinningFace.left(1);
 }
 
 void tst_TextLimit::finalText()
@@ -109,10 +115,14 @@ void tst_TextLimit::difference_data()
     QTest::addColumn<qsizetype>("length");
     QTest::addColumn<QString>("replacement");
 
-    QTest::newRow("typed in the middle") << "abc" << "abXc" << qsizetype(2) << qsizetype(0) << "X";
-    QTest::newRow("deleted") << "abc" << "ac" << qsizetype(1) << qsizetype(1) << QString();
-    QTest::newRow("replaced") << "hello world" << "hello there" << qsizetype(6) << qsizetype(5) << "there";
-    QTest::newRow("repeated letter") << "aa" << "aaa" << qsizetype(2) << qsizetype(0) << "a";
+    QTest::newRow("typed in the middle") << "abc"
+                                         << "abXc" << qsizetype(2) << qsizetype(0) << "X";
+    QTest::newRow("deleted") << "abc"
+                             << "ac" << qsizetype(1) << qsizetype(1) << QString();
+    QTest::newRow("replaced") << "hello world"
+                              << "hello there" << qsizetype(6) << qsizetype(5) << "there";
+    QTest::newRow("repeated letter") << "aa"
+                                     << "aaa" << qsizetype(2) << qsizetype(0) << "a";
     QTest::newRow("cleared") << "abc" << QString() << qsizetype(0) << qsizetype(3) << QString();
 }
 

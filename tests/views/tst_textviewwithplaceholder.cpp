@@ -115,8 +115,10 @@ void tst_TextViewWithPlaceholder::editsKeepToTheLimit_data()
     QTest::addColumn<QString>("how");
     QTest::addColumn<QString>("inserted");
 
-    QTest::newRow("typing into 511 units") << 511 << 511 << "type" << "b";
-    QTest::newRow("typing into 512 units") << 512 << 512 << "type" << "c";
+    QTest::newRow("typing into 511 units") << 511 << 511 << "type"
+                                           << "b";
+    QTest::newRow("typing into 512 units") << 512 << 512 << "type"
+                                           << "c";
     QTest::newRow("pasting to 600 units") << 511 << 100 << "paste" << QString(89, QLatin1Char('p'));
     QTest::newRow("emoji into 510 units") << 510 << 510 << "insert" << grinningFace;
     QTest::newRow("emoji into 511 units") << 511 << 511 << "insert" << grinningFace;
