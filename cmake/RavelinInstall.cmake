@@ -27,6 +27,7 @@ set(RAVELIN_PUBLIC_HEADERS
     host/ravelinnavvc.h
     host/ravelinnavvcdelegate.h
     host/taskupdateevent.h
+    host/translations.h
     tasks/dashboardvcdelegate.h
 )
 
@@ -54,6 +55,7 @@ foreach(header ${RAVELIN_PUBLIC_HEADERS})
     get_filename_component(folder ${header} DIRECTORY)
     install(FILES ${header} DESTINATION ${RAVELIN_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
+install(FILES ${RAVELIN_QM_FILES} DESTINATION ${RAVELIN_INSTALL_TRANSLATIONSDIR})
 install(EXPORT RavelinTargets NAMESPACE Ravelin:: DESTINATION ${RAVELIN_INSTALL_CMAKEDIR})
 
 configure_package_config_file(cmake/RavelinConfig.cmake.in

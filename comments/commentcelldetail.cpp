@@ -1,5 +1,7 @@
 #include "comments/commentcelldetail.h"
 
+#include <QCoreApplication>
+
 namespace ravelin {
 
 namespace {
@@ -27,7 +29,8 @@ CommentCellDetail CommentCellDetail::make(const Comment &comment, const Task &ta
 
     if (d.isTaskComment) {
         if (d.isIncident)
-            d.details = QList<DetailFragment>{fragment(true, QStringLiteral("Task Marked as Blocked"))};
+            d.details = QList<DetailFragment>{
+                fragment(true, QCoreApplication::translate("CommentCellDetail", "Task Marked as Blocked"))};
         return d;
     }
     QList<DetailFragment> fragments;

@@ -60,7 +60,7 @@ CommentsVC::CommentsVC(QWidget *parent)
     m_tableView = new CommentThreadView(content);
     connect(m_tableView, &CommentThreadView::pictureTapped, this, &CommentsVC::pictureTapped);
     contentColumn->addWidget(m_tableView);
-    m_emptyLabel = new QLabel(emptyMessage, content);
+    m_emptyLabel = new QLabel(emptyMessage(), content);
     m_emptyLabel->setObjectName(QStringLiteral("emptyMessage"));
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setFont(TextScale::font(m_emptyLabel->font(), 15));
@@ -121,7 +121,7 @@ void CommentsVC::viewDidLoad()
     m_tableView->setThreadModel(m_model);
     const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
     m_scrollArea->setTintColor(accent);
-    m_scrollArea->setRefreshTitle(refreshTitle);
+    m_scrollArea->setRefreshTitle(refreshTitle());
     (void)inputBar(); // docked from the start
     updateEmptyMessage();
 }
@@ -173,7 +173,7 @@ void CommentsVC::fetched(bool success)
     m_scrollArea->endRefreshing();
     if (!success) {
         updateEmptyMessage();
-        AlertPresenter::presentTransient(this, failureTitle, QString(), AlertPresenter::longDelay);
+        AlertPresenter::presentTransient(this, failureTitle(), QString(), AlertPresenter::longDelay);
         return;
     }
     m_model->reload();
@@ -232,7 +232,7 @@ void CommentsVC::pictureTapped(int row)
 void CommentsVC::commentCellDidTapImage(const std::optional<QImage> &image)
 {
     if (!image) {
-        AlertPresenter::presentTransient(this, failureTitle, QString(), AlertPresenter::longDelay);
+        AlertPresenter::presentTransient(this, failureTitle(), QString(), AlertPresenter::longDelay);
         return;
     }
     performSegue(showImageVC, *image);

@@ -31,9 +31,9 @@ class CommentsVC
     Q_OBJECT
 
 public:
-    static inline const QString refreshTitle = QStringLiteral("Fetching comments ...");
-    static inline const QString emptyMessage = QStringLiteral("No comments");
-    static inline const QString failureTitle = QStringLiteral("The operation couldn't be completed");
+    [[nodiscard]] static QString refreshTitle() { return tr("Fetching comments ..."); }
+    [[nodiscard]] static QString emptyMessage() { return tr("No comments"); }
+    [[nodiscard]] static QString failureTitle() { return tr("The operation couldn't be completed"); }
     static inline const QString showImageVC = QStringLiteral("ShowImageVC");
 
     explicit CommentsVC(QWidget *parent = nullptr);

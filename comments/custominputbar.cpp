@@ -91,7 +91,7 @@ CustomInputBar::CustomInputBar(QWidget *parent)
     row->setSpacing(5);
     m_attachmentButton = new QToolButton(this);
     m_attachmentButton->setObjectName(QStringLiteral("addAttachmentBtn"));
-    m_attachmentButton->setAccessibleName(QStringLiteral("Add Picture"));
+    m_attachmentButton->setAccessibleName(tr("Add Picture"));
     m_attachmentButton->setIcon(NamedImages::icon(ImageNames::paperclip, lightGray()));
     m_attachmentButton->setIconSize(QSize(25, 25));
     m_attachmentButton->setFixedSize(30, 36);
@@ -102,8 +102,8 @@ CustomInputBar::CustomInputBar(QWidget *parent)
 
     m_textView = new QPlainTextEdit(this);
     m_textView->setObjectName(QStringLiteral("inputTextView"));
-    m_textView->setAccessibleName(QStringLiteral("Comment"));
-    m_textView->setPlaceholderText(placeholder);
+    m_textView->setAccessibleName(tr("Comment"));
+    m_textView->setPlaceholderText(placeholder());
     m_textView->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_textView->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_textView->setTabChangesFocus(true);
@@ -122,7 +122,7 @@ CustomInputBar::CustomInputBar(QWidget *parent)
 
     m_sendButton = new QToolButton(this);
     m_sendButton->setObjectName(QStringLiteral("sendCommentBtn"));
-    m_sendButton->setAccessibleName(QStringLiteral("Send"));
+    m_sendButton->setAccessibleName(tr("Send"));
     m_sendButton->setIconSize(QSize(52, 30));
     m_sendButton->setFixedSize(52, 36);
     m_sendButton->setAutoRaise(true);
@@ -226,7 +226,7 @@ void CustomInputBar::rebuildAttachmentStrip()
     for (qsizetype i = 0; i < m_attachments.size(); ++i) {
         auto *thumbnail = new QLabel(m_attachmentStrip);
         thumbnail->setObjectName(QStringLiteral("attachment"));
-        thumbnail->setAccessibleName(QStringLiteral("Picture %1").arg(i + 1));
+        thumbnail->setAccessibleName(tr("Picture %1").arg(i + 1));
         QPixmap pixmap = QPixmap::fromImage(m_attachments.at(i).scaled(
             QSize(thumbnailSide, thumbnailSide) * ratio, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation));
         pixmap.setDevicePixelRatio(ratio);
@@ -255,7 +255,7 @@ void CustomInputBar::setPlaceholderText(const QString &text)
 
 void CustomInputBar::didPressSend()
 {
-    setPlaceholderText(sendingPlaceholder);
+    setPlaceholderText(sendingPlaceholder());
     const QString text = m_textView->toPlainText();
     const std::optional<QImage> picture = m_attachments.isEmpty() ? std::nullopt : std::optional(m_attachments.first());
     if (CustomInputBarDelegate *delegate = m_customDelegate.get())
@@ -271,7 +271,7 @@ void CustomInputBar::reset()
     invalidatePlugins();
     fitTextView();
     updateSendButton();
-    setPlaceholderText(placeholder);
+    setPlaceholderText(placeholder());
 }
 
 QSize CustomInputBar::sizeHint() const

@@ -27,8 +27,8 @@ class CustomInputBar : public QWidget
     Q_OBJECT
 
 public:
-    static inline const QString placeholder = QStringLiteral("Leave a comment ...");
-    static inline const QString sendingPlaceholder = QStringLiteral("Sending...");
+    [[nodiscard]] static QString placeholder() { return tr("Leave a comment ..."); }
+    [[nodiscard]] static QString sendingPlaceholder() { return tr("Sending..."); }
     // The send button's turn while active (a constant of the design, kept as it is).
     static constexpr qreal activeRotation = -11.858407346410207;
     static constexpr qsizetype defaultMaxNoCharacters = 512;

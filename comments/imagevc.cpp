@@ -58,7 +58,7 @@ ImageVC::ImageVC(QWidget *parent)
     top->setContentsMargins(8, 8, 8, 0);
     m_closeButton = new QToolButton(this);
     m_closeButton->setObjectName(QStringLiteral("closeButton"));
-    m_closeButton->setAccessibleName(QStringLiteral("Close"));
+    m_closeButton->setAccessibleName(tr("Close"));
     m_closeButton->setStyleSheet(QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: 10px; }"
                                                 "QToolButton:focus { border-color: white; }"));
     m_closeButton->setIcon(NamedImages::icon(ImageNames::close, QColor(Qt::white)));

@@ -54,9 +54,9 @@ DatePicker::DatePicker(QWidget *parent)
               connect(column, &PickerWheel::rowSelected, this, &DatePicker::wheelTurned);
               return column;
           };
-    m_month = wheel(QStringLiteral("Month"), months, Qt::AlignRight, 5);
-    m_day = wheel(QStringLiteral("Day"), days, Qt::AlignCenter, 2);
-    m_year = wheel(QStringLiteral("Year"), years, Qt::AlignLeft, 4);
+    m_month = wheel(tr("Month"), months, Qt::AlignRight, 5);
+    m_day = wheel(tr("Day"), days, Qt::AlignCenter, 2);
+    m_year = wheel(tr("Year"), years, Qt::AlignLeft, 4);
     showDate(false);
 }
 

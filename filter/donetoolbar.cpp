@@ -21,8 +21,8 @@ DoneToolbar::DoneToolbar(int tag, QWidget *parent)
     row->addStretch(1);
     m_done = new QToolButton(this);
     m_done->setObjectName(QStringLiteral("doneButton"));
-    m_done->setText(QStringLiteral("Done"));
-    m_done->setAccessibleName(QStringLiteral("Done"));
+    m_done->setText(tr("Done"));
+    m_done->setAccessibleName(tr("Done"));
     // A tap leaves the focus where it is; Tab reaches the button.
     m_done->setFocusPolicy(Qt::TabFocus);
     m_done->setCursor(Qt::PointingHandCursor);

@@ -118,7 +118,7 @@ FilterVC::FilterVC(QWidget *parent)
     : Screen(parent)
 {
     setObjectName(QStringLiteral("FilterVC"));
-    setTitle(QStringLiteral("Filter"));
+    setTitle(tr("Filter"));
     buildViews();
 }
 
@@ -161,29 +161,29 @@ void FilterVC::buildViews()
     m_contentLayout->setContentsMargins(contentMargin, contentMargin, contentMargin, contentMargin + 4);
     m_contentLayout->setSpacing(12);
 
-    QVBoxLayout *sort = addCard(m_contentLayout, QStringLiteral("Sort by"), QStringLiteral("sortCard"));
+    QVBoxLayout *sort = addCard(m_contentLayout, tr("Sort by"), QStringLiteral("sortCard"));
     m_sortKeySegment = segmentedControl(QStringLiteral("sortKeySegment"), tr("Sort by"), content);
     m_sortOrderSegment = segmentedControl(QStringLiteral("sortOrderSegment"), tr("Order"), content);
     sort->addWidget(m_sortKeySegment);
     sort->addWidget(m_sortOrderSegment);
 
-    QVBoxLayout *priority = addCard(m_contentLayout, QStringLiteral("Priority"), QStringLiteral("priorityCard"));
+    QVBoxLayout *priority = addCard(m_contentLayout, tr("Priority"), QStringLiteral("priorityCard"));
     m_prioritySegment = segmentedControl(QStringLiteral("prioritySegment"), tr("Priority"), content);
     // One segment per priority, in order, the last one for all of them.
     const QList<TaskPriority> &priorities = TaskPriorities::allCases();
     for (int i = 0; i < priorities.size(); ++i)
-        m_prioritySegment->insertSegment(TaskPriorities::rawValue(priorities.at(i)), i);
+        m_prioritySegment->insertSegment(TaskPriorities::text(priorities.at(i)), i);
     priority->addWidget(m_prioritySegment);
 
-    QVBoxLayout *dates = addCard(m_contentLayout, QStringLiteral("Created"), QStringLiteral("datesCard"));
+    QVBoxLayout *dates = addCard(m_contentLayout, tr("Created"), QStringLiteral("datesCard"));
     auto *grid = new QGridLayout;
     grid->setHorizontalSpacing(12);
     grid->setVerticalSpacing(8);
     const QString opensDates = tr("Enter or Space opens the date picker");
     m_dateStart = inputField(QStringLiteral("dateStart"), tr("Created from"), opensDates, content);
     m_dateEnd = inputField(QStringLiteral("dateEnd"), tr("Created to"), opensDates, content);
-    auto *from = new QLabel(QStringLiteral("From"), content);
-    auto *to = new QLabel(QStringLiteral("To"), content);
+    auto *from = new QLabel(tr("From"), content);
+    auto *to = new QLabel(tr("To"), content);
     for (QLabel *label : {from, to}) {
         label->setFont(TextScale::font(label->font(), 15));
         label->setStyleSheet(QStringLiteral("color: %1;")
@@ -198,17 +198,17 @@ void FilterVC::buildViews()
     grid->setColumnStretch(1, 1);
     dates->addLayout(grid);
 
-    QVBoxLayout *category = addCard(m_contentLayout, QStringLiteral("Category"), QStringLiteral("categoryCard"));
+    QVBoxLayout *category = addCard(m_contentLayout, tr("Category"), QStringLiteral("categoryCard"));
     m_categoryTextField = inputField(QStringLiteral("categoryTextField"), tr("Category"),
                                      tr("Enter or Space opens the list of categories"), content);
     // An empty field stands for every category.
-    m_categoryTextField->setPlaceholderText(QStringLiteral("All"));
+    m_categoryTextField->setPlaceholderText(tr("All"));
     category->addWidget(m_categoryTextField);
 
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(12);
-    m_clearButton = button(QStringLiteral("Clear"), QStringLiteral("clearButton"), false);
-    m_applyButton = button(QStringLiteral("Apply"), QStringLiteral("applyButton"), true);
+    m_clearButton = button(tr("Clear"), QStringLiteral("clearButton"), false);
+    m_applyButton = button(tr("Apply"), QStringLiteral("applyButton"), true);
     m_clearButton->setAccessibleDescription(tr("Leaves the filter as it was"));
     m_applyButton->setAccessibleDescription(tr("Shows the tasks with these choices"));
     buttons->addWidget(m_clearButton, 1);
@@ -261,13 +261,13 @@ void FilterVC::loadSegments()
     m_sortKeySegment->setSelectedSegmentTintColor(Qt::white);
     m_sortKeySegment->removeAllSegments();
     for (int i = 0; i < viewModel.sortingKeys().size(); ++i)
-        m_sortKeySegment->insertSegment(SortKeys::rawValue(viewModel.sortingKeys().at(i)), i);
+        m_sortKeySegment->insertSegment(SortKeys::text(viewModel.sortingKeys().at(i)), i);
     m_sortKeySegment->setSelectedSegmentIndex(viewModel.sortKeyIndex(sort.sortKey));
 
     m_sortOrderSegment->setSelectedSegmentTintColor(Qt::white);
     m_sortOrderSegment->removeAllSegments();
     for (int i = 0; i < viewModel.sortingTypes().size(); ++i)
-        m_sortOrderSegment->insertSegment(SortOrders::rawValue(viewModel.sortingTypes().at(i)), i);
+        m_sortOrderSegment->insertSegment(SortOrders::text(viewModel.sortingTypes().at(i)), i);
     m_sortOrderSegment->setSelectedSegmentIndex(viewModel.sortOrderIndex(sort.sortOrder));
 
     m_prioritySegment->setSelectedSegmentIndex(

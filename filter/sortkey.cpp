@@ -1,5 +1,7 @@
 #include "filter/sortkey.h"
 
+#include <QCoreApplication>
+
 namespace ravelin {
 
 namespace SortKeys {
@@ -29,6 +31,16 @@ std::optional<SortKey> fromRawValue(const QString &text)
     return std::nullopt;
 }
 
+// The texts a translation catalogue holds for SortKey.
+[[maybe_unused]] constexpr const char *sortKeyTexts[]
+    = {QT_TRANSLATE_NOOP("SortKey", "Name"), QT_TRANSLATE_NOOP("SortKey", "Priority"),
+       QT_TRANSLATE_NOOP("SortKey", "Date")};
+
+QString text(SortKey value)
+{
+    return QCoreApplication::translate("SortKey", rawValue(value).toUtf8().constData());
+}
+
 } // namespace SortKeys
 
 namespace SortOrders {
@@ -51,6 +63,15 @@ std::optional<SortOrder> fromRawValue(const QString &text)
             return o;
     }
     return std::nullopt;
+}
+
+// The texts a translation catalogue holds for SortOrder.
+[[maybe_unused]] constexpr const char *sortOrderTexts[]
+    = {QT_TRANSLATE_NOOP("SortOrder", "Ascending"), QT_TRANSLATE_NOOP("SortOrder", "Descending")};
+
+QString text(SortOrder value)
+{
+    return QCoreApplication::translate("SortOrder", rawValue(value).toUtf8().constData());
 }
 
 } // namespace SortOrders

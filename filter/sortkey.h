@@ -16,12 +16,16 @@ enum class SortOrder { ascending, descending };
 namespace SortKeys {
 [[nodiscard]] const QList<SortKey> &allCases();
 [[nodiscard]] QString rawValue(SortKey key);
+// The segment title, in the application's language.
+[[nodiscard]] QString text(SortKey value);
 [[nodiscard]] std::optional<SortKey> fromRawValue(const QString &text);
 } // namespace SortKeys
 
 namespace SortOrders {
 [[nodiscard]] const QList<SortOrder> &allCases();
 [[nodiscard]] QString rawValue(SortOrder order);
+// The segment title, in the application's language.
+[[nodiscard]] QString text(SortOrder value);
 [[nodiscard]] std::optional<SortOrder> fromRawValue(const QString &text);
 } // namespace SortOrders
 

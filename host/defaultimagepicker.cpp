@@ -5,6 +5,7 @@
 #include "views/focusring.h"
 
 #include <QCamera>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QImageCapture>
@@ -88,17 +89,17 @@ public:
                                              " border: 2px solid transparent; border-radius: 10px;"
                                              " font-size: 16px; padding: 6px; }"
                                              "QPushButton:focus { border-color: white; }");
-        auto *cancel = new QPushButton(QStringLiteral("Cancel"), this);
+        auto *cancel = new QPushButton(QCoreApplication::translate("DefaultImagePicker", "Cancel"), this);
         cancel->setStyleSheet(style);
         auto *shutter = new QPushButton(this);
         shutter->setObjectName(QStringLiteral("shutterButton"));
-        shutter->setAccessibleName(QStringLiteral("Take Photo"));
+        shutter->setAccessibleName(QCoreApplication::translate("DefaultImagePicker", "Take Photo"));
         shutter->setFixedSize(68, 68);
         shutter->setStyleSheet(QStringLiteral("QPushButton { background: white; border: 5px solid #9aa4b0;"
                                               " border-radius: 34px; } QPushButton:pressed { background: #dde1e6; }"
                                               "QPushButton:focus { border-color: %1; }")
                                    .arg(FocusRing::color().name()));
-        auto *file = new QPushButton(QStringLiteral("Choose File…"), this);
+        auto *file = new QPushButton(QCoreApplication::translate("DefaultImagePicker", "Choose File…"), this);
         file->setStyleSheet(style);
         buttons->addWidget(cancel);
         buttons->addStretch(1);
@@ -131,7 +132,7 @@ public:
         });
         for (QPushButton *button : {cancel, shutter, file})
             button->setFocusPolicy(Qt::TabFocus);
-        setAccessibleName(QStringLiteral("Camera"));
+        setAccessibleName(QCoreApplication::translate("DefaultImagePicker", "Camera"));
         m_camera->start();
         show();
         raise();
@@ -203,12 +204,12 @@ QString DefaultImagePicker::imageFilter()
     QStringList patterns;
     for (const QByteArray &format : QImageReader::supportedImageFormats())
         patterns.append(QStringLiteral("*.") + QString::fromLatin1(format));
-    return QStringLiteral("Images (%1)").arg(patterns.join(QLatin1Char(' ')));
+    return QCoreApplication::translate("DefaultImagePicker", "Images (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
 void DefaultImagePicker::chooseFile(QWidget *presenter, Completion completion)
 {
-    auto *dialog = new QFileDialog(presenter, QStringLiteral("Choose a Picture"),
+    auto *dialog = new QFileDialog(presenter, QCoreApplication::translate("DefaultImagePicker", "Choose a Picture"),
                                    QStandardPaths::writableLocation(QStandardPaths::PicturesLocation), imageFilter());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFile);

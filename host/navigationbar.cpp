@@ -61,10 +61,10 @@ NavigationBar::NavigationBar(QWidget *parent)
 
     m_backButton = new QToolButton(this);
     m_backButton->setObjectName(QStringLiteral("backButton"));
-    m_backButton->setAccessibleName(QStringLiteral("Back"));
+    m_backButton->setAccessibleName(tr("Back"));
     m_backButton->setIcon(NamedImages::icon(ImageNames::back, barTextColor()));
     m_backButton->setIconSize(QSize(22, 22));
-    m_backButton->setText(QStringLiteral("Back"));
+    m_backButton->setText(tr("Back"));
     m_backButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_backButton->setAutoRaise(true);
     m_backButton->setCursor(Qt::PointingHandCursor);

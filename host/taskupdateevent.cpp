@@ -1,5 +1,7 @@
 #include "host/taskupdateevent.h"
 
+#include <QCoreApplication>
+
 namespace ravelin {
 
 namespace TaskUpdateEventTypes {
@@ -34,9 +36,9 @@ std::optional<TaskUpdateEventType> fromRawValue(const QString &text)
 QString alertText(TaskUpdateEventType type)
 {
     switch (type) {
-    case TaskUpdateEventType::kAssigned: return QStringLiteral("newly assigned to you");
-    case TaskUpdateEventType::kUnassigned: return QStringLiteral("unassigned from you");
-    case TaskUpdateEventType::kDeleted: return QStringLiteral("deleted");
+    case TaskUpdateEventType::kAssigned: return QCoreApplication::translate("TaskUpdateEvent", "newly assigned to you");
+    case TaskUpdateEventType::kUnassigned: return QCoreApplication::translate("TaskUpdateEvent", "unassigned from you");
+    case TaskUpdateEventType::kDeleted: return QCoreApplication::translate("TaskUpdateEvent", "deleted");
     case TaskUpdateEventType::kNone: return QString();
     }
     return {};
@@ -56,8 +58,9 @@ TaskUpdateEventPtr TaskUpdateEvent::decode(const json::Value &value)
 
 TaskUpdateEvent::AlertMessage TaskUpdateEvent::getAlertMessage() const
 {
-    return AlertMessage{QStringLiteral("Task Event Update"), name,
-                        QStringLiteral("Task ") + TaskUpdateEventTypes::alertText(type) + QLatin1Char('.')};
+    return AlertMessage{
+        QCoreApplication::translate("TaskUpdateEvent", "Task Event Update"), name,
+        QCoreApplication::translate("TaskUpdateEvent", "Task %1.").arg(TaskUpdateEventTypes::alertText(type))};
 }
 
 bool TaskUpdateEvent::isCurrentAsset(qint64 assetIdToCheck) const

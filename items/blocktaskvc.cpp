@@ -36,7 +36,7 @@ QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QC
 } // namespace
 
 BlockTaskVC::BlockTaskVC(QWidget *parent)
-    : NoteSheet(screenTitle, parent)
+    : NoteSheet(screenTitle(), parent)
 {
     setObjectName(QStringLiteral("BlockTaskVC"));
     QWidget *body = scrollView()->widget();
@@ -48,12 +48,12 @@ BlockTaskVC::BlockTaskVC(QWidget *parent)
     headerColumn()->addWidget(m_titleLabel);
     headerColumn()->addWidget(m_itemNamesLabel);
     headerColumn()->addWidget(m_detailLabel);
-    notesLabel()->setText(QStringLiteral("REASON"));
+    notesLabel()->setText(tr("REASON"));
     noteField()->setObjectName(ItemsTexts::markAsBlockedText);
-    noteField()->setAccessibleName(QStringLiteral("Reason"));
-    requiredLabel()->setText(ItemsTexts::mandatoryField);
+    noteField()->setAccessibleName(tr("Reason"));
+    requiredLabel()->setText(ItemsTexts::mandatoryField());
     m_blockButton
-        = makeActionButton(screenTitle, ItemsTexts::markAsBlockedBtn, named(ColorNames::customRed, Qt::red), true);
+        = makeActionButton(screenTitle(), ItemsTexts::markAsBlockedBtn, named(ColorNames::customRed, Qt::red), true);
     connect(m_blockButton, &QPushButton::clicked, this, &BlockTaskVC::block);
 }
 
@@ -112,7 +112,7 @@ void BlockTaskVC::block()
         if (outcome == BlockTaskVM::Outcome::failed) {
             self->m_sending = false;
             self->m_blockButton->setEnabled(true);
-            AlertPresenter::presentTransient(self, ItemsTexts::blockFailureTitle, QString(),
+            AlertPresenter::presentTransient(self, ItemsTexts::blockFailureTitle(), QString(),
                                              AlertPresenter::shortDelay);
             return;
         }

@@ -22,7 +22,7 @@ class BlockTaskVC : public NoteSheet
     Q_OBJECT
 
 public:
-    static inline const QString screenTitle = QStringLiteral("Mark as Blocked");
+    [[nodiscard]] static QString screenTitle() { return tr("Mark as Blocked"); }
 
     explicit BlockTaskVC(QWidget *parent = nullptr);
 

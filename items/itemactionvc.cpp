@@ -49,7 +49,7 @@ ItemActionVC::ItemActionVC(QWidget *parent)
     titleRow->addWidget(m_titleLabel, 1);
     m_checkpointImage = new QLabel(body);
     m_checkpointImage->setObjectName(QStringLiteral("checkpointImageView"));
-    m_checkpointImage->setAccessibleName(QStringLiteral("QR checkpoint"));
+    m_checkpointImage->setAccessibleName(tr("QR checkpoint"));
     m_checkpointImage->setPixmap(NamedImages::pixmap(ImageNames::qrCode, QSize(30, 30), devicePixelRatioF()));
     m_checkpointImage->hide();
     titleRow->addWidget(m_checkpointImage, 0, Qt::AlignTop);
@@ -62,13 +62,13 @@ ItemActionVC::ItemActionVC(QWidget *parent)
     m_infoLabel->hide();
     headerColumn()->addWidget(m_infoLabel);
 
-    noteField()->setAccessibleName(QStringLiteral("Note"));
+    noteField()->setAccessibleName(tr("Note"));
     noteField()->setObjectName(ItemsTexts::reportIncidentTxt);
-    requiredLabel()->setText(ItemsTexts::reportNeedsNote);
+    requiredLabel()->setText(ItemsTexts::reportNeedsNote());
 
-    m_reportButton = makeActionButton(QStringLiteral("Report"), QStringLiteral("reportButton"),
-                                      named(ColorNames::customRed, Qt::red), false);
-    m_completeButton = makeActionButton(QStringLiteral("Complete"), QStringLiteral("completeButton"),
+    m_reportButton
+        = makeActionButton(tr("Report"), QStringLiteral("reportButton"), named(ColorNames::customRed, Qt::red), false);
+    m_completeButton = makeActionButton(tr("Complete"), QStringLiteral("completeButton"),
                                         named(ColorNames::customGreen, Qt::darkGreen), true);
     m_reportButton->setAccessibleDescription(tr("Reports an incident; needs a note"));
     m_completeButton->setAccessibleDescription(tr("Marks as completed"));
@@ -105,14 +105,14 @@ void ItemActionVC::viewDidLoad()
         m_titleLabel->setText(items.first()->name);
         m_detailLabel->setText(items.first()->details);
     } else {
-        setTitle(ItemsTexts::completeSelectedItems);
-        m_titleLabel->setText(ItemsTexts::completeSelectedItems);
+        setTitle(ItemsTexts::completeSelectedItems());
+        m_titleLabel->setText(ItemsTexts::completeSelectedItems());
         QStringList names;
         for (const ItemPtr &item : items)
             names.append(QStringLiteral("• ") + item->name);
         m_detailLabel->setText(names.join(QLatin1Char('\n')));
     }
-    sheetBar()->setTitle(items.size() == 1 ? QStringLiteral("Checkpoint") : ItemsTexts::completeSelectedItems);
+    sheetBar()->setTitle(items.size() == 1 ? tr("Checkpoint") : ItemsTexts::completeSelectedItems());
     m_checkpointImage->setVisible(viewModel.showsQRIndicator());
     noteField()->setPlaceholderText(viewModel.placeholderNote());
     updateButtons();

@@ -31,9 +31,9 @@ std::optional<QString> ItemActionVM::completeBlocker() const
         return std::nullopt;
     const Item &item = *m_items.first();
     if (item.status == ItemStatus::ok)
-        return ItemsTexts::alreadyCompleted;
+        return ItemsTexts::alreadyCompleted();
     if (item.qrCode && !item.isQRMapped)
-        return ItemsTexts::scanToComplete;
+        return ItemsTexts::scanToComplete();
     return std::nullopt;
 }
 

@@ -1,5 +1,7 @@
 #include "items/itemstatus.h"
 
+#include <QCoreApplication>
+
 #include "api/fatalerror.h"
 
 namespace ravelin::ItemStatuses {
@@ -52,6 +54,16 @@ ItemStatus fromSegmentIndex(qint64 index)
 int segmentIndex(ItemStatus status)
 {
     return int(allCases().indexOf(status));
+}
+
+// The texts a translation catalogue holds for ItemStatus.
+[[maybe_unused]] constexpr const char *itemStatusTexts[]
+    = {QT_TRANSLATE_NOOP("ItemStatus", "Completed"), QT_TRANSLATE_NOOP("ItemStatus", "Incidents"),
+       QT_TRANSLATE_NOOP("ItemStatus", "Open"), QT_TRANSLATE_NOOP("ItemStatus", "All")};
+
+QString text(ItemStatus value)
+{
+    return QCoreApplication::translate("ItemStatus", rawValue(value).toUtf8().constData());
 }
 
 } // namespace ravelin::ItemStatuses

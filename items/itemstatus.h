@@ -16,6 +16,8 @@ enum class ItemStatus { ok, nok, open, all };
 namespace ItemStatuses {
 [[nodiscard]] const QList<ItemStatus> &allCases();
 [[nodiscard]] QString rawValue(ItemStatus status);
+// The text shown to the worker, in the application's language.
+[[nodiscard]] QString text(ItemStatus value);
 [[nodiscard]] std::optional<ItemStatus> fromRawValue(const QString &text);
 // Server id 1..4; any other id stops the process.
 [[nodiscard]] ItemStatus fromServerId(qint64 id);

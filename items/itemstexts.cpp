@@ -24,7 +24,7 @@ QString itemIdentifier(const Item &item)
 
 QString rowDescription(const Item &item)
 {
-    QString text = ItemStatuses::rawValue(item.status);
+    QString text = ItemStatuses::text(item.status);
     if (item.qrCode)
         text += QCoreApplication::translate("ItemsTexts", ", QR code");
     if (!item.details.isEmpty())
@@ -65,17 +65,17 @@ Counts counts(const QList<ItemPtr> &filteredItems)
 
 QString totalText(qsizetype count)
 {
-    return QString::number(count) + QStringLiteral(" Total");
+    return QCoreApplication::translate("ItemsTexts", "%1 Total").arg(count);
 }
 
 QString acceptedText(qsizetype count)
 {
-    return QString::number(count) + QLatin1Char(' ') + ItemStatuses::rawValue(ItemStatus::ok);
+    return QString::number(count) + QLatin1Char(' ') + ItemStatuses::text(ItemStatus::ok);
 }
 
 QString rejectedText(qsizetype count)
 {
-    return QString::number(count) + QLatin1Char(' ') + ItemStatuses::rawValue(ItemStatus::nok);
+    return QString::number(count) + QLatin1Char(' ') + ItemStatuses::text(ItemStatus::nok);
 }
 
 QString assignedBy(const Task &task, const UsersData &users)
@@ -94,10 +94,17 @@ QString headerDate(const std::optional<QDateTime> &date)
 
 ItemsAlert updateResult(const QStringList &names, bool success)
 {
-    const QString noun = names.size() == 1 ? QStringLiteral("Item") : QStringLiteral("Items");
+    const bool one = names.size() == 1;
+    const QString noun
+        = one ? QCoreApplication::translate("ItemsTexts", "Item") : QCoreApplication::translate("ItemsTexts", "Items");
     ItemsAlert alert;
-    alert.title
-        = noun + (success ? QStringLiteral(" Status Successfully Updated!") : QStringLiteral(" Status Update Failed!"));
+    if (success) {
+        alert.title = one ? QCoreApplication::translate("ItemsTexts", "Item Status Successfully Updated!")
+                          : QCoreApplication::translate("ItemsTexts", "Items Status Successfully Updated!");
+    } else {
+        alert.title = one ? QCoreApplication::translate("ItemsTexts", "Item Status Update Failed!")
+                          : QCoreApplication::translate("ItemsTexts", "Items Status Update Failed!");
+    }
     alert.attributedMessage.append(QStringLiteral("\n ") + noun + QStringLiteral(":\n\n"), systemFont(12, QFont::Thin));
     alert.attributedMessage.append(names.join(QLatin1Char('\n')), systemFont(12, QFont::Normal));
     return alert;
@@ -105,15 +112,20 @@ ItemsAlert updateResult(const QStringList &names, bool success)
 
 ItemsAlert taskCompleted(const QString &taskName)
 {
-    return {QStringLiteral("Task successfully completed!"),
-            QStringLiteral("\n  The task status ") + taskName + QStringLiteral(" was changed to `Complete`\n "),
-            {}};
+    return {
+        QCoreApplication::translate("ItemsTexts", "Task successfully completed!"),
+        QStringLiteral("\n  ")
+            + QCoreApplication::translate("ItemsTexts", "The task status %1 was changed to `Complete`").arg(taskName)
+            + QStringLiteral("\n "),
+        {}};
 }
 
 ItemsAlert taskBlocked(const QString &taskName)
 {
-    return {QStringLiteral("Task marked as blocked!"),
-            QStringLiteral("\n  The task status ") + taskName + QStringLiteral(" was changed to `Blocked`\n "),
+    return {QCoreApplication::translate("ItemsTexts", "Task marked as blocked!"),
+            QStringLiteral("\n  ")
+                + QCoreApplication::translate("ItemsTexts", "The task status %1 was changed to `Blocked`").arg(taskName)
+                + QStringLiteral("\n "),
             {}};
 }
 

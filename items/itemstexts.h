@@ -6,6 +6,7 @@
 #include "tasks/task.h"
 #include "views/attributedtext.h"
 
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 
@@ -25,14 +26,35 @@ struct ItemsAlert
 // free of any widget.
 namespace ItemsTexts {
 
-inline const QString refreshTitle = QStringLiteral("Fetching Items ...");
-inline const QString loadFailureTitle = QStringLiteral("The operation couldn't be completed");
-inline const QString noItemsSelectedTitle = QStringLiteral("No items selected");
+[[nodiscard]] inline QString refreshTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Fetching Items ...");
+}
+[[nodiscard]] inline QString loadFailureTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "The operation couldn't be completed");
+}
+[[nodiscard]] inline QString noItemsSelectedTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "No items selected");
+}
 inline const QString noItemsSelectedMessage = QStringLiteral(" ");
-inline const QString blockNotePlaceholder = QStringLiteral("Provide a reason for blocking the task");
-inline const QString actionNotePlaceholder = QStringLiteral("Add a note");
-inline const QString commentsTitle = QStringLiteral("Comments");
-inline const QString blockFailureTitle = QStringLiteral("Failed to mark task as blocked!");
+[[nodiscard]] inline QString blockNotePlaceholder()
+{
+    return QCoreApplication::translate("ItemsTexts", "Provide a reason for blocking the task");
+}
+[[nodiscard]] inline QString actionNotePlaceholder()
+{
+    return QCoreApplication::translate("ItemsTexts", "Add a note");
+}
+[[nodiscard]] inline QString commentsTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Comments");
+}
+[[nodiscard]] inline QString blockFailureTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Failed to mark task as blocked!");
+}
 // Transitions.
 inline const QString showActionVC = QStringLiteral("ShowActionVC");
 inline const QString showBlockTaskVC = QStringLiteral("ShowBlockTaskVC");
@@ -47,26 +69,78 @@ inline const QString markAsBlockedTitle = QStringLiteral("markAsBlockedTitle");
 inline const QString markAsBlockedBtn = QStringLiteral("markAsBlockedBtn");
 inline const QString markAsBlockedText = QStringLiteral("markAsBlockedText");
 // The item action screen's fixed texts.
-inline const QString completeSelectedItems = QStringLiteral("Complete Selected Items");
-inline const QString scanToComplete = QStringLiteral("Scan QR code to complete this item");
-inline const QString alreadyCompleted = QStringLiteral("Already Marked as `Completed`");
-inline const QString reportNeedsNote = QStringLiteral("* Mandatory field for `Report`");
-inline const QString mandatoryField = QStringLiteral("* Mandatory field");
+[[nodiscard]] inline QString completeSelectedItems()
+{
+    return QCoreApplication::translate("ItemsTexts", "Complete Selected Items");
+}
+[[nodiscard]] inline QString scanToComplete()
+{
+    return QCoreApplication::translate("ItemsTexts", "Scan QR code to complete this item");
+}
+[[nodiscard]] inline QString alreadyCompleted()
+{
+    return QCoreApplication::translate("ItemsTexts", "Already Marked as `Completed`");
+}
+[[nodiscard]] inline QString reportNeedsNote()
+{
+    return QCoreApplication::translate("ItemsTexts", "* Mandatory field for `Report`");
+}
+[[nodiscard]] inline QString mandatoryField()
+{
+    return QCoreApplication::translate("ItemsTexts", "* Mandatory field");
+}
 // The QR scanner's texts.
-inline const QString scannerTitle = QStringLiteral("Scan QR Code");
-inline const QString scannerInstructions = QStringLiteral(
-    "Center the QR code that you want to scan on the screen and hold your phone steady for a couple of seconds.");
-inline const QString qrCodeDetected = QStringLiteral("QR Code Detected");
+[[nodiscard]] inline QString scannerTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Scan QR Code");
+}
+[[nodiscard]] inline QString scannerInstructions()
+{
+    return QCoreApplication::translate(
+        "ItemsTexts",
+        "Center the QR code that you want to scan on the screen and hold your phone steady for a couple of seconds.");
+}
+[[nodiscard]] inline QString qrCodeDetected()
+{
+    return QCoreApplication::translate("ItemsTexts", "QR Code Detected");
+}
 inline const QString noCameraDevice = QStringLiteral("Failed to get the built in camera device");
-inline const QString cameraAccessDeniedTitle = QStringLiteral("Camera Access Denied");
-inline const QString cameraAccessDeniedMessage = QStringLiteral("Cannot perform a scan without camera permission");
-inline const QString cancel = QStringLiteral("Cancel");
-inline const QString allow = QStringLiteral("Allow");
-inline const QString scanFromPhoto = QStringLiteral("Scan from photo");
-inline const QString cameraPicture = QStringLiteral("Camera picture");
-inline const QString photoScanFailedTitle = QStringLiteral("Fail");
-inline const QString photoScanFailedMessage = QStringLiteral("Couldn't detect QR");
-inline const QString ok = QStringLiteral("OK");
+[[nodiscard]] inline QString cameraAccessDeniedTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Camera Access Denied");
+}
+[[nodiscard]] inline QString cameraAccessDeniedMessage()
+{
+    return QCoreApplication::translate("ItemsTexts", "Cannot perform a scan without camera permission");
+}
+[[nodiscard]] inline QString cancel()
+{
+    return QCoreApplication::translate("ItemsTexts", "Cancel");
+}
+[[nodiscard]] inline QString allow()
+{
+    return QCoreApplication::translate("ItemsTexts", "Allow");
+}
+[[nodiscard]] inline QString scanFromPhoto()
+{
+    return QCoreApplication::translate("ItemsTexts", "Scan from photo");
+}
+[[nodiscard]] inline QString cameraPicture()
+{
+    return QCoreApplication::translate("ItemsTexts", "Camera picture");
+}
+[[nodiscard]] inline QString photoScanFailedTitle()
+{
+    return QCoreApplication::translate("ItemsTexts", "Fail");
+}
+[[nodiscard]] inline QString photoScanFailedMessage()
+{
+    return QCoreApplication::translate("ItemsTexts", "Couldn't detect QR");
+}
+[[nodiscard]] inline QString ok()
+{
+    return QCoreApplication::translate("ItemsTexts", "OK");
+}
 
 // "itemCell_" + the item's id.
 [[nodiscard]] QString itemIdentifier(const Item &item);

@@ -200,9 +200,9 @@ void ItemsVC::buildViews()
         details->addWidget(captionLabel, row, 0);
         details->addWidget(value, row, 1, 1, 2);
     };
-    addRow(1, QStringLiteral("Assigned by"), m_assignedByLbl, QStringLiteral("assignedByLbl"));
-    addRow(2, QStringLiteral("Created"), m_dateCreatedLbl, QStringLiteral("dateCreatedLbl"));
-    addRow(3, QStringLiteral("Updated"), m_dateUpdatedLbl, QStringLiteral("dateUpdatedLbl"));
+    addRow(1, tr("Assigned by"), m_assignedByLbl, QStringLiteral("assignedByLbl"));
+    addRow(2, tr("Created"), m_dateCreatedLbl, QStringLiteral("dateCreatedLbl"));
+    addRow(3, tr("Updated"), m_dateUpdatedLbl, QStringLiteral("dateUpdatedLbl"));
     details->setColumnStretch(1, 1);
     topColumn->addWidget(m_taskDetailsView);
 
@@ -242,11 +242,11 @@ void ItemsVC::buildViews()
     auto *captionRow = new QHBoxLayout;
     captionRow->setContentsMargins(4, 6, 0, 0);
     QLabel *caption = makeLabel(content, 15, QFont::Light, label);
-    caption->setText(QStringLiteral("CHECKLIST"));
+    caption->setText(tr("CHECKLIST"));
     captionRow->addWidget(caption);
     captionRow->addStretch(1);
-    m_multipleSelectionBtn = makeTextButton(QStringLiteral("Select"), QStringLiteral("multipleSelectionBtn"), content);
-    m_saveBtn = makeTextButton(QStringLiteral("done"), QStringLiteral("saveBtn"), content);
+    m_multipleSelectionBtn = makeTextButton(tr("Select"), QStringLiteral("multipleSelectionBtn"), content);
+    m_saveBtn = makeTextButton(tr("done"), QStringLiteral("saveBtn"), content);
     m_saveBtn->hide();
     m_multipleSelectionBtn->setAccessibleDescription(tr("Choose several items"));
     m_saveBtn->setAccessibleDescription(tr("Acts on the chosen items"));
@@ -256,9 +256,9 @@ void ItemsVC::buildViews()
 
     m_filterSegment = new SegmentedControl(content);
     m_filterSegment->setObjectName(QStringLiteral("filterSegment"));
-    m_filterSegment->setAccessibleName(QStringLiteral("Filter"));
+    m_filterSegment->setAccessibleName(tr("Filter"));
     for (const ItemStatus status : ItemStatuses::allCases())
-        m_filterSegment->insertSegment(ItemStatuses::rawValue(status), m_filterSegment->numberOfSegments());
+        m_filterSegment->insertSegment(ItemStatuses::text(status), m_filterSegment->numberOfSegments());
     m_filterSegment->setFixedHeight(SegmentedControl::preferredHeight());
     m_filterSegment->setSelectedSegmentIndex(ItemStatuses::segmentIndex(ItemStatus::all));
     contentColumn->addWidget(m_filterSegment);
@@ -284,19 +284,18 @@ void ItemsVC::buildViews()
     buttons->boxLayout()->setSpacing(10);
     const QColor red = named(ColorNames::customRed, Qt::red);
     const QColor green = named(ColorNames::customGreen, Qt::darkGreen);
-    m_markAsBlockedBtn = makeButton(QStringLiteral("Mark as Blocked"), QStringLiteral("markAsBlockedBtn"),
-                                    QColor(0, 0, 0, 0), red, red, m_taskBtnsStack);
-    m_completeBtn = makeButton(QStringLiteral("Complete Task"), QStringLiteral("completeBtn"), green, Qt::white, green,
-                               m_taskBtnsStack);
+    m_markAsBlockedBtn = makeButton(tr("Mark as Blocked"), QStringLiteral("markAsBlockedBtn"), QColor(0, 0, 0, 0), red,
+                                    red, m_taskBtnsStack);
+    m_completeBtn
+        = makeButton(tr("Complete Task"), QStringLiteral("completeBtn"), green, Qt::white, green, m_taskBtnsStack);
     buttons->addButton(m_markAsBlockedBtn);
     buttons->addButton(m_completeBtn);
     column->addWidget(m_taskBtnsStack);
 
     const QColor barText = named(ColorNames::navigationBarText, Qt::white);
-    m_commentsAction = new QAction(NamedImages::icon(ImageNames::comments, barText), ItemsTexts::commentsTitle, this);
+    m_commentsAction = new QAction(NamedImages::icon(ImageNames::comments, barText), ItemsTexts::commentsTitle(), this);
     m_commentsAction->setObjectName(QStringLiteral("commentsButton"));
-    m_checkpointAction
-        = new QAction(NamedImages::icon(ImageNames::qrScan, barText), QStringLiteral("Scan Checkpoint"), this);
+    m_checkpointAction = new QAction(NamedImages::icon(ImageNames::qrScan, barText), tr("Scan Checkpoint"), this);
     m_checkpointAction->setObjectName(QStringLiteral("checkpointBtnPressed"));
     setRightBarActions({m_commentsAction, m_checkpointAction});
 
@@ -321,7 +320,7 @@ void ItemsVC::viewDidLoad()
     ItemsVM &viewModel = requireViewModel();
     setTitle(viewModel.task()->name);
     m_scrollArea->setTintColor(named(ColorNames::labelText, Qt::black));
-    m_scrollArea->setRefreshTitle(ItemsTexts::refreshTitle);
+    m_scrollArea->setRefreshTitle(ItemsTexts::refreshTitle());
     m_model->setTask(viewModel.task());
     m_filterSegment->setSelectedSegmentIndex(ItemStatuses::segmentIndex(viewModel.task()->itemList.filterData.status));
     m_multipleSelectionBtn->setHidden(viewModel.task()->itemList.items.isEmpty());
@@ -342,7 +341,8 @@ void ItemsVC::reloadItems()
             return;
         self->m_scrollArea->endRefreshing();
         if (!success) {
-            AlertPresenter::presentTransient(self, ItemsTexts::loadFailureTitle, QString(), AlertPresenter::longDelay);
+            AlertPresenter::presentTransient(self, ItemsTexts::loadFailureTitle(), QString(),
+                                             AlertPresenter::longDelay);
             return;
         }
         self->m_singleSelection.reset();
@@ -357,7 +357,7 @@ void ItemsVC::refreshHeader()
     if (!isMultipleSelection())
         m_multipleSelectionBtn->setHidden(task->itemList.items.isEmpty());
     m_categorylbl->setText(task->taskCategory.name);
-    m_prioritylbl->setText(TaskPriorities::rawValue(task->priority));
+    m_prioritylbl->setText(TaskPriorities::text(task->priority));
     m_prioritylbl->setAccessibleName(tr("%1 priority").arg(m_prioritylbl->text()));
     stylePriority(m_prioritylbl, task->priority);
     m_assignedByLbl->setText(ItemsTexts::assignedBy(*task, requireViewModel().users()));
@@ -412,7 +412,7 @@ void ItemsVC::finishMultipleSelection()
         setMultipleSelection(false);
         return;
     }
-    AlertPresenter::presentTransient(this, ItemsTexts::noItemsSelectedTitle, ItemsTexts::noItemsSelectedMessage,
+    AlertPresenter::presentTransient(this, ItemsTexts::noItemsSelectedTitle(), ItemsTexts::noItemsSelectedMessage,
                                      AlertPresenter::shortDelay, [self = QPointer<ItemsVC>(this)] {
                                          if (self)
                                              self->setMultipleSelection(false);
@@ -529,16 +529,16 @@ void ItemsVC::prepare(const QString &identifier, Screen *destination, const std:
     if (auto *action = qobject_cast<ItemActionVC *>(destination)) {
         const auto *items = std::any_cast<QList<ItemPtr>>(&sender);
         action->setViewModel(new ItemActionVM(items ? *items : QList<ItemPtr>(), viewModel.task(),
-                                              viewModel.networkManager(), ItemsTexts::actionNotePlaceholder,
+                                              viewModel.networkManager(), ItemsTexts::actionNotePlaceholder(),
                                               viewModel.users()));
         action->setDelegate(this);
     } else if (auto *block = qobject_cast<BlockTaskVC *>(destination)) {
         block->setViewModel(new BlockTaskVM(viewModel.task(), viewModel.networkManager(),
-                                            ItemsTexts::blockNotePlaceholder, viewModel.users()));
+                                            ItemsTexts::blockNotePlaceholder(), viewModel.users()));
         block->setDelegate(this);
     } else if (auto *comments = qobject_cast<CommentsVC *>(destination)) {
         comments->setViewModel(new CommentsVM(viewModel.task(), viewModel.networkManager(), viewModel.users()));
-        comments->setTitle(ItemsTexts::commentsTitle);
+        comments->setTitle(ItemsTexts::commentsTitle());
         comments->setTaskID(viewModel.task()->id);
     } else if (auto *scanner = qobject_cast<QRScannerVC *>(destination)) {
         scanner->setDelegate(this);

@@ -1,5 +1,7 @@
 #include "items/itemsvm.h"
 
+#include <QCoreApplication>
+
 #include "api/apiqueue.h"
 #include "api/debuglog.h"
 #include "api/networkmanager.h"
@@ -54,21 +56,22 @@ void ItemsVM::select(const ItemPtr &item, bool isSelected)
 
 QrMatch ItemsVM::match(const std::optional<QString> &scanned)
 {
-    const QString notFound = QStringLiteral("Cannot find item matching the scanned QR");
+    const QString notFound = QCoreApplication::translate("ItemsVM", "Cannot find item matching the scanned QR");
     if (!scanned)
-        return QrMatch{std::nullopt, QStringLiteral("Invalid Code"), notFound};
+        return QrMatch{std::nullopt, QCoreApplication::translate("ItemsVM", "Invalid Code"), notFound};
 
     const QList<ItemPtr> &items = m_task->itemList.items;
     const auto found = std::find_if(items.cbegin(), items.cend(), [&scanned](const ItemPtr &item) {
         return item->qrCode && *item->qrCode == *scanned;
     });
     if (found == items.cend())
-        return QrMatch{std::nullopt, QStringLiteral("No Item Detected"), notFound};
+        return QrMatch{std::nullopt, QCoreApplication::translate("ItemsVM", "No Item Detected"), notFound};
 
     const ItemPtr &item = *found;
     if (item->status == ItemStatus::ok) {
-        return QrMatch{std::nullopt, QStringLiteral("Item Detected"),
-                       QStringLiteral("Item `") + item->name + QStringLiteral("` already marked as `Completed`.")};
+        return QrMatch{
+            std::nullopt, QCoreApplication::translate("ItemsVM", "Item Detected"),
+            QCoreApplication::translate("ItemsVM", "Item `%1` already marked as `Completed`.").arg(item->name)};
     }
     item->isQRMapped = true;
     const QList<ItemPtr> rows = m_task->itemList.filteredItems();

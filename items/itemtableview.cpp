@@ -244,7 +244,7 @@ void ItemTableView::contextMenuEvent(QContextMenuEvent *event)
         return;
     QMenu menu(this);
     for (const ItemStatus status : actions) {
-        QAction *action = menu.addAction(ItemStatuses::rawValue(status));
+        QAction *action = menu.addAction(ItemStatuses::text(status));
         action->setData(int(status));
     }
     if (QAction *chosen = menu.exec(event->globalPos()))

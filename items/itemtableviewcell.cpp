@@ -150,7 +150,7 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
             painter->fillRect(rects.at(i),
                               named(ok ? ColorNames::customGreen : ColorNames::customRed, ok ? Qt::green : Qt::red));
             painter->setPen(Qt::white);
-            painter->drawText(rects.at(i), Qt::AlignCenter, ItemStatuses::rawValue(statuses.at(i)));
+            painter->drawText(rects.at(i), Qt::AlignCenter, ItemStatuses::text(statuses.at(i)));
         }
         painter->setClipping(false);
         painter->translate(-m_swipeOffset, 0);

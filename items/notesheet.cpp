@@ -87,7 +87,7 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     bodyColumn->addLayout(m_headerColumn);
 
     m_notesLabel = makeLabel(body, 13, QFont::DemiBold, secondary, QStringLiteral("notesLabel"));
-    m_notesLabel->setText(QStringLiteral("NOTES"));
+    m_notesLabel->setText(tr("NOTES"));
     bodyColumn->addSpacing(6);
     bodyColumn->addWidget(m_notesLabel);
     m_noteField = new TextViewWithPlaceholder(body);
@@ -109,7 +109,7 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     bodyColumn->addWidget(m_requiredLabel);
 
     // The picture: a button to add one, or the picture with a button to clear it.
-    m_addFileButton = new QPushButton(NamedImages::icon(ImageNames::camera, accent), QStringLiteral("Add Photo"), body);
+    m_addFileButton = new QPushButton(NamedImages::icon(ImageNames::camera, accent), tr("Add Photo"), body);
     m_addFileButton->setObjectName(QStringLiteral("addFileButton"));
     // Taps leave the focus where it is (on the note); Tab reaches the buttons.
     m_addFileButton->setFocusPolicy(Qt::TabFocus);
@@ -138,7 +138,7 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     m_clearFileButton = new QPushButton(NamedImages::icon(ImageNames::close, secondary), QString(), m_attachmentView);
     m_clearFileButton->setObjectName(QStringLiteral("clearFileButton"));
     m_clearFileButton->setFocusPolicy(Qt::TabFocus);
-    m_clearFileButton->setAccessibleName(QStringLiteral("Remove Photo"));
+    m_clearFileButton->setAccessibleName(tr("Remove Photo"));
     m_clearFileButton->setCursor(Qt::PointingHandCursor);
     m_clearFileButton->setFixedSize(32, 32);
     m_clearFileButton->setToolTip(tr("Remove Photo"));
@@ -167,7 +167,7 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     auto *doneRow = new QHBoxLayout(m_doneBar);
     doneRow->setContentsMargins(12, 4, 12, 4);
     doneRow->addStretch(1);
-    auto *done = new QPushButton(QStringLiteral("Done"), m_doneBar);
+    auto *done = new QPushButton(tr("Done"), m_doneBar);
     done->setObjectName(QStringLiteral("doneButton"));
     // For the touch keyboard; from a real keyboard, Tab leaves the note.
     done->setFocusPolicy(Qt::NoFocus);

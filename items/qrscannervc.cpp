@@ -22,7 +22,7 @@ namespace ravelin {
 QRScannerVC::QRScannerVC(QWidget *parent)
     : Screen(parent)
 {
-    setTitle(ItemsTexts::scannerTitle);
+    setTitle(ItemsTexts::scannerTitle());
     setObjectName(QStringLiteral("QRScannerVC"));
 }
 
@@ -34,8 +34,8 @@ QRScannerVC::~QRScannerVC()
 
 std::pair<QString, QString> QRScannerVC::cameraAccessDenied()
 {
-    static const std::pair<QString, QString> texts{ItemsTexts::cameraAccessDeniedTitle,
-                                                   ItemsTexts::cameraAccessDeniedMessage};
+    static const std::pair<QString, QString> texts{ItemsTexts::cameraAccessDeniedTitle(),
+                                                   ItemsTexts::cameraAccessDeniedMessage()};
     return texts;
 }
 
@@ -54,7 +54,7 @@ void QRScannerVC::buildViews()
 
     m_preview = new QrPreviewView(this);
     m_preview->setObjectName(QStringLiteral("videoPreviewLayer"));
-    m_preview->setAccessibleName(ItemsTexts::cameraPicture);
+    m_preview->setAccessibleName(ItemsTexts::cameraPicture());
     m_preview->hide();
 
     // The outline: a green border of 2 and no fill, in front of the picture.
@@ -82,7 +82,7 @@ void QRScannerVC::buildViews()
     font.setPointSizeF(font.pointSizeF() * 1.1);
     m_messageLabel->setFont(font);
     m_messageLabel->hide();
-    m_photoButton = new QPushButton(ItemsTexts::scanFromPhoto, m_instructionsView);
+    m_photoButton = new QPushButton(ItemsTexts::scanFromPhoto(), m_instructionsView);
     m_photoButton->setObjectName(QStringLiteral("scanFromPhotoButton"));
     m_photoButton->setCursor(Qt::PointingHandCursor);
     m_photoButton->setStyleSheet(
@@ -130,8 +130,8 @@ void QRScannerVC::presentPermissionAlert()
     Alert alert;
     alert.title = title;
     alert.message = message;
-    alert.addAction(ItemsTexts::cancel, AlertActionStyle::cancel);
-    alert.addAction(ItemsTexts::allow, AlertActionStyle::standard, [host = QPointer<RavelinNavVC>(navigationHost())] {
+    alert.addAction(ItemsTexts::cancel(), AlertActionStyle::cancel);
+    alert.addAction(ItemsTexts::allow(), AlertActionStyle::standard, [host = QPointer<RavelinNavVC>(navigationHost())] {
         if (host)
             host->cameraPermission()->openSettings();
     });
@@ -162,7 +162,7 @@ void QRScannerVC::startRunning()
 {
     if (m_state != State::configured)
         return;
-    setMessage(ItemsTexts::scannerInstructions);
+    setMessage(ItemsTexts::scannerInstructions());
     m_instructionsView->show();
     m_instructionsView->raise();
     m_state = State::running;
@@ -185,7 +185,7 @@ void QRScannerVC::metadataOutput(const QList<QrDetection> &codes, const QSize &f
         return;
     if (codes.isEmpty()) {
         collapseOutline();
-        setMessage(ItemsTexts::scannerInstructions);
+        setMessage(ItemsTexts::scannerInstructions());
         return;
     }
     // Only QR codes are looked for, and only the first one counts.
@@ -193,7 +193,7 @@ void QRScannerVC::metadataOutput(const QList<QrDetection> &codes, const QSize &f
     m_qrCodeFrameView->setGeometry(m_preview->mapFromFrame(code.bounds(), frameSize).translated(m_preview->pos()));
     if (code.text.isEmpty())
         return;
-    setMessage(ItemsTexts::qrCodeDetected);
+    setMessage(ItemsTexts::qrCodeDetected());
     found(code.text);
 }
 
@@ -214,13 +214,13 @@ void QRScannerVC::photoRead(const QList<QrDetection> &codes)
         return;
     if (codes.isEmpty() || codes.first().text.isEmpty()) {
         Alert alert;
-        alert.title = ItemsTexts::photoScanFailedTitle;
-        alert.message = ItemsTexts::photoScanFailedMessage;
-        alert.addAction(ItemsTexts::ok, AlertActionStyle::cancel);
+        alert.title = ItemsTexts::photoScanFailedTitle();
+        alert.message = ItemsTexts::photoScanFailedMessage();
+        alert.addAction(ItemsTexts::ok(), AlertActionStyle::cancel);
         AlertPresenter::present(this, std::move(alert));
         return;
     }
-    setMessage(ItemsTexts::qrCodeDetected);
+    setMessage(ItemsTexts::qrCodeDetected());
     found(codes.first().text);
 }
 

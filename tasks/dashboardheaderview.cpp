@@ -77,7 +77,7 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
 
     auto *top = new QHBoxLayout;
     top->setSpacing(6);
-    m_caption = new QLabel(QStringLiteral("Overview"), m_card);
+    m_caption = new QLabel(tr("Overview"), m_card);
     m_caption->setObjectName(QStringLiteral("headerCaption"));
     m_caption->setFont(TextScale::font(m_caption->font(), 13, QFont::DemiBold));
     m_caption->setStyleSheet(
@@ -87,8 +87,8 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
 
     m_panelButton = new QToolButton(m_card);
     m_panelButton->setObjectName(QStringLiteral("panelButton"));
-    m_panelButton->setAccessibleName(QStringLiteral("Panel"));
-    m_panelButton->setToolTip(QStringLiteral("Show or hide the panel"));
+    m_panelButton->setAccessibleName(tr("Panel"));
+    m_panelButton->setToolTip(tr("Show or hide the panel"));
     m_panelButton->setAccessibleDescription(m_panelButton->toolTip());
     m_panelButton->setCursor(Qt::PointingHandCursor);
     m_panelButton->setAutoRaise(true);

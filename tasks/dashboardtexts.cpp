@@ -34,11 +34,13 @@ const QStringList &statusColorNames()
 
 QString sectionHeader(std::optional<TaskStatus> status, qsizetype count)
 {
-    const QString text = status ? TaskStatuses::rawValue(*status) : unknownStatus;
+    const QString text
+        = status ? TaskStatuses::text(*status) : QCoreApplication::translate("DashboardTexts", "Unknown");
     // The singular is what a non-empty section reads; the plural only shows for
     // zero, which a section never has.
-    const QString noun = count > 0 ? QStringLiteral("task") : QStringLiteral("tasks");
-    return text.toUpper() + QStringLiteral(" (") + QString::number(count) + QLatin1Char(' ') + noun + QLatin1Char(')');
+    const QString header = count > 0 ? QCoreApplication::translate("DashboardTexts", "%1 (%2 task)")
+                                     : QCoreApplication::translate("DashboardTexts", "%1 (%2 tasks)");
+    return header.arg(text.toUpper()).arg(count);
 }
 
 QString statusCellName(std::optional<TaskStatus> status)
@@ -81,17 +83,22 @@ std::optional<StatusPrompt> statusPrompt(const Task &task)
     const QString quoted = QLatin1Char('`') + task.name + QLatin1Char('`');
     switch (task.currentStatus) {
     case TaskStatus::assigned:
-        return StatusPrompt{QStringLiteral("Acknowledge task ") + quoted,
-                            QStringLiteral("The task is currently assigned to you, but requires acknowledgment from "
-                                           "your part. Do you want to mark it as acknowledged?"),
+        return StatusPrompt{QCoreApplication::translate("DashboardTexts", "Acknowledge task %1").arg(quoted),
+                            QCoreApplication::translate("DashboardTexts",
+                                                        "The task is currently assigned to you, but requires "
+                                                        "acknowledgment from your part. Do you want to mark it as "
+                                                        "acknowledged?"),
                             *next};
     case TaskStatus::acknowledged:
-        return StatusPrompt{QStringLiteral("Start task ") + quoted,
-                            QStringLiteral("The task is currently acknowledged. Do you want to start working on it?"),
-                            *next};
+        return StatusPrompt{
+            QCoreApplication::translate("DashboardTexts", "Start task %1").arg(quoted),
+            QCoreApplication::translate("DashboardTexts",
+                                        "The task is currently acknowledged. Do you want to start working on it?"),
+            *next};
     case TaskStatus::blocked:
-        return StatusPrompt{QStringLiteral("Unblock task ") + quoted,
-                            QStringLiteral("The task is currently blocked. Do you want to start working on it?"),
+        return StatusPrompt{QCoreApplication::translate("DashboardTexts", "Unblock task %1").arg(quoted),
+                            QCoreApplication::translate(
+                                "DashboardTexts", "The task is currently blocked. Do you want to start working on it?"),
                             *next};
     case TaskStatus::unassigned:
     case TaskStatus::in_progress:
@@ -108,8 +115,8 @@ bool showsAcknowledgeButton(const Task &task)
 QString cardDescription(const Task &task)
 {
     QStringList parts{
-        TaskStatuses::rawValue(task.currentStatus),
-        QCoreApplication::translate("DashboardTexts", "%1 priority").arg(TaskPriorities::rawValue(task.priority))};
+        TaskStatuses::text(task.currentStatus),
+        QCoreApplication::translate("DashboardTexts", "%1 priority").arg(TaskPriorities::text(task.priority))};
     if (!task.taskCategory.name.isEmpty())
         parts.append(task.taskCategory.name);
     parts.append(QCoreApplication::translate("DashboardTexts", "%1% done").arg(task.progress.total));
@@ -118,7 +125,7 @@ QString cardDescription(const Task &task)
 
 QString sectionAccessibleName(std::optional<TaskStatus> status, qsizetype count)
 {
-    const QString text = status ? TaskStatuses::rawValue(*status) : unknownStatus;
+    const QString text = status ? TaskStatuses::text(*status) : unknownStatus;
     return count == 1 ? QCoreApplication::translate("DashboardTexts", "%1: 1 task").arg(text)
                       : QCoreApplication::translate("DashboardTexts", "%1: %2 tasks").arg(text).arg(count);
 }
@@ -128,7 +135,7 @@ ChartData overallChart(const QList<int> &statusCounts)
     ChartData chart;
     const QList<TaskStatus> &statuses = TaskStatuses::allCases();
     for (qsizetype i = 0; i < statuses.size(); ++i) {
-        chart.names.append(TaskStatuses::rawValue(statuses.at(i)));
+        chart.names.append(TaskStatuses::text(statuses.at(i)));
         chart.values.append(statusCounts.value(i, 0));
         chart.colors.append(namedColor(statusColorNames().at(i)));
     }
@@ -138,8 +145,7 @@ ChartData overallChart(const QList<int> &statusCounts)
 ChartData itemsChart(const TaskProgress &progress)
 {
     return ChartData{
-        {ItemStatuses::rawValue(ItemStatus::ok), ItemStatuses::rawValue(ItemStatus::nok),
-         ItemStatuses::rawValue(ItemStatus::open)},
+        {ItemStatuses::text(ItemStatus::ok), ItemStatuses::text(ItemStatus::nok), ItemStatuses::text(ItemStatus::open)},
         {clampedCount(progress.ok), clampedCount(progress.nok), clampedCount(progress.open)},
         {namedColor(ColorNames::customGreen), namedColor(ColorNames::customRed), namedColor(ColorNames::customGray)}};
 }

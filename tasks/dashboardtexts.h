@@ -4,6 +4,7 @@
 #include "tasks/taskstatus.h"
 
 #include <QColor>
+#include <QCoreApplication>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -36,17 +37,50 @@ struct ChartData
 // The dashboard's texts and decisions, free of any widget.
 namespace DashboardTexts {
 
-inline const QString refreshTitle = QStringLiteral("Fetching Task Data ...");
-inline const QString emptyMessage = QStringLiteral("No item matching filter description");
-inline const QString overallChartTitle = QStringLiteral("Tasks");
-inline const QString fetchFailureTitle = QStringLiteral("The operation couldn't be completed.");
-inline const QString fetchFailureMessage = QStringLiteral("Please contact technical support if the problem continues.");
-inline const QString fetchFailureAction = QStringLiteral("OK");
-inline const QString itemsLoadingTitle = QStringLiteral("Items Loading");
-inline const QString itemsLoadingMessage = QStringLiteral("Couldn't load task items");
-inline const QString acknowledgeTitle = QStringLiteral("Acknowledge");
-inline const QString promptYes = QStringLiteral("Yes");
-inline const QString promptNo = QStringLiteral("No");
+[[nodiscard]] inline QString refreshTitle()
+{
+    return QCoreApplication::translate("DashboardTexts", "Fetching Task Data ...");
+}
+[[nodiscard]] inline QString emptyMessage()
+{
+    return QCoreApplication::translate("DashboardTexts", "No item matching filter description");
+}
+[[nodiscard]] inline QString overallChartTitle()
+{
+    return QCoreApplication::translate("DashboardTexts", "Tasks");
+}
+[[nodiscard]] inline QString fetchFailureTitle()
+{
+    return QCoreApplication::translate("DashboardTexts", "The operation couldn't be completed.");
+}
+[[nodiscard]] inline QString fetchFailureMessage()
+{
+    return QCoreApplication::translate("DashboardTexts", "Please contact technical support if the problem continues.");
+}
+[[nodiscard]] inline QString fetchFailureAction()
+{
+    return QCoreApplication::translate("DashboardTexts", "OK");
+}
+[[nodiscard]] inline QString itemsLoadingTitle()
+{
+    return QCoreApplication::translate("DashboardTexts", "Items Loading");
+}
+[[nodiscard]] inline QString itemsLoadingMessage()
+{
+    return QCoreApplication::translate("DashboardTexts", "Couldn't load task items");
+}
+[[nodiscard]] inline QString acknowledgeTitle()
+{
+    return QCoreApplication::translate("DashboardTexts", "Acknowledge");
+}
+[[nodiscard]] inline QString promptYes()
+{
+    return QCoreApplication::translate("DashboardTexts", "Yes");
+}
+[[nodiscard]] inline QString promptNo()
+{
+    return QCoreApplication::translate("DashboardTexts", "No");
+}
 inline const QString tableName = QStringLiteral("TasksDashboardTableView");
 inline const QString showChecklistItems = QStringLiteral("ShowChecklistItems");
 inline const QString showFilterView = QStringLiteral("ShowFilterView");

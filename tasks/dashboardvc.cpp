@@ -116,7 +116,7 @@ void DashboardVC::buildViews()
     m_sectionsLayout->setSpacing(0);
     table->addLayout(m_sectionsLayout);
 
-    m_emptyLabel = new QLabel(DashboardTexts::emptyMessage, m_tableView);
+    m_emptyLabel = new QLabel(DashboardTexts::emptyMessage(), m_tableView);
     m_emptyLabel->setObjectName(QStringLiteral("emptyMessage"));
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setWordWrap(true);
@@ -138,14 +138,14 @@ void DashboardVC::buildViews()
     });
 
     const QColor barText = NamedColors::color(ColorNames::navigationBarText, QColor(Qt::white));
-    m_refreshAction = new QAction(NamedImages::icon(ImageNames::refresh, barText), QStringLiteral("Refresh"), this);
+    m_refreshAction = new QAction(NamedImages::icon(ImageNames::refresh, barText), tr("Refresh"), this);
     m_refreshAction->setObjectName(QStringLiteral("refreshButton"));
     m_refreshAction->setShortcut(QKeySequence::Refresh);
     connect(m_refreshAction, &QAction::triggered, this, &DashboardVC::pullToRefresh);
-    m_filterAction = new QAction(NamedImages::icon(ImageNames::filter, barText), QStringLiteral("Filter"), this);
+    m_filterAction = new QAction(NamedImages::icon(ImageNames::filter, barText), tr("Filter"), this);
     m_filterAction->setObjectName(QStringLiteral("filterButton"));
     connect(m_filterAction, &QAction::triggered, this, [this] { performSegue(DashboardTexts::showFilterView); });
-    setTitle(QStringLiteral("Dashboard"));
+    setTitle(tr("Dashboard"));
     setLeftBarActions({m_refreshAction});
     setRightBarActions({m_filterAction});
 }
@@ -154,7 +154,7 @@ void DashboardVC::viewDidLoad()
 {
     RavelinEventVC::viewDidLoad();
     m_scrollArea->setTintColor(refreshTint());
-    m_scrollArea->setRefreshTitle(DashboardTexts::refreshTitle);
+    m_scrollArea->setRefreshTitle(DashboardTexts::refreshTitle());
     pullToRefresh();
 }
 
@@ -230,14 +230,15 @@ void DashboardVC::fadeHeader(bool visible, std::function<void()> completion)
 void DashboardVC::presentFetchFailure()
 {
     Alert alert;
-    alert.title = DashboardTexts::fetchFailureTitle;
-    alert.message = DashboardTexts::fetchFailureMessage;
-    alert.addAction(DashboardTexts::fetchFailureAction, AlertActionStyle::cancel, [self = QPointer<DashboardVC>(this)] {
-        if (!self)
-            return;
-        self->m_scrollArea->endRefreshing();
-        self->reloadData();
-    });
+    alert.title = DashboardTexts::fetchFailureTitle();
+    alert.message = DashboardTexts::fetchFailureMessage();
+    alert.addAction(DashboardTexts::fetchFailureAction(), AlertActionStyle::cancel,
+                    [self = QPointer<DashboardVC>(this)] {
+                        if (!self)
+                            return;
+                        self->m_scrollArea->endRefreshing();
+                        self->reloadData();
+                    });
     AlertPresenter::present(this, std::move(alert));
 }
 
@@ -251,7 +252,7 @@ void DashboardVC::updateChart()
 {
     const ChartData chart = DashboardTexts::overallChart(requireViewModel().statusCounts());
     m_pieChartView->updateChartForTaskStatus(chart.names, chart.values, chart.colors,
-                                             DashboardTexts::overallChartTitle);
+                                             DashboardTexts::overallChartTitle());
 }
 
 void DashboardVC::reloadTable()
@@ -341,8 +342,8 @@ void DashboardVC::openTaskItems(const TaskPtr &task)
             self->performSegue(DashboardTexts::showChecklistItems, task);
             return;
         }
-        AlertPresenter::presentTransient(self, DashboardTexts::itemsLoadingTitle, DashboardTexts::itemsLoadingMessage,
-                                         AlertPresenter::shortDelay);
+        AlertPresenter::presentTransient(self, DashboardTexts::itemsLoadingTitle(),
+                                         DashboardTexts::itemsLoadingMessage(), AlertPresenter::shortDelay);
     });
 }
 
@@ -354,12 +355,12 @@ void DashboardVC::showStatusPrompt(const TaskPtr &task)
     Alert alert;
     alert.title = prompt->title;
     alert.message = prompt->message;
-    alert.addAction(DashboardTexts::promptYes, AlertActionStyle::standard,
+    alert.addAction(DashboardTexts::promptYes(), AlertActionStyle::standard,
                     [self = QPointer<DashboardVC>(this), task, id = prompt->newStatusId] {
                         if (self)
                             self->sendStatusChange(task, id);
                     });
-    alert.addAction(DashboardTexts::promptNo);
+    alert.addAction(DashboardTexts::promptNo());
     AlertPresenter::present(this, std::move(alert));
 }
 

@@ -172,7 +172,7 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
     const QRect content = card.marginsRemoved(contentMarginsNow());
 
     // Priority chip, top left.
-    const QString priority = TaskPriorities::rawValue(task->priority);
+    const QString priority = TaskPriorities::text(task->priority);
     const QFont chipFont = TextScale::font(option.font, 11, QFont::DemiBold);
     const int chipWidth = QFontMetrics(chipFont).horizontalAdvance(priority) + 2 * px(chipPadding);
     const QRectF chip(content.left(), content.top(), chipWidth, px(chipHeight));
@@ -221,7 +221,7 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
         painter->drawRoundedRect(button, px(8), px(8));
         painter->setFont(TextScale::font(option.font, 12, QFont::DemiBold));
         painter->setPen(Qt::white);
-        painter->drawText(button, Qt::AlignCenter, DashboardTexts::acknowledgeTitle);
+        painter->drawText(button, Qt::AlignCenter, DashboardTexts::acknowledgeTitle());
     }
 
     // Keyboard focus only: a tap does not ring the card.

@@ -1,5 +1,7 @@
 #include "tasks/taskpriority.h"
 
+#include <QCoreApplication>
+
 #include "api/fatalerror.h"
 
 namespace ravelin::TaskPriorities {
@@ -53,6 +55,17 @@ int sortRank(TaskPriority priority)
             return i + 1;
     }
     return 0;
+}
+
+// The texts a translation catalogue holds for TaskPriority.
+[[maybe_unused]] constexpr const char *taskPriorityTexts[]
+    = {QT_TRANSLATE_NOOP("TaskPriority", "Highest"), QT_TRANSLATE_NOOP("TaskPriority", "High"),
+       QT_TRANSLATE_NOOP("TaskPriority", "Medium"), QT_TRANSLATE_NOOP("TaskPriority", "Low"),
+       QT_TRANSLATE_NOOP("TaskPriority", "All")};
+
+QString text(TaskPriority value)
+{
+    return QCoreApplication::translate("TaskPriority", rawValue(value).toUtf8().constData());
 }
 
 } // namespace ravelin::TaskPriorities

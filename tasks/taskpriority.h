@@ -15,6 +15,8 @@ enum class TaskPriority { highest, high, medium, low, all };
 namespace TaskPriorities {
 [[nodiscard]] const QList<TaskPriority> &allCases();
 [[nodiscard]] QString rawValue(TaskPriority priority);
+// The text shown to the worker, in the application's language.
+[[nodiscard]] QString text(TaskPriority value);
 [[nodiscard]] std::optional<TaskPriority> fromRawValue(const QString &text);
 // Wire value 0..4; any other value stops the process.
 [[nodiscard]] TaskPriority fromWireValue(qint64 value);

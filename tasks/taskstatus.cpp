@@ -1,5 +1,7 @@
 #include "tasks/taskstatus.h"
 
+#include <QCoreApplication>
+
 #include "api/fatalerror.h"
 
 namespace ravelin::TaskStatuses {
@@ -43,6 +45,17 @@ TaskStatus fromServerId(qint64 id)
 int serverId(TaskStatus status)
 {
     return int(allCases().indexOf(status)) + 1;
+}
+
+// The texts a translation catalogue holds for TaskStatus.
+[[maybe_unused]] constexpr const char *taskStatusTexts[]
+    = {QT_TRANSLATE_NOOP("TaskStatus", "Unassigned"),   QT_TRANSLATE_NOOP("TaskStatus", "Assigned"),
+       QT_TRANSLATE_NOOP("TaskStatus", "Acknowledged"), QT_TRANSLATE_NOOP("TaskStatus", "In Progress"),
+       QT_TRANSLATE_NOOP("TaskStatus", "Blocked"),      QT_TRANSLATE_NOOP("TaskStatus", "Completed")};
+
+QString text(TaskStatus value)
+{
+    return QCoreApplication::translate("TaskStatus", rawValue(value).toUtf8().constData());
 }
 
 } // namespace ravelin::TaskStatuses

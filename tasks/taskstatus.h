@@ -14,6 +14,8 @@ enum class TaskStatus { unassigned, assigned, acknowledged, in_progress, blocked
 namespace TaskStatuses {
 [[nodiscard]] const QList<TaskStatus> &allCases();
 [[nodiscard]] QString rawValue(TaskStatus status);
+// The text shown to the worker, in the application's language.
+[[nodiscard]] QString text(TaskStatus value);
 // Exact, case-sensitive match of one of the six texts.
 [[nodiscard]] std::optional<TaskStatus> fromRawValue(const QString &text);
 // Wire id 1..6; any other id stops the process.

@@ -20,7 +20,7 @@ SheetBar::SheetBar(const QString &title, QWidget *parent)
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(8, 0, 8, 0);
-    m_cancel = new QPushButton(QStringLiteral("Cancel"), this);
+    m_cancel = new QPushButton(tr("Cancel"), this);
     m_cancel->setObjectName(QStringLiteral("cancelButton"));
     // A tap leaves the focus where it is; Tab reaches the button.
     m_cancel->setFocusPolicy(Qt::TabFocus);

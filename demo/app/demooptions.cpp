@@ -1,5 +1,6 @@
 #include "demo/app/demooptions.h"
 
+#include <QLocale>
 #include <QProcessEnvironment>
 
 namespace ravelin {
@@ -89,6 +90,14 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
             if (!valid || options.textScale < 1.0 || options.textScale > 3.0)
                 return Parsed::failure(
                     QStringLiteral("--text-scale takes a factor from 1 to 3, not \"%1\"").arg(*value));
+        } else if (isOption(argument, QStringLiteral("--language"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--language"), error);
+            if (!value)
+                return Parsed::failure(error);
+            if (QLocale(*value).language() == QLocale::C)
+                return Parsed::failure(
+                    QStringLiteral("--language takes a language code such as de, not \"%1\"").arg(*value));
+            options.language = *value;
         } else if (isOption(argument, QStringLiteral("--api-host"))) {
             const auto value = valueOf(arguments, i, QStringLiteral("--api-host"), error);
             if (!value)
@@ -135,7 +144,7 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
 QString DemoOptions::usage()
 {
     return QStringLiteral("Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
-                          "                    [--api-host HOST:PORT --token T --user-id N]\n"
+                          "                    [--language L] [--api-host HOST:PORT --token T --user-id N]\n"
                           "\n"
                           "Runs the Ravelin task client inside a demo host application.\n"
                           "\n"
@@ -154,6 +163,7 @@ QString DemoOptions::usage()
                           "                       tasks: the dashboard at scale.\n"
                           "  --text-scale F       Enlarges the system font by the factor F (1 to 3), as a\n"
                           "                       worker who needs large text does: --text-scale 1.5.\n"
+                          "  --language L         Shows the library's texts in the language L (de: German).\n"
                           "  --api-host HOST:PORT Uses another server that speaks the same API instead of\n"
                           "                       the demo server; no sign-in request is made.\n"
                           "  --token T            The bearer token for --api-host.\n"

@@ -10,7 +10,7 @@
 namespace ravelin {
 
 // The demo host's command line:
-//   ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]
+//   ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F] [--language L]
 //                [--api-host HOST:PORT --token T --user-id N]
 // Without a display (no DISPLAY and no WAYLAND_DISPLAY, or the offscreen
 // platform) the tour runs even when it was not asked for.
@@ -44,6 +44,8 @@ struct DemoOptions
     // --text-scale: the system font enlarged by this factor, as a worker who
     // needs large text sets it (1: as it is).
     qreal textScale = 1.0;
+    // --language: the language code of the library's texts (empty: the system's).
+    QString language;
 
     // `arguments` without the program name.
     [[nodiscard]] static Result<DemoOptions, QString> parse(const QStringList &arguments, const Display &display);

@@ -197,7 +197,7 @@ void DemoTour::stepDashboard()
         if (!m_window->navVC() || !m_window->navVC()->dashboard())
             return false;
         DashboardVC &screen = dashboard();
-        if (alertTitled(m_window, [](const QString &title) { return title == DashboardTexts::fetchFailureTitle; }))
+        if (alertTitled(m_window, [](const QString &title) { return title == DashboardTexts::fetchFailureTitle(); }))
             throw StepFailure(QStringLiteral("the dashboard could not fetch the tasks"));
         return screen.viewModel() && dashboardIdle() && !screen.viewModel()->taskList().tasks.isEmpty()
             && !screen.rows().isEmpty();
@@ -250,7 +250,7 @@ void DemoTour::stepAcknowledge()
 
     const int since = m_refreshesEnded;
     prompt = alertTitled(m_window, isPrompt);
-    if (!prompt || !prompt->triggerAction(DashboardTexts::promptYes))
+    if (!prompt || !prompt->triggerAction(DashboardTexts::promptYes()))
         throw StepFailure(QStringLiteral("the prompt has no \"Yes\" button"));
     waitFor(QStringLiteral("task %1 to be Acknowledged").arg(id), [this, id] {
         const TaskPtr now = taskById(id);
@@ -288,7 +288,7 @@ void DemoTour::stepStart()
     waitFor(QStringLiteral("the start prompt"),
             [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
     AlertView *prompt = alertTitled(m_window, isPrompt);
-    if (!prompt->triggerAction(DashboardTexts::promptYes))
+    if (!prompt->triggerAction(DashboardTexts::promptYes()))
         throw StepFailure(QStringLiteral("the prompt has no \"Yes\" button"));
 
     waitFor(QStringLiteral("task %1 to be In Progress").arg(id), [this, id, task, screensBefore] {

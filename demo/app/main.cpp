@@ -11,6 +11,7 @@
 #include "demo/server/demoserver.h"
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
+#include "host/translations.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 #include "views/refreshablescrollarea.h"
@@ -150,6 +151,7 @@ int main(int argc, char *argv[])
         font.setPointSizeF(font.pointSizeF() * options.textScale);
         QApplication::setFont(font);
     }
+    ravelin::installTranslator(options.language.isEmpty() ? QLocale() : QLocale(options.language));
     QApplication::setOrganizationName(QStringLiteral("Ravelin"));
     QApplication::setApplicationName(hostbrand::productName);
 

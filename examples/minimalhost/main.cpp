@@ -10,6 +10,7 @@
 #include <host/ravelinnavvc.h>
 #include <host/ravelinnavvcdelegate.h>
 #include <host/taskupdateevent.h>
+#include <host/translations.h>
 
 #include <QApplication>
 #include <QDateTime>
@@ -59,6 +60,9 @@ int main(int argc, char *argv[])
         std::printf("%s -> %d\n", qPrintable(reply->url().path()), status);
         std::fflush(stdout);
     });
+
+    // The library's texts in the system's language, where it has a catalogue.
+    ravelin::installTranslator(QLocale());
 
     Host host;
     ravelin::RavelinNavVC::Environment environment;

@@ -524,6 +524,7 @@ void TestDemoHost::options_data()
     row("load the dashboard without a display", {"--load-dashboard", "--tasks", "10000"}, {"", "", ""},
         M::loadDashboard);
     row("large text", {"--text-scale", "1.5"}, x11, M::window);
+    row("german", {"--language", "de"}, x11, M::window);
     const auto refused = [&x11](const char *name, const QStringList &arguments) {
         QTest::newRow(name) << arguments << x11 << false << M::window << QString() << QString();
     };
@@ -537,6 +538,7 @@ void TestDemoHost::options_data()
     refused("tasks for another server", {"--tasks", "5", "--api-host", "h:1", "--token", "T", "--user-id", "7"});
     refused("text scale not a number", {"--text-scale", "big"});
     refused("text scale below 1", {"--text-scale", "0.5"});
+    refused("no language", {"--language", "xx-nonsense"});
 }
 
 void TestDemoHost::options()
@@ -559,6 +561,7 @@ void TestDemoHost::options()
     QCOMPARE(parsed.value().tourDir, tourDir);
     QCOMPARE(parsed.value().apiHost.value_or(QString()), apiHost);
     QCOMPARE(parsed.value().textScale, arguments.contains(QStringLiteral("--text-scale")) ? 1.5 : 1.0);
+    QCOMPARE(parsed.value().language, arguments.contains(QStringLiteral("--language")) ? "de" : "");
     // The tour is forced only when it was not asked for.
     QCOMPARE(parsed.value().tourForcedByDisplay, mode == DemoOptions::Mode::tour && arguments.isEmpty());
 }

@@ -231,7 +231,7 @@ void TestQRScannerVC::startingTheCamera()
     QCOMPARE(m_camera && m_camera->isRunning(), running);
     QCOMPARE(scanner->messageLabel()->isVisible(), running);
     if (running)
-        QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions);
+        QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions());
     QCOMPARE(log.linesStartingWith(ItemsTexts::noCameraDevice).size(), camera ? 0 : 1);
     // The photo stays a way to scan whatever the camera does.
     QVERIFY(scanner->scanFromPhotoButton()->isVisible());
@@ -266,11 +266,11 @@ void TestQRScannerVC::outlineFollowsTheCode()
     // Nothing in view: no outline, the instructions.
     QVERIFY(feed(scanner, QrSymbol::scene(hd, {})));
     QVERIFY(outline->geometry().isEmpty());
-    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions);
+    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions());
     QCOMPARE(scanner->state(), QRScannerVC::State::running);
 
     QVERIFY(feed(scanner, QrSymbol::scene(hd, {{QStringLiteral("CP-1"), at}})));
-    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::qrCodeDetected);
+    QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::qrCodeDetected());
     const QRect drawn = outline->geometry();
     QVERIFY(!drawn.isEmpty());
     // The outline lies on the code as the preview shows it: dark and light

@@ -625,7 +625,7 @@ void TestDashboardVC::alertAnsweredAfterTheDashboardIsGone()
     dashboard->loadViewIfNeeded();
     QTRY_VERIFY_WITH_TIMEOUT(AlertPresenter::visibleAlert(&window), timeoutMs);
     QPointer<AlertView> alert = AlertPresenter::visibleAlert(&window);
-    QCOMPARE(alert->title(), DashboardTexts::fetchFailureTitle);
+    QCOMPARE(alert->title(), DashboardTexts::fetchFailureTitle());
 
     delete dashboard;
     QVERIFY(alert);

@@ -1,0 +1,228 @@
+#include "api/settings.h"
+#include "comments/elapsedtime.h"
+#include "host/navigationbar.h"
+#include "host/notificationcenter.h"
+#include "host/ravelineventvc.h"
+#include "host/ravelinnavvc.h"
+#include "host/taskupdateevent.h"
+#include "host/translations.h"
+#include "items/itemstexts.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "tasks/dashboardtexts.h"
+#include "tasks/dashboardvc.h"
+#include "views/alertpresenter.h"
+#include "views/alertview.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+
+// A screen showing one task, as the items and comments screens do.
+class TaskScreen : public RavelinEventVC
+{
+public:
+    explicit TaskScreen(qint64 taskId) { setTaskID(taskId); }
+};
+
+// Texts put together from pieces, where a translation has to keep its
+// placeholders and the English text its exact spacing.
+QStringList composedTexts()
+{
+    const QDateTime now(QDate(2026, 11, 23), QTime(12, 0), QTimeZone::UTC);
+    Task assigned;
+    assigned.name = QStringLiteral("Meter");
+    assigned.currentStatus = TaskStatus::assigned;
+    TaskUpdateEvent event;
+    event.type = TaskUpdateEventType::kAssigned;
+    return {DashboardTexts::sectionHeader(TaskStatus::in_progress, 2),
+            DashboardTexts::statusPrompt(assigned).value_or(StatusPrompt{}).title,
+            ItemsTexts::updateResult({QStringLiteral("A"), QStringLiteral("B")}, false).title,
+            ItemsTexts::taskBlocked(QStringLiteral("Meter")).message,
+            ItemsTexts::totalText(4),
+            elapsedTimeText(now.addDays(-3), now),
+            elapsedTimeText(now.addSecs(-60), now),
+            event.getAlertMessage().body};
+}
+
+struct Message
+{
+    QString context;
+    QString source;
+    QString translation;
+    QString type;
+};
+
+QList<Message> readCatalogue(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QList<Message> messages;
+    QString context;
+    QXmlStreamReader xml(&file);
+    while (xml.readNextStartElement() || !xml.atEnd()) {
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == QLatin1String("name")) {
+            context = xml.readElementText();
+        } else if (xml.name() == QLatin1String("message")) {
+            messages.append(Message{context, {}, {}, {}});
+        } else if (xml.name() == QLatin1String("source") && !messages.isEmpty()) {
+            messages.last().source = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation") && !messages.isEmpty()) {
+            messages.last().type = xml.attributes().value(QLatin1String("type")).toString();
+            messages.last().translation = xml.readElementText();
+        }
+    }
+    return xml.hasError() ? QList<Message>{} : messages;
+}
+
+QStringList placeholders(const QString &text)
+{
+    QStringList found;
+    static const QRegularExpression marker(QStringLiteral("%\\d"));
+    for (auto it = marker.globalMatch(text); it.hasNext();)
+        found.append(it.next().captured());
+    found.sort();
+    return found;
+}
+
+} // namespace
+
+class TestTranslations : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void unknownLanguageKeepsEnglish();
+    void germanTextsAndBackToEnglish();
+    void germanScreensAndAlerts();
+    void catalogueIsCompleteAndCurrent();
+
+private:
+    QTranslator *m_translator = nullptr;
+};
+
+void TestTranslations::cleanup()
+{
+    if (m_translator) {
+        QCoreApplication::removeTranslator(m_translator);
+        delete m_translator;
+        m_translator = nullptr;
+    }
+}
+
+void TestTranslations::unknownLanguageKeepsEnglish()
+{
+    QCOMPARE(installTranslator(QLocale(QLocale::English, QLocale::UnitedStates)), nullptr);
+    QCOMPARE(installTranslator(QLocale(QLocale::Japanese)), nullptr);
+    QCOMPARE(DashboardTexts::refreshTitle(), QStringLiteral("Fetching Task Data ..."));
+}
+
+void TestTranslations::germanTextsAndBackToEnglish()
+{
+    const QStringList english{"IN PROGRESS (2 task)",
+                              "Acknowledge task `Meter`",
+                              "Items Status Update Failed!",
+                              "\n  The task status Meter was changed to `Blocked`\n ",
+                              "4 Total",
+                              "3 days ago",
+                              "1 min ago",
+                              "Task newly assigned to you."};
+    QCOMPARE(composedTexts(), english);
+
+    m_translator = installTranslator(QLocale(QLocale::German, QLocale::Austria));
+    QVERIFY(m_translator);
+    QCOMPARE(composedTexts(),
+             (QStringList{"IN ARBEIT (2 Aufgabe)", "Aufgabe `Meter` bestätigen",
+                          "Status der Prüfpunkte konnte nicht aktualisiert werden!",
+                          "\n  Der Status der Aufgabe Meter wurde in `Blockiert` geändert\n ", "4 gesamt",
+                          "vor 3 Tagen", "vor 1 Minute", "Aufgabe Ihnen neu zugewiesen."}));
+    // The values sent to the server never change with the language.
+    QCOMPARE(TaskStatuses::rawValue(TaskStatus::in_progress), QStringLiteral("In Progress"));
+    QCOMPARE(ItemStatuses::rawValue(ItemStatus::nok), QStringLiteral("Incidents"));
+
+    cleanup();
+    QCOMPARE(composedTexts(), english);
+}
+
+void TestTranslations::germanScreensAndAlerts()
+{
+    m_translator = installTranslator(QLocale(QLocale::German));
+    QVERIFY(m_translator);
+    Settings::setCurrent(Settings::defaults());
+    ApiHarness api;
+    api.server.on("GET", "/api/tasks/assigned-user/7",
+                  CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
+    NotificationCenter center;
+    RavelinNavVC host(RavelinNavVC::Environment{&api.settings, &api.network, &center, fixedClock(api.now)});
+    host.currentUserId = 7;
+    host.assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
+    host.networkData
+        = NetworkData{api.server.baseUrl(), toDateTime(api.now - std::chrono::seconds(30)), QStringLiteral("t")};
+    host.setVcDelegate(&api.host);
+    host.resize(390, 780);
+    host.show();
+
+    QCOMPARE(host.navigationBar()->title(), QStringLiteral("Aufgabenübersicht"));
+    QTRY_VERIFY_WITH_TIMEOUT(!host.dashboard()->rows().isEmpty(), timeoutMs);
+
+    host.push(new TaskScreen(1));
+    auto event = std::make_shared<TaskUpdateEvent>();
+    event->id = 1;
+    event->name = QStringLiteral("Meter");
+    event->type = TaskUpdateEventType::kDeleted;
+    center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
+    AlertView *alert = AlertPresenter::visibleAlert(&host);
+    QVERIFY(alert);
+    QCOMPARE(alert->title(), QStringLiteral("Aufgabe aktualisiert"));
+    QCOMPARE(alert->message(), QStringLiteral("Meter\nAufgabe gelöscht."));
+    Settings::setCurrent(Settings::defaults());
+}
+
+void TestTranslations::catalogueIsCompleteAndCurrent()
+{
+    const QString shipped = QStringLiteral(RAVELIN_SOURCE_DIR "/resources/translations/ravelin_de.ts");
+    const QList<Message> messages = readCatalogue(shipped);
+    QVERIFY(messages.size() > 100);
+    for (const Message &m : messages) {
+        const QString where = m.context + QStringLiteral(": ") + m.source;
+        QVERIFY2(m.type.isEmpty() && !m.translation.isEmpty(), qPrintable(where + QStringLiteral(" is ") + m.type));
+        QVERIFY2(placeholders(m.source) == placeholders(m.translation), qPrintable(where));
+    }
+
+    // Reading the code again finds exactly the texts the catalogue holds.
+    QTemporaryDir dir;
+    const QString fresh = dir.filePath(QStringLiteral("ravelin_de.ts"));
+    QProcess lupdate;
+    lupdate.setWorkingDirectory(QStringLiteral(RAVELIN_SOURCE_DIR));
+    lupdate.start(QStringLiteral(RAVELIN_LUPDATE),
+                  {"-silent", "-locations", "none", "-I", ".", "api", "tasks", "items", "comments", "filter", "host",
+                   "views", "resources", "-ts", fresh});
+    QVERIFY(lupdate.waitForFinished(60000));
+    QCOMPARE(lupdate.exitCode(), 0);
+    QSet<QString> inCode;
+    for (const Message &m : readCatalogue(fresh))
+        inCode.insert(m.context + QLatin1Char('|') + m.source);
+    QSet<QString> inCatalogue;
+    for (const Message &m : messages)
+        inCatalogue.insert(m.context + QLatin1Char('|') + m.source);
+    QCOMPARE(inCode - inCatalogue, QSet<QString>{});
+    QCOMPARE(inCatalogue - inCode, QSet<QString>{});
+}
+
+QTEST_MAIN(TestTranslations)
+#include "tst_translations.moc"
