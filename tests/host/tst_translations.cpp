@@ -40,7 +40,7 @@ public:
 // placeholders and the English text its exact spacing.
 QStringList composedTexts()
 {
-    const QDateTime now(QDate(2026, 11, 23), QTime(12, 0), QTimeZone::UTC);
+    const QDateTime now(QDate(2026, 11, 23), QTime(12, 0), Qt::UTC);
     Task assigned;
     assigned.name = QStringLiteral("Meter");
     assigned.currentStatus = TaskStatus::assigned;
