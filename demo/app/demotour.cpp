@@ -240,7 +240,8 @@ void DemoTour::stepAcknowledge()
     if (!tapped)
         dashboard().didTapAcknowledge(task);
 
-    const auto isPrompt = [](const QString &title) { return title.startsWith(QLatin1String("Acknowledge task")); };
+    const QString promptTitle = DashboardTexts::statusPrompt(*task).value_or(StatusPrompt{}).title;
+    const auto isPrompt = [&promptTitle](const QString &title) { return title == promptTitle; };
     waitFor(QStringLiteral("the acknowledge prompt"),
             [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
     AlertView *prompt = alertTitled(m_window, isPrompt);
@@ -284,7 +285,8 @@ void DemoTour::stepStart()
     const qsizetype screensBefore = navVC().screens().size();
 
     dashboard().openTask(task);
-    const auto isPrompt = [](const QString &title) { return title.startsWith(QLatin1String("Start task")); };
+    const QString promptTitle = DashboardTexts::statusPrompt(*task).value_or(StatusPrompt{}).title;
+    const auto isPrompt = [&promptTitle](const QString &title) { return title == promptTitle; };
     waitFor(QStringLiteral("the start prompt"),
             [this, &isPrompt] { return alertTitled(m_window, isPrompt) != nullptr; });
     AlertView *prompt = alertTitled(m_window, isPrompt);
@@ -597,7 +599,8 @@ void DemoTour::stepBlock()
     settle(200ms);
     record(QStringLiteral("block-sheet"), QStringLiteral("reason typed for '%1'").arg(task->name));
     sheet->blockButton()->click();
-    const auto isBlocked = [](const QString &title) { return title == QLatin1String("Task marked as blocked!"); };
+    const QString blockedTitle = ItemsTexts::taskBlocked(QString()).title;
+    const auto isBlocked = [&blockedTitle](const QString &title) { return title == blockedTitle; };
     waitFor(QStringLiteral("the blocked alert"),
             [this, &isBlocked] { return alertTitled(m_window, isBlocked) != nullptr; });
     settle(150ms);
@@ -740,7 +743,8 @@ void DemoTour::stepTaskEvent()
 
     const int since = m_refreshesEnded;
     sheet->postButton()->click();
-    const auto isEventAlert = [](const QString &title) { return title == QLatin1String("Task Event Update"); };
+    const QString eventTitle = TaskUpdateEvent().getAlertMessage().title;
+    const auto isEventAlert = [&eventTitle](const QString &title) { return title == eventTitle; };
     waitFor(QStringLiteral("the event alert"),
             [this, &isEventAlert] { return alertTitled(m_window, isEventAlert) != nullptr; });
     AlertView *alert = alertTitled(m_window, isEventAlert);
