@@ -391,7 +391,13 @@ void DemoTour::finishItemAction(bool report, const QString &what,
     if (!button->isEnabled())
         throw StepFailure(QStringLiteral("the %1 button is not enabled").arg(button->text()));
     button->click();
-    const auto isResult = [](const QString &title) { return title.contains(QLatin1String(" Status ")); };
+    // Any of the item update results, for one item or several, done or failed.
+    QStringList results;
+    for (const bool success : {true, false}) {
+        results << ItemsTexts::updateResult({QString()}, success).title
+                << ItemsTexts::updateResult({QString(), QString()}, success).title;
+    }
+    const auto isResult = [&results](const QString &title) { return results.contains(title); };
     waitFor(QStringLiteral("the result of %1").arg(what),
             [this, &isResult] { return alertTitled(m_window, isResult) != nullptr; });
     settle(150ms);
