@@ -6,6 +6,7 @@
 #include "comments/custominputbar.h"
 #include "comments/imagevc.h"
 #include "host/notificationcenter.h"
+#include "host/ownedviewmodel.h"
 #include "host/ravelinnavvc.h"
 #include "resources/namedcolors.h"
 #include "views/alertpresenter.h"
@@ -83,20 +84,12 @@ CommentsVC::~CommentsVC()
 
 void CommentsVC::setViewModel(CommentsVM *viewModel)
 {
-    if (m_viewModel == viewModel)
-        return;
-    if (m_viewModel && m_viewModel->parent() == this)
-        delete m_viewModel.data();
-    m_viewModel = viewModel;
-    if (viewModel)
-        viewModel->setParent(this);
+    adoptViewModel(m_viewModel, viewModel, this);
 }
 
 CommentsVM &CommentsVC::requireViewModel() const
 {
-    if (!m_viewModel)
-        fatalError(QStringLiteral("The comments screen has no view model"), "CommentsVC");
-    return *m_viewModel;
+    return requiredViewModel(m_viewModel, "The comments screen has no view model", "CommentsVC");
 }
 
 CustomInputBar *CommentsVC::inputBar()

@@ -1,6 +1,7 @@
 #include "items/blocktaskvc.h"
 
 #include "api/fatalerror.h"
+#include "host/ownedviewmodel.h"
 #include "items/itemstexts.h"
 #include "resources/namedcolors.h"
 #include "views/alertpresenter.h"
@@ -15,25 +16,6 @@
 #include <QVBoxLayout>
 
 namespace ravelin {
-
-namespace {
-
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
-QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color, const QString &name)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(name);
-    label->setFont(TextScale::font(label->font(), pixelSize, weight));
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: %1;").arg(color.name()));
-    return label;
-}
-
-} // namespace
 
 BlockTaskVC::BlockTaskVC(QWidget *parent)
     : NoteSheet(screenTitle(), parent)
@@ -59,20 +41,12 @@ BlockTaskVC::BlockTaskVC(QWidget *parent)
 
 void BlockTaskVC::setViewModel(BlockTaskVM *viewModel)
 {
-    if (m_viewModel == viewModel)
-        return;
-    if (m_viewModel && m_viewModel->parent() == this)
-        delete m_viewModel.data();
-    m_viewModel = viewModel;
-    if (viewModel)
-        viewModel->setParent(this);
+    adoptViewModel(m_viewModel, viewModel, this);
 }
 
 BlockTaskVM &BlockTaskVC::requireViewModel() const
 {
-    if (!m_viewModel)
-        fatalError(QStringLiteral("The block task screen has no view model"), "BlockTaskVC");
-    return *m_viewModel;
+    return requiredViewModel(m_viewModel, "The block task screen has no view model", "BlockTaskVC");
 }
 
 void BlockTaskVC::viewDidLoad()

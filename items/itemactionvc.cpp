@@ -1,6 +1,7 @@
 #include "items/itemactionvc.h"
 
 #include "api/fatalerror.h"
+#include "host/ownedviewmodel.h"
 #include "items/itemactionvcdelegate.h"
 #include "items/itemstexts.h"
 #include "resources/namedcolors.h"
@@ -16,25 +17,6 @@
 #include <QVBoxLayout>
 
 namespace ravelin {
-
-namespace {
-
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
-QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color, const QString &name)
-{
-    auto *label = new QLabel(parent);
-    label->setObjectName(name);
-    label->setFont(TextScale::font(label->font(), pixelSize, weight));
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: %1;").arg(color.name()));
-    return label;
-}
-
-} // namespace
 
 ItemActionVC::ItemActionVC(QWidget *parent)
     : NoteSheet(QString(), parent)
@@ -79,20 +61,12 @@ ItemActionVC::ItemActionVC(QWidget *parent)
 
 void ItemActionVC::setViewModel(ItemActionVM *viewModel)
 {
-    if (m_viewModel == viewModel)
-        return;
-    if (m_viewModel && m_viewModel->parent() == this)
-        delete m_viewModel.data();
-    m_viewModel = viewModel;
-    if (viewModel)
-        viewModel->setParent(this);
+    adoptViewModel(m_viewModel, viewModel, this);
 }
 
 ItemActionVM &ItemActionVC::requireViewModel() const
 {
-    if (!m_viewModel)
-        fatalError(QStringLiteral("The item action screen has no view model"), "ItemActionVC");
-    return *m_viewModel;
+    return requiredViewModel(m_viewModel, "The item action screen has no view model", "ItemActionVC");
 }
 
 void ItemActionVC::viewDidLoad()

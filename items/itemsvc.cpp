@@ -3,6 +3,7 @@
 #include "api/fatalerror.h"
 #include "comments/commentsvc.h"
 #include "comments/commentsvm.h"
+#include "host/ownedviewmodel.h"
 #include "host/ravelinnavvc.h"
 #include "items/blocktaskvc.h"
 #include "items/blocktaskvm.h"
@@ -131,20 +132,12 @@ ItemsVC::~ItemsVC() = default;
 
 void ItemsVC::setViewModel(ItemsVM *viewModel)
 {
-    if (m_viewModel == viewModel)
-        return;
-    if (m_viewModel && m_viewModel->parent() == this)
-        delete m_viewModel.data();
-    m_viewModel = viewModel;
-    if (viewModel)
-        viewModel->setParent(this);
+    adoptViewModel(m_viewModel, viewModel, this);
 }
 
 ItemsVM &ItemsVC::requireViewModel() const
 {
-    if (!m_viewModel)
-        fatalError(QStringLiteral("The items screen has no view model"), "ItemsVC");
-    return *m_viewModel;
+    return requiredViewModel(m_viewModel, "The items screen has no view model", "ItemsVC");
 }
 
 void ItemsVC::buildViews()

@@ -25,12 +25,15 @@ namespace {
 
 constexpr int thumbnailHeight = 140;
 
-QColor named(const QString &name, const QColor &fallback)
+} // namespace
+
+QColor NoteSheet::named(const QString &name, const QColor &fallback)
 {
     return NamedColors::color(name, fallback);
 }
 
-QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color, const QString &name)
+QLabel *NoteSheet::makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color,
+                             const QString &name)
 {
     auto *label = new QLabel(parent);
     label->setObjectName(name);
@@ -39,8 +42,6 @@ QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QC
     label->setStyleSheet(QStringLiteral("color: %1;").arg(color.name()));
     return label;
 }
-
-} // namespace
 
 NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     : Screen(parent)

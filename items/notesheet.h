@@ -3,6 +3,8 @@
 #include "host/screen.h"
 #include "views/keyboardobserving.h"
 
+#include <QColor>
+#include <QFont>
 #include <QImage>
 
 #include <optional>
@@ -61,6 +63,11 @@ public:
     void viewWillDisappear() override;
 
 protected:
+    // A named colour of the library, or `fallback` where it has none.
+    [[nodiscard]] static QColor named(const QString &name, const QColor &fallback);
+    // A wrapping label in the sheet's look: scaled system font, one colour.
+    [[nodiscard]] static QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color,
+                                           const QString &name);
     // Where subclasses put their labels (above the note).
     [[nodiscard]] QVBoxLayout *headerColumn() const { return m_headerColumn; }
     // A button of the bottom row in the library's look (the buttons stand one

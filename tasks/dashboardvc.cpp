@@ -3,6 +3,7 @@
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
 #include "filter/filtervc.h"
+#include "host/ownedviewmodel.h"
 #include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
 #include "items/itemsvc.h"
@@ -70,13 +71,7 @@ DashboardVM *DashboardVC::viewModel() const
 
 void DashboardVC::setViewModel(DashboardVM *viewModel)
 {
-    if (m_viewModel == viewModel)
-        return;
-    if (m_viewModel && m_viewModel->parent() == this)
-        delete m_viewModel.data();
-    m_viewModel = viewModel;
-    if (viewModel)
-        viewModel->setParent(this);
+    adoptViewModel(m_viewModel, viewModel, this);
 }
 
 void DashboardVC::buildViews()
@@ -180,9 +175,7 @@ void DashboardVC::refreshData()
 
 DashboardVM &DashboardVC::requireViewModel() const
 {
-    if (!m_viewModel)
-        fatalError(QStringLiteral("The dashboard has no view model"), "DashboardVC");
-    return *m_viewModel;
+    return requiredViewModel(m_viewModel, "The dashboard has no view model", "DashboardVC");
 }
 
 void DashboardVC::tasksLoaded(bool success)
