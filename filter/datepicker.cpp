@@ -1,12 +1,10 @@
 #include "filter/datepicker.h"
 
 #include "filter/pickerwheel.h"
-#include "resources/namedcolors.h"
 
 #include <QHBoxLayout>
 #include <QLocale>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 
@@ -153,14 +151,7 @@ void DatePicker::paintEvent(QPaintEvent *)
 {
     // One band across the wheels marks the chosen date.
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QColor band = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
-    band.setAlphaF(0.07f);
-    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16,
-                        PickerWheel::scaledRowHeight());
-    QPainterPath path;
-    path.addRoundedRect(middle, 8, 8);
-    painter.fillPath(path, band);
+    PickerWheel::paintSelectionBand(painter, rect());
 }
 
 } // namespace ravelin

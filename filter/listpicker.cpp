@@ -2,10 +2,8 @@
 
 #include "filter/listpickerdatasource.h"
 #include "filter/pickerwheel.h"
-#include "resources/namedcolors.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QVBoxLayout>
 
 namespace ravelin {
@@ -64,14 +62,7 @@ void ListPicker::paintEvent(QPaintEvent *)
     if (!m_showsSelectionIndicator)
         return;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QColor band = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
-    band.setAlphaF(0.07f);
-    const QRectF middle(8, height() / 2.0 - PickerWheel::scaledRowHeight() / 2.0, width() - 16,
-                        PickerWheel::scaledRowHeight());
-    QPainterPath path;
-    path.addRoundedRect(middle, 8, 8);
-    painter.fillPath(path, band);
+    PickerWheel::paintSelectionBand(painter, rect());
 }
 
 } // namespace ravelin

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QVariantAnimation>
 #include <QWheelEvent>
 
@@ -75,6 +76,20 @@ void PickerWheel::setItems(const QStringList &items)
     m_position = std::max(m_current, 0);
     announceCurrent();
     update();
+}
+
+void PickerWheel::paintSelectionBand(QPainter &painter, const QRect &area)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor band = NamedColors::color(ColorNames::labelText, QColor(0x1F, 0x29, 0x37));
+    band.setAlphaF(0.07f);
+    const QRectF middle(area.left() + 8, area.top() + area.height() / 2.0 - scaledRowHeight() / 2.0, area.width() - 16,
+                        scaledRowHeight());
+    QPainterPath path;
+    path.addRoundedRect(middle, 8, 8);
+    painter.fillPath(path, band);
+    painter.restore();
 }
 
 int PickerWheel::scaledRowHeight()

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QWidget>
 
+class QPainter;
 class QVariantAnimation;
 
 namespace ravelin {
@@ -23,6 +24,9 @@ public:
     static constexpr int rowHeight = 36;
     // A row's height at the worker's text size.
     [[nodiscard]] static int scaledRowHeight();
+    // The band across the middle of `area` that marks the chosen row of the
+    // wheels standing side by side in it.
+    static void paintSelectionBand(QPainter &painter, const QRect &area);
 
     explicit PickerWheel(QWidget *parent = nullptr);
 
