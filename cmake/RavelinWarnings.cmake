@@ -10,3 +10,17 @@ if(RAVELIN_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=address,undefined)
 endif()
+
+# Precompiled Qt headers for a target (RAVELIN_PRECOMPILED_HEADERS): the headers
+# most sources include, not whole modules (a module-sized header costs more to
+# load in every translation unit than it saves).
+set(RAVELIN_CORE_PCH <QByteArray> <QColor> <QCoreApplication> <QDateTime> <QHash> <QImage> <QJsonArray>
+    <QJsonDocument> <QJsonObject> <QList> <QMap> <QObject> <QPointer> <QString> <QStringList> <QTimer> <QVariant>)
+set(RAVELIN_UI_PCH <QHBoxLayout> <QKeyEvent> <QLabel> <QMouseEvent> <QPainter> <QPainterPath> <QPushButton>
+    <QResizeEvent> <QScrollArea> <QScrollBar> <QStyledItemDelegate> <QToolButton> <QVBoxLayout> <QWidget>)
+set(RAVELIN_TEST_PCH <QTest> <QSignalSpy> <QTemporaryDir> <QSettings> <QNetworkAccessManager> <QApplication>)
+function(ravelin_precompile_headers target)
+    if(RAVELIN_PRECOMPILED_HEADERS)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()

@@ -223,6 +223,9 @@ void TestCommentsVM::elapsedTime_data()
     QTest::newRow("27 days") << qint64(27 * 86400) << "3 weeks ago";
     QTest::newRow("28 days is a month") << qint64(28 * 86400) << "1 month ago";
     QTest::newRow("2 months") << qint64(56 * 86400) << "2 months ago";
+    // A clock behind the server's: the seconds count below zero, truncated toward zero.
+    QTest::newRow("in the future") << qint64(-300) << "-299 seconds ago";
+    QTest::newRow("under a second in the future") << qint64(-1) << "0 seconds ago";
 }
 
 void TestCommentsVM::elapsedTime()

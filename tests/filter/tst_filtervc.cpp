@@ -11,12 +11,13 @@
 #include "host/ravelinnavvc.h"
 #include "support/apiharness.h"
 #include "support/fixtures.h"
+#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/shots.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 #include "views/refreshablescrollarea.h"
 #include "views/segmentedcontrol.h"
-#include "views/shots.h"
 
 #include <QApplication>
 #include <QPushButton>
@@ -140,14 +141,7 @@ void TestFilterVC::cleanup()
 
 std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()
 {
-    auto host = std::make_unique<RavelinNavVC>(
-        RavelinNavVC::Environment{&m_api->settings, &m_api->network, &m_center, fixedClock(m_api->now)});
-    host->currentUserId = 7;
-    host->assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
-    host->networkData = NetworkData{m_api->server.baseUrl(), toDateTime(m_api->now - std::chrono::seconds(30)),
-                                    QStringLiteral("host-token")};
-    host->resize(390, 844);
-    host->show();
+    auto host = makeHost(*m_api, m_center);
     DashboardVC *dashboard = host->dashboard();
     const auto ready = [&] {
         return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2

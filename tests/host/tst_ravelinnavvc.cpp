@@ -9,6 +9,7 @@
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
+#include "support/hostfixture.h"
 #include "support/logcapture.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
@@ -102,16 +103,8 @@ void TestRavelinNavVC::cleanup()
 
 std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData)
 {
-    auto host = std::make_unique<RavelinNavVC>(
-        RavelinNavVC::Environment{&m_api->settings, &m_api->network, &m_center, fixedClock(m_api->now)});
-    host->currentUserId = 7;
-    host->assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
-    if (withNetworkData)
-        host->networkData = NetworkData{m_api->server.baseUrl(), toDateTime(m_api->now - std::chrono::seconds(30)),
-                                        QStringLiteral("host-token")};
-    host->setVcDelegate(&m_api->host);
-    host->resize(390, 780);
-    return host;
+    return ravelin::test::makeHost(*m_api, m_center,
+                                   HostOptions{.networkData = withNetworkData, .shown = false, .size = {390, 780}});
 }
 
 void TestRavelinNavVC::storesSessionDataOnLoad()

@@ -9,6 +9,7 @@
 #include "items/itemstexts.h"
 #include "support/apiharness.h"
 #include "support/fixtures.h"
+#include "support/hostfixture.h"
 #include "tasks/dashboardtexts.h"
 #include "tasks/dashboardvc.h"
 #include "views/alertpresenter.h"
@@ -168,14 +169,8 @@ void TestTranslations::germanScreensAndAlerts()
     api.server.on("GET", "/api/tasks/assigned-user/7",
                   CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
     NotificationCenter center;
-    RavelinNavVC host(RavelinNavVC::Environment{&api.settings, &api.network, &center, fixedClock(api.now)});
-    host.currentUserId = 7;
-    host.assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
-    host.networkData
-        = NetworkData{api.server.baseUrl(), toDateTime(api.now - std::chrono::seconds(30)), QStringLiteral("t")};
-    host.setVcDelegate(&api.host);
-    host.resize(390, 780);
-    host.show();
+    const auto owned = makeHost(api, center, HostOptions{.size = {390, 780}});
+    RavelinNavVC &host = *owned;
 
     QCOMPARE(host.navigationBar()->title(), QStringLiteral("Aufgabenübersicht"));
     QTRY_VERIFY_WITH_TIMEOUT(!host.dashboard()->rows().isEmpty(), timeoutMs);

@@ -6,7 +6,9 @@
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
+#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/shots.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
 #include "tasks/dashboardvc.h"
@@ -41,7 +43,6 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
 // The dashboard with its transitions recorded: the destinations are plain
 // screens, and the task handed to each is kept.
@@ -104,14 +105,6 @@ void tap(TaskTableViewCell *row, int item, bool onButton = false)
     QTest::mouseClick(row->viewport(), Qt::LeftButton, {},
                       onButton ? TaskCollectionViewCell::acknowledgeButtonRect(rect).center()
                                : TaskCollectionViewCell::cardFrame(rect).center());
-}
-
-// The topmost alert over the screen as title, message and button titles.
-QStringList shownAlert(const QWidget *screen)
-{
-    const AlertView *alert = AlertPresenter::visibleAlert(screen);
-    return alert ? QStringList{alert->title(), alert->message(), alert->actionTitles().join(QLatin1Char('/'))}
-                 : QStringList();
 }
 
 QList<int> sliceValues(const PieChartView *chart)
@@ -183,16 +176,7 @@ void TestDashboardVC::cleanup()
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
 {
-    auto host = std::make_unique<RavelinNavVC>(
-        RavelinNavVC::Environment{&m_api->settings, &m_api->network, &m_center, fixedClock(m_api->now)},
-        new RecordingDashboard);
-    host->currentUserId = 7;
-    host->assetsList = QMap<qint64, QStringList>{{7, {"Ann Rivers", "people_01"}}};
-    host->networkData = NetworkData{m_api->server.baseUrl(), toDateTime(m_api->now - std::chrono::seconds(30)),
-                                    QStringLiteral("host-token")};
-    host->setVcDelegate(&m_api->host);
-    host->resize(390, 844);
-    return host;
+    return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard, .shown = false});
 }
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
@@ -292,19 +276,13 @@ void TestDashboardVC::sectionsHeadersAndCards()
                         taskJson(4, "Tank D", 6, 3, "2026-11-04T08:00:00.000Z", 99)});
     QVERIFY(host);
     DashboardVC *dashboard = host->dashboard();
-    host->grab().save(shots + QStringLiteral("dashboard.png"));
+    grabShot(*host, QStringLiteral("dashboard"));
     QCOMPARE(dashboard->tableView()->objectName(), QStringLiteral("TasksDashboardTableView"));
 
     QStringList headers;
     for (QLabel *label : dashboard->sectionHeaderLabels())
         headers.append(label->text());
     QCOMPARE(headers, (QStringList{"ASSIGNED (1 task)", "IN PROGRESS (2 task)", "COMPLETED (1 task)"}));
-    QLabel *header = dashboard->sectionHeaderLabels().first();
-    QTRY_COMPARE_WITH_TIMEOUT(header->geometry().x(), 10, timeoutMs);
-    QCOMPARE(header->height(), 30);
-    QCOMPARE(header->font().pixelSize(), 15);
-    QCOMPARE(header->font().weight(), QFont::Light);
-    QCOMPARE(header->palette().color(QPalette::WindowText).alphaF(), 0.8f);
 
     // One row per section; newest first within a section (the default sort); an
     // unknown category shows as the first one. Cards are found among the
@@ -358,7 +336,7 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
     QVERIFY(dashboard->headerView()->isHidden());
     QVERIFY(dashboard->emptyMessageLabel()->isVisible());
     QCOMPARE(dashboard->emptyMessageLabel()->text(), QStringLiteral("No item matching filter description"));
-    host->grab().save(shots + QStringLiteral("dashboard-empty.png"));
+    grabShot(*host, QStringLiteral("dashboard-empty"));
 
     // Tasks again: the header comes back and the message goes.
     serveTasks({taskJson(1, "Valve A", 4)});
@@ -390,8 +368,8 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QCOMPARE(dashboard->cardPainter()->pressedIndex(), cardIndex(assigned, 0));
     QTest::mouseRelease(assigned->viewport(), Qt::LeftButton, {}, button);
     QVERIFY(!dashboard->cardPainter()->pressedIndex().isValid());
-    QCOMPARE(shownAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
-    QCOMPARE(shownAlert(dashboard).value(2), QStringLiteral("Yes/No"));
+    QCOMPARE(topAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
+    QCOMPARE(topAlert(dashboard).value(2), QStringLiteral("Yes/No"));
     // Asked at once: nothing was loaded or sent.
     QCOMPARE(requests(QStringLiteral("/api/items/taskId/2")), 0);
     QCOMPARE(requests(QStringLiteral("/api/task/2")), 0);
@@ -431,7 +409,7 @@ void TestDashboardVC::statusChanges()
         dashboard->changeTaskStatus(task, TaskStatus::complete);
     } else {
         tap(row, 0);
-        QCOMPARE(shownAlert(dashboard), (QStringList{title, DashboardTexts::statusPrompt(*task)->message, "Yes/No"}));
+        QCOMPARE(topAlert(dashboard), (QStringList{title, DashboardTexts::statusPrompt(*task)->message, "Yes/No"}));
         QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
     }
 
@@ -460,7 +438,7 @@ void TestDashboardVC::itemsFailureAlert()
     QVERIFY(host);
     auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
     tap(dashboard->rows().first(), 0);
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(dashboard), (QStringList{"Items Loading", "Couldn't load task items", ""}),
+    QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard), (QStringList{"Items Loading", "Couldn't load task items", ""}),
                               timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
     QVERIFY(dashboard->segues.isEmpty());
@@ -474,7 +452,7 @@ void TestDashboardVC::fetchFailureAlert()
     DashboardVC *dashboard = host->dashboard();
     m_api->server.on("GET", tasksPath, CannedResponse{500, {}});
     dashboard->refreshAction()->trigger();
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(dashboard),
+    QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard),
                               (QStringList{"The operation couldn't be completed.",
                                            "Please contact technical support if the problem continues.", "OK"}),
                               timeoutMs);
@@ -496,7 +474,7 @@ void TestDashboardVC::taskEventAlertThenRefresh()
     DashboardVC *dashboard = host->dashboard();
     // Not an event: nothing happens.
     m_center.post(NotificationNames::taskEvent, QVariant(42));
-    QCOMPARE(shownAlert(dashboard), QStringList());
+    QCOMPARE(topAlert(dashboard), QStringList());
 
     // An event about a task the dashboard does not even show.
     const int fetches = requests(tasksPath);
@@ -505,7 +483,7 @@ void TestDashboardVC::taskEventAlertThenRefresh()
     event->name = QStringLiteral("Hydrant 9");
     event->type = TaskUpdateEventType::kDeleted;
     m_center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
-    QCOMPARE(shownAlert(dashboard), (QStringList{"Task Event Update", "Hydrant 9\nTask deleted.", ""}));
+    QCOMPARE(topAlert(dashboard), (QStringList{"Task Event Update", "Hydrant 9\nTask deleted.", ""}));
     QCOMPARE(requests(tasksPath), fetches);
 
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);

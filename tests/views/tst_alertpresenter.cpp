@@ -1,6 +1,6 @@
 #include "views/alertpresenter.h"
 
-#include "shots.h"
+#include "support/shots.h"
 #include "support/fatalerrortrap.h"
 #include "views/alertview.h"
 

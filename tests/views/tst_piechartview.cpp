@@ -1,7 +1,7 @@
 #include "tasks/piechartview.h"
 
 #include "resources/namedcolors.h"
-#include "shots.h"
+#include "support/shots.h"
 
 #include <QSignalSpy>
 #include <QTest>

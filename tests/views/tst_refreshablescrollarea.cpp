@@ -1,6 +1,6 @@
 #include "views/refreshablescrollarea.h"
 
-#include "shots.h"
+#include "support/shots.h"
 
 #include <QElapsedTimer>
 #include <QLabel>

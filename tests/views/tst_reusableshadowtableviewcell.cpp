@@ -1,7 +1,7 @@
 #include "views/reusableshadowtableviewcell.h"
 
 #include "resources/namedcolors.h"
-#include "shots.h"
+#include "support/shots.h"
 #include "views/cardshadow.h"
 
 #include <QLabel>

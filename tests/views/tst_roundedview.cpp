@@ -1,7 +1,7 @@
 #include "views/roundedview.h"
 
 #include "resources/namedcolors.h"
-#include "shots.h"
+#include "support/shots.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QSignalSpy>

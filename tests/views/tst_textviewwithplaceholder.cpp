@@ -1,6 +1,6 @@
 #include "views/textviewwithplaceholder.h"
 
-#include "shots.h"
+#include "support/shots.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -7,13 +7,13 @@
 
 namespace ravelin::test {
 
-// Grabs the widget as it is drawn offscreen and keeps a copy under
-// /tmp/ravelin-shots/ for looking at the result by eye.
+// Grabs the widget as it is drawn offscreen. With RAVELIN_TEST_SHOTS set to a
+// folder, a copy is kept there as NAME.png for looking at the result by eye.
 inline QImage grabShot(QWidget &widget, const QString &name)
 {
     const QImage image = widget.grab().toImage();
-    const QString directory = QStringLiteral("/tmp/ravelin-shots");
-    if (QDir().mkpath(directory))
+    const QString directory = qEnvironmentVariable("RAVELIN_TEST_SHOTS");
+    if (!directory.isEmpty() && QDir().mkpath(directory))
         image.save(directory + QLatin1Char('/') + name + QStringLiteral(".png"));
     return image;
 }
