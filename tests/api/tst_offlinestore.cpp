@@ -1,0 +1,257 @@
+#include "api/memoryofflinestore.h"
+#include "api/sqliteofflinestore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ravelin;
+using namespace std::chrono;
+
+namespace {
+
+const TimePoint now = TimePoint(milliseconds(1795169730123));
+
+TaskCommentPayload commentPayload(qint64 taskId, const QString &text, bool incident = false)
+{
+    return TaskCommentPayload(text, taskId, 7, std::nullopt, incident, std::nullopt, now);
+}
+
+ItemsUpdatePayload itemsPayload(qint64 taskId)
+{
+    ItemsUpdatePayload payload;
+    payload.taskId = taskId;
+    payload.updaterUserId = 7;
+    payload.items = {ItemPayload{31, 1, QStringLiteral("Gauge replaced"), std::nullopt},
+                     ItemPayload{32, 1, std::nullopt, std::nullopt}};
+    return payload;
+}
+
+// Reads a database with a connection of its own, as another process would.
+QVariant readOutside(const QString &path, const QString &statement)
+{
+    QVariant value;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
+        db.setDatabaseName(path);
+        if (db.open()) {
+            QSqlQuery query(db);
+            if (query.exec(statement) && query.next())
+                value = query.value(0);
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("outside"));
+    return value;
+}
+
+} // namespace
+
+class TestOfflineStore : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void connectionAndFileSettings();
+    void everyKindSurvivesReopening_data();
+    void everyKindSurvivesReopening();
+    void progressAndRefusal();
+    void sentRowLeavesWithItsPicture();
+    void unnamedPicturesRemovedAtOpen();
+    void newerSchemaIsNotOpened();
+    void cacheKeepsTheLatestPerUserAndRoute_data();
+    void cacheKeepsTheLatestPerUserAndRoute();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_folder;
+};
+
+void TestOfflineStore::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_folder = m_dir->filePath(QStringLiteral("offline"));
+}
+
+void TestOfflineStore::connectionAndFileSettings()
+{
+    SqliteOfflineStore store(m_folder);
+    QVERIFY(store.isOpen());
+    QCOMPARE(store.pragma(QStringLiteral("journal_mode")).toString(), QStringLiteral("wal"));
+    QCOMPARE(store.pragma(QStringLiteral("synchronous")).toInt(), 2); // FULL
+    QCOMPARE(store.pragma(QStringLiteral("foreign_keys")).toInt(), 1);
+    QVERIFY(store.pragma(QStringLiteral("busy_timeout")).toInt() > 0);
+    QCOMPARE(store.pragma(QStringLiteral("user_version")).toInt(), SqliteOfflineStore::schemaVersion);
+    QVERIFY(store.add(OutboxEntry::taskStatus(7, 1, 3, now), {}));
+
+    const QFile::Permissions ownerOnly = QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+    for (const QString &suffix : {QString(), QStringLiteral("-wal")}) {
+        const QFileInfo file(store.databasePath() + suffix);
+        QVERIFY2(file.exists(), qPrintable(file.filePath()));
+        QCOMPARE(file.permissions(), ownerOnly);
+    }
+}
+
+void TestOfflineStore::everyKindSurvivesReopening_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QByteArray>("picture");
+    QTest::newRow("task status") << int(OutboxEntry::Kind::taskStatus) << QByteArray();
+    QTest::newRow("items with a picture") << int(OutboxEntry::Kind::itemsUpdate) << QByteArray("jpeg-bytes");
+    QTest::newRow("comment") << int(OutboxEntry::Kind::comment) << QByteArray();
+    QTest::newRow("block with a picture") << int(OutboxEntry::Kind::block) << QByteArray("jpeg-bytes");
+}
+
+void TestOfflineStore::everyKindSurvivesReopening()
+{
+    QFETCH(int, kind);
+    QFETCH(QByteArray, picture);
+    OutboxEntry made;
+    switch (OutboxEntry::Kind(kind)) {
+    case OutboxEntry::Kind::taskStatus: made = OutboxEntry::taskStatus(7, 12, 4, now); break;
+    case OutboxEntry::Kind::itemsUpdate: made = OutboxEntry::itemsUpdate(itemsPayload(12), now); break;
+    case OutboxEntry::Kind::comment:
+        made = OutboxEntry::comment(commentPayload(12, QStringLiteral("Valve leaks")));
+        break;
+    case OutboxEntry::Kind::block:
+        made = OutboxEntry::block(commentPayload(12, QStringLiteral("No access"), true), 5);
+        break;
+    }
+    made.uploadName = QStringLiteral("7_1795169730123.0_photo_3.jpg");
+
+    qint64 id = 0;
+    {
+        SqliteOfflineStore store(m_folder);
+        const auto saved = store.add(made, picture);
+        QVERIFY(saved);
+        id = saved->id;
+    }
+    SqliteOfflineStore reopened(m_folder);
+    const QList<OutboxEntry> entries = reopened.entries(7);
+    QCOMPARE(entries.size(), 1);
+    const OutboxEntry &read = entries.first();
+    QCOMPARE(read.id, id);
+    QCOMPARE(read.kind, made.kind);
+    QCOMPARE(read.taskId, 12);
+    QCOMPARE(read.statusId, made.statusId);
+    QCOMPARE(read.dateCreated, made.dateCreated);
+    QCOMPARE(read.state, OutboxEntry::State::waiting);
+    QCOMPARE(read.uploadName, made.uploadName);
+    QCOMPARE(read.items.has_value(), made.items.has_value());
+    if (made.items)
+        QCOMPARE(read.itemsToSend(), made.itemsToSend());
+    QCOMPARE(read.commentPayload.has_value(), made.commentPayload.has_value());
+    if (made.commentPayload)
+        QCOMPARE(read.commentToSend().toJson(), made.commentToSend().toJson());
+    QCOMPARE(read.hasPicture(), !picture.isEmpty());
+    QCOMPARE(reopened.picture(read), picture);
+    QVERIFY(reopened.entries(8).isEmpty());
+}
+
+void TestOfflineStore::progressAndRefusal()
+{
+    SqliteOfflineStore store(m_folder);
+    auto block = store.add(OutboxEntry::block(commentPayload(3, QStringLiteral("Locked")), 5), QByteArray("jpeg"));
+    auto status = store.add(OutboxEntry::taskStatus(7, 4, 3, now), {});
+    QVERIFY(block && status);
+    QCOMPARE(store.counts(7), (OfflineStore::Counts{2, 0}));
+
+    block->state = OutboxEntry::State::attempted;
+    block->mediaPath = QStringLiteral("uploads/a.jpg");
+    block->attempts = 1;
+    QVERIFY(store.update(*block));
+    status->state = OutboxEntry::State::refused;
+    status->reason = QStringLiteral("Task not found");
+    QVERIFY(store.update(*status));
+
+    const auto read = store.entry(block->id);
+    QVERIFY(read);
+    QCOMPARE(read->state, OutboxEntry::State::attempted);
+    QCOMPARE(read->mediaPath, std::optional<QString>(QStringLiteral("uploads/a.jpg")));
+    QCOMPARE(read->commentToSend().mediaPath, read->mediaPath);
+    QCOMPARE(store.entry(status->id)->reason, QStringLiteral("Task not found"));
+    QCOMPARE(store.counts(7), (OfflineStore::Counts{1, 1}));
+    QCOMPARE(store.counts(8), (OfflineStore::Counts{0, 0}));
+}
+
+void TestOfflineStore::sentRowLeavesWithItsPicture()
+{
+    SqliteOfflineStore store(m_folder);
+    auto entry = store.add(OutboxEntry::itemsUpdate(itemsPayload(2), now), QByteArray("jpeg"));
+    QVERIFY(entry);
+    QCOMPARE(QDir(store.pictureFolder()).entryList(QDir::Files).size(), 1);
+    entry->state = OutboxEntry::State::sent;
+    QVERIFY(store.update(*entry));
+    QVERIFY(!store.entry(entry->id));
+    QVERIFY(QDir(store.pictureFolder()).entryList(QDir::Files).isEmpty());
+    QCOMPARE(store.counts(7), (OfflineStore::Counts{0, 0}));
+}
+
+void TestOfflineStore::unnamedPicturesRemovedAtOpen()
+{
+    QString named;
+    QString pictures;
+    {
+        SqliteOfflineStore store(m_folder);
+        const auto entry = store.add(OutboxEntry::comment(commentPayload(2, QStringLiteral("x"))), QByteArray("jpeg"));
+        QVERIFY(entry);
+        named = entry->pictureFile;
+        pictures = store.pictureFolder();
+    }
+    // What a kill leaves: a half-written picture, and one whose row never committed.
+    for (const QString &stray : {QStringLiteral("a.jpg.part"), QStringLiteral("b.jpg")}) {
+        QFile file(QDir(pictures).filePath(stray));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    SqliteOfflineStore reopened(m_folder);
+    QCOMPARE(QDir(pictures).entryList(QDir::Files), QStringList{named});
+}
+
+void TestOfflineStore::newerSchemaIsNotOpened()
+{
+    {
+        SqliteOfflineStore store(m_folder);
+        QVERIFY(store.isOpen());
+    }
+    const QString path = QDir(m_folder).filePath(QStringLiteral("offline.sqlite3"));
+    readOutside(path, QStringLiteral("PRAGMA user_version=99"));
+    QCOMPARE(readOutside(path, QStringLiteral("PRAGMA user_version")).toInt(), 99);
+    SqliteOfflineStore newer(m_folder);
+    QVERIFY(!newer.isOpen());
+    QVERIFY(!newer.add(OutboxEntry::taskStatus(7, 1, 3, now), {}));
+}
+
+void TestOfflineStore::cacheKeepsTheLatestPerUserAndRoute_data()
+{
+    QTest::addColumn<bool>("onDisk");
+    QTest::newRow("sqlite") << true;
+    QTest::newRow("memory") << false;
+}
+
+void TestOfflineStore::cacheKeepsTheLatestPerUserAndRoute()
+{
+    QFETCH(bool, onDisk);
+    std::unique_ptr<OfflineStore> store;
+    if (onDisk)
+        store = std::make_unique<SqliteOfflineStore>(m_folder);
+    else
+        store = std::make_unique<MemoryOfflineStore>();
+    const QString items = QStringLiteral("api/items/taskId/4");
+    QVERIFY(!store->cachedAnswer(7, items));
+    QVERIFY(store->storeAnswer(7, items, "first", now));
+    QVERIFY(store->storeAnswer(7, items, "second", now + minutes(10)));
+    QVERIFY(store->storeAnswer(8, items, "other user", now));
+    const auto cached = store->cachedAnswer(7, items);
+    QVERIFY(cached);
+    QCOMPARE(cached->body, QByteArray("second"));
+    QVERIFY(cached->fetchedAt == now + minutes(10));
+    QCOMPARE(store->cachedAnswer(8, items)->body, QByteArray("other user"));
+    QVERIFY(!store->cachedAnswer(7, QStringLiteral("api/task/4/comments")));
+}
+
+QTEST_GUILESS_MAIN(TestOfflineStore)
+#include "tst_offlinestore.moc"
