@@ -233,6 +233,31 @@ void NetworkManager::sendRaw(const Router &route, std::function<void(const RawRe
     });
 }
 
+void NetworkManager::send(const Router &route, const QObject *context,
+                          std::function<void(const Result<RouteAnswer> &)> completion)
+{
+    const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
+    withFreshSession(
+        [this, route, guard, completion] {
+            sendRaw(route, [guard, completion](const RawReply &reply) {
+                if (!guard)
+                    return;
+                RouteAnswer answer;
+                if (reply.transportError) {
+                    debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
+                } else {
+                    answer.status = reply.status;
+                    answer.body = ContentEncoding::decode(reply.body, reply.contentEncoding).value_or(QByteArray());
+                }
+                completion(Result<RouteAnswer>::success(std::move(answer)));
+            });
+        },
+        [guard, completion](ManagerErrors error) {
+            if (guard)
+                completion(Result<RouteAnswer>::failure(error));
+        });
+}
+
 void NetworkManager::downloadImage(const QString &path, bool isThumb, const QObject *context,
                                    const std::function<void(const Result<QImage, DownloadError> &)> &completion)
 {

@@ -70,6 +70,19 @@ public:
     void request(const Router &route, ApiQueue &queue, const QObject *context, std::function<Prepared(T &&)> prepare,
                  Completion<Prepared> completion);
 
+    // An answer as it arrived: the HTTP status (none when the transfer itself
+    // failed or the answer is not HTTP) and the inflated body, whatever the status.
+    struct RouteAnswer
+    {
+        std::optional<int> status;
+        QByteArray body;
+    };
+    // Sends a route with the same session and token handling as request(), for
+    // callers that tell a refusal (4xx, with the server's reason in the body) from
+    // a failure worth retrying. Fails only without a session or when the token
+    // cannot be regenerated.
+    void send(const Router &route, const QObject *context, std::function<void(const Result<RouteAnswer> &)> completion);
+
     // Fetches a picture through getFile.
     void downloadImage(const QString &path, bool isThumb, const QObject *context,
                        const std::function<void(const Result<QImage, DownloadError> &)> &completion);

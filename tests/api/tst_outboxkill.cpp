@@ -1,0 +1,265 @@
+// Kills a process that writes and sends results at random points, again and
+// again, and checks that the outbox and the loopback server end up with every
+// result it said was saved, and every comment once.
+
+#include "api/outboxsender.h"
+#include "api/sessionstore.h"
+#include "api/sqliteofflinestore.h"
+#include "host/ravelinnavvcdelegate.h"
+#include "outboxserver.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSettings>
+#include <QTest>
+
+#include <cstdio>
+
+using namespace ravelin;
+using namespace std::chrono;
+
+namespace {
+
+constexpr qint64 user = 7;
+constexpr int runs = 100;
+constexpr int resultsPerRun = 4;
+constexpr int killWindowMs = 150; // a kill comes this long after start-up at most
+
+void say(const QString &line)
+{
+    std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
+    std::fflush(stdout);
+}
+
+// The host of the child: stores pictures on the loopback server.
+class UploadingHost
+    : public NetworkManagerDelegate
+    , public RavelinNavVCDelegate
+{
+public:
+    UploadingHost(QNetworkAccessManager *network, QString baseUrl)
+        : m_network(network)
+        , m_baseUrl(std::move(baseUrl))
+    { }
+    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<UploadingHost *>(this); }
+    void didSwipe(bool) override { }
+    void sessionExpired() override { }
+    void uploadImage(const QImage &, const QString &fileName, UploadCompletion completion) override
+    {
+        say(QStringLiteral("upload ") + fileName);
+        QNetworkRequest request(QUrl(QStringLiteral("https://%1/upload/%2").arg(m_baseUrl, fileName)));
+        QNetworkReply *reply = m_network->put(request, QByteArray("jpeg"));
+        QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] { reply->ignoreSslErrors(); });
+        QObject::connect(reply, &QNetworkReply::finished, reply, [reply, fileName, completion] {
+            reply->deleteLater();
+            const bool ok = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
+            say(QStringLiteral("uploaded ") + fileName);
+            completion(ok, QStringLiteral("uploads/") + fileName);
+        });
+    }
+
+private:
+    QNetworkAccessManager *m_network;
+    QString m_baseUrl;
+};
+
+// The status id of a result names it on the server: results are told apart by it.
+OutboxEntry makeResult(int run, int i, TimePoint now, QByteArray &picture)
+{
+    const QString key = QStringLiteral("r%1-%2").arg(run).arg(i);
+    const qint64 task = 1 + i % 3;
+    const qint64 statusId = 1000 + run * resultsPerRun + i;
+    picture.clear();
+    switch ((run + i) % 4) {
+    case 0: return OutboxEntry::taskStatus(user, task, statusId, now);
+    case 1: {
+        ItemsUpdatePayload payload;
+        payload.taskId = task;
+        payload.updaterUserId = user;
+        payload.items = {ItemPayload{statusId, 1, key, std::nullopt}};
+        picture = "jpeg";
+        return OutboxEntry::itemsUpdate(payload, now);
+    }
+    case 2:
+        picture = "jpeg";
+        return OutboxEntry::comment(TaskCommentPayload(key, task, user, std::nullopt, false, std::nullopt, now));
+    default:
+        return OutboxEntry::block(TaskCommentPayload(key, task, user, std::nullopt, true, std::nullopt, now), statusId);
+    }
+}
+
+QImage smallPicture()
+{
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    return image;
+}
+
+// The child: writes its results a few milliseconds apart while it sends; says
+// "saved <key>" once a result has committed, and "done" when all is sent.
+int runChild(const QStringList &args)
+{
+    const QString folder = args.at(2);
+    const QString baseUrl = args.at(3);
+    const int run = args.at(4).toInt();
+    const int count = args.at(5).toInt();
+
+    QSettings settings(QDir(folder).filePath(QStringLiteral("session.ini")), QSettings::IniFormat);
+    SessionStore session(&settings);
+    session.store(APIData{baseUrl, QStringLiteral("tok"), toDateTime(system_clock::now() - seconds(60))});
+    QNetworkAccessManager network;
+    NetworkManager manager(&network, &session, systemClock());
+    UploadingHost host(&network, baseUrl);
+    manager.setDelegate(&host);
+    SqliteOfflineStore store(QDir(folder).filePath(QStringLiteral("store")));
+    if (!store.isOpen())
+        return 2;
+    OutboxSender sender(&store, &manager);
+    sender.setBackoff({milliseconds(10), milliseconds(50)});
+    QObject::connect(&sender, &OutboxSender::entryChanged, [](qint64 id, OutboxEntry::State state) {
+        say(QStringLiteral("state %1 %2").arg(id).arg(OutboxEntry::stateName(state)));
+    });
+    int written = 0;
+    QObject::connect(&sender, &OutboxSender::idle, [&] {
+        if (written == count && sender.counts().waiting == 0) {
+            say(QStringLiteral("done"));
+            QCoreApplication::quit();
+        }
+    });
+    QTimer writer;
+    writer.setInterval(2);
+    QObject::connect(&writer, &QTimer::timeout, [&] {
+        if (written == count) {
+            writer.stop();
+            sender.syncNow();
+            return;
+        }
+        QByteArray picture;
+        OutboxEntry result = makeResult(run, written, system_clock::now(), picture);
+        const std::optional<OutboxEntry> saved
+            = picture.isEmpty() ? sender.add(result) : sender.add(result, smallPicture());
+        if (saved)
+            say(QStringLiteral("saved r%1-%2").arg(run).arg(written));
+        ++written;
+    });
+    sender.setUserId(user);
+    say(QStringLiteral("ready"));
+    writer.start();
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+class TestOutboxKill : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nothingLostNothingTwice();
+};
+
+void TestOutboxKill::nothingLostNothingTwice()
+{
+    test::TestServer server;
+    test::OutboxServer results(server);
+    QTemporaryDir dir;
+    QSet<QString> saved;
+    QMap<QString, int> killPoints;
+
+    auto startChild = [&](QProcess &child, int run, int count) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), dir.path());
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("ravelin.*.debug=false"));
+        child.setProcessEnvironment(environment);
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(
+            QCoreApplication::applicationFilePath(),
+            {QStringLiteral("--child"), dir.path(), server.baseUrl(), QString::number(run), QString::number(count)});
+        QVERIFY(child.waitForStarted(5000));
+    };
+    auto collect = [&](QProcess &child) {
+        QString last = QStringLiteral("nothing");
+        for (const QByteArray &line : child.readAllStandardOutput().split('\n')) {
+            if (line.isEmpty())
+                continue;
+            const QList<QByteArray> words = line.split(' ');
+            if (words.first() == "saved")
+                saved.insert(QString::fromUtf8(words.at(1)));
+            last = QString::fromUtf8(words.first() == "state" ? "state " + words.value(2) : words.first());
+        }
+        return last;
+    };
+
+    for (int run = 0; run < runs; ++run) {
+        QProcess child;
+        startChild(child, run, resultsPerRun);
+        QVERIFY(child.waitForReadyRead(10000));
+        QThread::msleep(QRandomGenerator::global()->bounded(killWindowMs));
+        child.kill();
+        QVERIFY(child.waitForFinished(5000));
+        ++killPoints[collect(child)];
+    }
+    QProcess last;
+    startChild(last, runs, 0);
+    QVERIFY(last.waitForFinished(20000));
+    QCOMPARE(last.exitCode(), 0);
+    QCOMPARE(collect(last), QStringLiteral("done"));
+
+    // What the server holds: every saved result, and no comment twice.
+    QMap<QString, int> comments;
+    QMap<qint64, int> statuses;
+    QMap<QString, QString> itemPictures;
+    QSet<QString> uploads;
+    for (const test::OutboxServer::Received &r : results.received()) {
+        if (r.kind == QLatin1String("comment"))
+            ++comments[r.body["text"].toString()];
+        else if (r.kind == QLatin1String("status"))
+            ++statuses[r.body["task_status_id"].toInteger()];
+        else if (r.kind == QLatin1String("items"))
+            itemPictures[r.body["items"][0]["text"].toString()] = r.body["items"][0]["media_path"].toString();
+        else
+            uploads.insert(QStringLiteral("uploads/") + r.body["name"].toString());
+    }
+    int duplicates = 0;
+    for (const QString &key : std::as_const(saved)) {
+        const int run = key.section(QLatin1Char('-'), 0, 0).mid(1).toInt();
+        const int i = key.section(QLatin1Char('-'), 1).toInt();
+        const qint64 statusId = 1000 + run * resultsPerRun + i;
+        switch ((run + i) % 4) {
+        case 0: QVERIFY2(statuses.value(statusId) >= 1, qPrintable(key)); break;
+        case 1: QVERIFY2(uploads.contains(itemPictures.value(key)), qPrintable(key)); break;
+        case 2: QVERIFY2(comments.value(key) == 1, qPrintable(key)); break;
+        default:
+            QVERIFY2(comments.value(key) == 1, qPrintable(key));
+            QVERIFY2(statuses.value(statusId) >= 1, qPrintable(key));
+        }
+        duplicates += std::max(0, statuses.value(statusId) - 1);
+    }
+    for (auto count = comments.cbegin(); count != comments.cend(); ++count)
+        QVERIFY2(count.value() == 1, qPrintable(count.key()));
+
+    SqliteOfflineStore store(dir.filePath(QStringLiteral("store")));
+    QVERIFY(store.entries(user).isEmpty());
+    QVERIFY(QDir(store.pictureFolder()).entryList(QDir::Files).isEmpty());
+    qInfo().noquote() << runs << "kills;" << saved.size() << "results saved, all on the server;" << comments.size()
+                      << "comments, each once;" << duplicates << "idempotent updates repeated; killed after:";
+    for (auto point = killPoints.cbegin(); point != killPoints.cend(); ++point)
+        qInfo().noquote() << "  " << point.key() << point.value();
+}
+
+int main(int argc, char **argv)
+{
+    if (argc >= 6 && qstrcmp(argv[1], "--child") == 0) {
+        QGuiApplication app(argc, argv);
+        return runChild(app.arguments());
+    }
+    QGuiApplication app(argc, argv);
+    TestOutboxKill test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_outboxkill.moc"
