@@ -1,4 +1,9 @@
+#include "api/apiqueue.h"
 #include "api/contentencoding.h"
+#include "api/settings.h"
+#include "support/apiharness.h"
+#include "support/gzipstreams.h"
+#include "support/logcapture.h"
 
 #include <QTest>
 
@@ -24,6 +29,24 @@ QByteArray compressed(const QByteArray &text, int windowBits)
     return out;
 }
 
+// A gzip member whose trailer claims another inflated size (4 GiB - 1).
+QByteArray withLyingTrailer(QByteArray gzip)
+{
+    gzip.replace(gzip.size() - 4, 4, QByteArray(4, '\xff'));
+    return gzip;
+}
+
+// Bytes flipped in the middle of the compressed data.
+QByteArray corrupted(QByteArray gzip)
+{
+    for (qsizetype i = gzip.size() / 2; i < gzip.size() / 2 + 16; ++i)
+        gzip[i] = char(~gzip.at(i));
+    return gzip;
+}
+
+const QByteArray settingsBody
+    = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
+
 } // namespace
 
 class TestContentEncoding : public QObject
@@ -33,6 +56,8 @@ class TestContentEncoding : public QObject
 private slots:
     void decodes_data();
     void decodes();
+    void answerThroughNetworkManager_data();
+    void answerThroughNetworkManager();
 };
 
 void TestContentEncoding::decodes_data()
@@ -46,21 +71,24 @@ void TestContentEncoding::decodes_data()
 
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QByteArray>("encoding");
-    QTest::addColumn<qsizetype>("limit");
+    QTest::addColumn<qsizetype>("limit"); // 0: the limit for the body's size
     QTest::addColumn<QByteArray>("expected"); // empty: refused
 
-    const qsizetype noLimit = ContentEncoding::maximumInflatedSize;
-    QTest::newRow("plain") << small << QByteArray() << noLimit << small;
-    QTest::newRow("identity") << small << QByteArray("identity") << noLimit << small;
-    QTest::newRow("gzip, large") << compressed(large, 31) << QByteArray("gzip") << noLimit << large;
-    QTest::newRow("gzip, any case") << compressed(small, 31) << QByteArray(" GZip ") << noLimit << small;
-    QTest::newRow("deflate as zlib") << compressed(large, 15) << QByteArray("deflate") << noLimit << large;
-    QTest::newRow("deflate raw") << compressed(small, -15) << QByteArray("deflate") << noLimit << small;
-    QTest::newRow("cut off") << compressed(large, 31).left(500) << QByteArray("gzip") << noLimit << QByteArray();
-    QTest::newRow("not compressed at all") << small << QByteArray("gzip") << noLimit << QByteArray();
-    QTest::newRow("unknown encoding") << small << QByteArray("br") << noLimit << QByteArray();
-    QTest::newRow("inflates past the limit")
+    QTest::newRow("plain") << small << QByteArray() << qsizetype(0) << small;
+    QTest::newRow("identity") << small << QByteArray("identity") << qsizetype(0) << small;
+    QTest::newRow("gzip, large") << compressed(large, 31) << QByteArray("gzip") << qsizetype(0) << large;
+    QTest::newRow("gzip, any case") << compressed(small, 31) << QByteArray(" GZip ") << qsizetype(0) << small;
+    QTest::newRow("deflate as zlib") << compressed(large, 15) << QByteArray("deflate") << qsizetype(0) << large;
+    QTest::newRow("deflate raw") << compressed(small, -15) << QByteArray("deflate") << qsizetype(0) << small;
+    QTest::newRow("cut off") << compressed(large, 31).left(500) << QByteArray("gzip") << qsizetype(0) << QByteArray();
+    QTest::newRow("not compressed at all") << small << QByteArray("gzip") << qsizetype(0) << QByteArray();
+    QTest::newRow("unknown encoding") << small << QByteArray("br") << qsizetype(0) << QByteArray();
+    QTest::newRow("inflates past the given limit")
         << compressed(large, 31) << QByteArray("gzip") << qsizetype(64 * 1024) << QByteArray();
+    QTest::newRow("trailer claims 4 GiB")
+        << withLyingTrailer(compressed(small, 31)) << QByteArray("gzip") << qsizetype(0) << QByteArray();
+    QTest::newRow("bomb, 64 MiB from 64 KB")
+        << test::gzipBomb(64) << QByteArray("gzip") << qsizetype(0) << QByteArray();
 }
 
 void TestContentEncoding::decodes()
@@ -69,7 +97,8 @@ void TestContentEncoding::decodes()
     QFETCH(QByteArray, encoding);
     QFETCH(qsizetype, limit);
     QFETCH(QByteArray, expected);
-    const std::optional<QByteArray> decoded = ContentEncoding::decode(body, encoding, limit);
+    const std::optional<QByteArray> decoded
+        = limit ? ContentEncoding::decode(body, encoding, limit) : ContentEncoding::decode(body, encoding);
     QCOMPARE(decoded.has_value(), !expected.isEmpty());
     if (!decoded)
         return;
@@ -77,6 +106,53 @@ void TestContentEncoding::decodes()
     // Inflated bodies leave room for the JSON reader to read ahead.
     if (!encoding.trimmed().isEmpty() && encoding != "identity")
         QVERIFY(decoded->capacity() - decoded->size() >= ContentEncoding::readPadding);
+}
+
+// Compressed answers end to end: the loopback server sends the body with its
+// Content-Encoding, the network manager inflates and decodes it on the api queue.
+void TestContentEncoding::answerThroughNetworkManager_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<bool>("decoded"); // else invalidParsing, and why in the log
+
+    const QByteArray gzip = test::gzip(settingsBody);
+    QTest::newRow("gzip") << gzip << QByteArray("gzip") << true;
+    QTest::newRow("compressed by the server") << settingsBody << QByteArray() << true;
+    QTest::newRow("corrupt stream") << corrupted(test::gzip(settingsBody.repeated(50))) << QByteArray("gzip") << false;
+    QTest::newRow("cut-off stream") << gzip.left(gzip.size() / 2) << QByteArray("gzip") << false;
+    QTest::newRow("bomb, 1 GiB from 1 MB") << test::gzipBomb(1024) << QByteArray("gzip") << false;
+}
+
+void TestContentEncoding::answerThroughNetworkManager()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QByteArray, encoding);
+    QFETCH(bool, decoded);
+
+    test::ApiHarness api;
+    // A body sent as it is goes as JSON, which the server compresses itself.
+    api.server.on("GET", QStringLiteral("/api/settings-constants"),
+                  test::CannedResponse{200, body, encoding.isEmpty() ? "application/json" : "application/octet-stream",
+                                       encoding});
+    test::LogCapture log;
+    std::optional<Result<SettingsAndConstantsResponse>> result;
+    api.manager.request<SettingsAndConstantsResponse>(
+        Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+        [&result](const Result<SettingsAndConstantsResponse> &answer) { result = answer; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), 30000);
+
+    QCOMPARE(result->isSuccess(), decoded);
+    QVERIFY(api.server.requests().constFirst().header("Accept-Encoding").contains("gzip"));
+    if (decoded) {
+        QCOMPARE(result->value().data.taskCategory.constFirst().name, QStringLiteral("Pumps"));
+        return;
+    }
+    QCOMPARE(result->error(), ManagerErrors(ManagerErrors::Kind::invalidParsing));
+    QCOMPARE(log.linesStartingWith(QStringLiteral("Could not translate the data to the requested type. Reason: "
+                                                  "the answer does not inflate as gzip"))
+                 .size(),
+             1);
 }
 
 QTEST_GUILESS_MAIN(TestContentEncoding)

@@ -86,6 +86,8 @@ struct TestServer::Private
         response.status = answer.status;
         response.set_content(answer.body.constData(), static_cast<size_t>(answer.body.size()),
                              answer.contentType.toStdString());
+        if (!answer.contentEncoding.isEmpty())
+            response.set_header("Content-Encoding", answer.contentEncoding.toStdString());
     }
 
     // Called with the mutex held.
@@ -130,6 +132,11 @@ quint16 TestServer::port() const
 QString TestServer::baseUrl() const
 {
     return d->server->baseUrl();
+}
+
+QByteArray TestServer::certificatePem() const
+{
+    return d->server->certificatePem();
 }
 
 void TestServer::on(const QByteArray &method, const QString &path, CannedResponse response)

@@ -32,6 +32,11 @@ struct CannedResponse
     int status = 200;
     QByteArray body;
     QByteArray contentType = "application/json";
+    // Sent as the Content-Encoding with the body as it is (already encoded).
+    // The server compresses JSON and text answers itself for a client that
+    // accepts gzip, so a hand-encoded body goes with another type
+    // ("application/octet-stream").
+    QByteArray contentEncoding = {};
 };
 
 // A real HTTPS server on 127.0.0.1 with an ephemeral port and a certificate
@@ -52,6 +57,8 @@ public:
     [[nodiscard]] quint16 port() const;
     // "127.0.0.1:<port>", no scheme.
     [[nodiscard]] QString baseUrl() const;
+    // The server's certificate (PEM), made for this server.
+    [[nodiscard]] QByteArray certificatePem() const;
 
     // Answer requests whose method and path (without query) match exactly; a
     // later registration for the same method and path replaces the earlier one.
