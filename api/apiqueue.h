@@ -4,11 +4,20 @@
 #include <QThreadPool>
 
 #include <functional>
+#include <memory>
+
+class QObject;
 
 namespace ravelin {
 
 // A serial queue: work items run one after another on one worker thread, in the
 // order they were added. Answers are decoded here before they reach the main thread.
+//
+// The queue's hand-overs (work into the queue, results back to the main thread,
+// the end of the work to waitForDone()) are ordered by Qt's thread pool and
+// event loop. Under ThreadSanitizer, which does not see inside Qt, each of them
+// is also announced to the sanitizer, so that it checks the library's own
+// accesses against the order they really have.
 class ApiQueue
 {
 public:
@@ -25,9 +34,18 @@ public:
     // Blocks until every queued item has run (for shutdown and tests).
     void waitForDone();
 
+    // Runs `work` on the main thread, from its event loop, after everything the
+    // calling thread did before the call. Work given while there is no
+    // application (or after it is gone) never runs.
+    static void deliverToMainThread(std::function<void()> work);
+
 private:
+    class Job;
+
     QString m_label;
     QThreadPool m_pool;
+    // Receives the deliveries on the main thread.
+    std::unique_ptr<QObject> m_inbox;
 };
 
 } // namespace ravelin

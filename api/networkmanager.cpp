@@ -8,7 +8,6 @@
 #include "comments/taskcommentpayload.h"
 #include "host/ravelinnavvcdelegate.h"
 
-#include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QRandomGenerator>
 #include <QTimer>
@@ -22,16 +21,10 @@ namespace {
 // Runs `work` on the main thread unless the guarded object is gone by then.
 void deliverOnMainThread(const QPointer<QObject> &guard, std::function<void()> work)
 {
-    QCoreApplication *app = QCoreApplication::instance();
-    if (!app)
-        return;
-    QMetaObject::invokeMethod(
-        app,
-        [guard, work = std::move(work)] {
-            if (guard)
-                work();
-        },
-        Qt::QueuedConnection);
+    ApiQueue::deliverToMainThread([guard, work = std::move(work)] {
+        if (guard)
+            work();
+    });
 }
 
 void logUninflatable(const QByteArray &encoding)

@@ -11,6 +11,19 @@ if(RAVELIN_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+# ThreadSanitizer (build-tsan, scripts/tsan): the library's own code and the
+# tests instrumented; Qt is not, so what Qt orders internally is announced by the
+# library where it hands work between threads (api/apiqueue.cpp), and reports
+# inside Qt alone are suppressed (scripts/tsan.supp).
+option(RAVELIN_TSAN "Build everything with ThreadSanitizer" OFF)
+if(RAVELIN_TSAN)
+    if(RAVELIN_SANITIZE)
+        message(FATAL_ERROR "RAVELIN_TSAN and RAVELIN_SANITIZE cannot be combined")
+    endif()
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+endif()
+
 # Precompiled Qt headers for a target (RAVELIN_PRECOMPILED_HEADERS): the headers
 # most sources include, not whole modules (a module-sized header costs more to
 # load in every translation unit than it saves).

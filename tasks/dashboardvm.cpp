@@ -8,8 +8,6 @@
 #include "tasks/tasksresponse.h"
 #include "tasks/tasksupdateresponse.h"
 
-#include <QCoreApplication>
-
 #include <vector>
 
 namespace ravelin {
@@ -157,13 +155,10 @@ void DashboardVM::invalidateSections()
     const QPointer<DashboardVM> self(this);
     ApiQueue::shared().async([self, generation, sort, tasks = m_taskList.tasks, statuses = std::move(statuses)] {
         auto arranged = std::make_shared<ArrangedTasks>(arrange(tasks, sort, statuses));
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [self, generation, arranged] {
-                if (self && generation == self->m_generation)
-                    self->publish(std::move(*arranged));
-            },
-            Qt::QueuedConnection);
+        ApiQueue::deliverToMainThread([self, generation, arranged] {
+            if (self && generation == self->m_generation)
+                self->publish(std::move(*arranged));
+        });
     });
 }
 
