@@ -205,11 +205,11 @@ void NetworkManager::sendRaw(const Router &route, std::function<void(const RawRe
     // Asked for here, compressed answers are left to the api queue to inflate.
     QNetworkRequest compressed = request.request;
     compressed.setRawHeader("Accept-Encoding", ContentEncoding::accepted.toByteArray());
+    m_trustPolicy.prepare(compressed);
     QNetworkReply *reply = m_network->sendCustomRequest(compressed, request.method, request.body);
     m_replies.append(reply);
-    // Every certificate the server presents is accepted.
-    connect(reply, &QNetworkReply::sslErrors, reply, [reply](const QList<QSslError> &) { reply->ignoreSslErrors(); });
-    connect(reply, &QNetworkReply::finished, this, [this, reply, handler = std::move(handler)] {
+    m_trustPolicy.watch(reply);
+    connect(reply, &QNetworkReply::finished, this, [this, reply, policy = m_trustPolicy, handler = std::move(handler)] {
         m_replies.removeAll(reply);
         reply->deleteLater();
         RawReply raw;
@@ -219,6 +219,13 @@ void NetworkManager::sendRaw(const Router &route, std::function<void(const RawRe
         if (isTransportError(*reply, raw.status))
             raw.transportError = reply->error();
         raw.errorString = reply->errorString();
+        // A server the trust policy refuses is a transport failure, whatever it answered.
+        if (const std::optional<QString> refused = policy.refusal(*reply)) {
+            raw.transportError = QNetworkReply::SslHandshakeFailedError;
+            raw.errorString = *refused;
+            handler(raw);
+            return;
+        }
         if (reply->isOpen()) // an aborted transfer (time-out) has nothing left to read
             raw.body = reply->readAll();
         raw.contentEncoding = reply->rawHeader("Content-Encoding");

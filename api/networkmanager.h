@@ -10,6 +10,7 @@
 #include "api/networkmanagerdelegate.h"
 #include "api/result.h"
 #include "api/router.h"
+#include "api/trustpolicy.h"
 
 #include <QImage>
 #include <QNetworkReply>
@@ -35,7 +36,8 @@ class SessionStore;
 // completion on the main thread. A completion is tied to a context object: when
 // the context is gone before the answer arrives, the completion is not called.
 //
-// The server's certificate is not verified: every certificate is accepted.
+// The server's certificate is checked as the trust policy says; by default
+// every certificate is accepted.
 class NetworkManager : public QObject
 {
     Q_OBJECT
@@ -58,6 +60,11 @@ public:
     // is given up as a transport error (default: the routes' 60 s time-out).
     [[nodiscard]] std::chrono::milliseconds transferTimeout() const { return m_transferTimeout; }
     void setTransferTimeout(std::chrono::milliseconds timeout) { m_transferTimeout = timeout; }
+
+    // Which server certificates are accepted (default: any). Applies to the
+    // requests sent from then on.
+    [[nodiscard]] const TrustPolicy &trustPolicy() const { return m_trustPolicy; }
+    void setTrustPolicy(TrustPolicy policy) { m_trustPolicy = std::move(policy); }
 
     // Sends a route and decodes the answer as T (T::decode(const json::Value &)).
     template<class T>
@@ -138,6 +145,7 @@ private:
     SessionStore *m_store = nullptr;
     Clock m_clock;
     std::chrono::milliseconds m_transferTimeout = std::chrono::seconds(Router::requestTimeoutSeconds);
+    TrustPolicy m_trustPolicy;
     GuardedPointer<NetworkManagerDelegate> m_delegate;
     QList<QPointer<QNetworkReply>> m_replies;
 };

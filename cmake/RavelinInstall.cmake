@@ -19,6 +19,7 @@ set(RAVELIN_PUBLIC_HEADERS
     api/guardedtarget.h
     api/json.h
     api/networkmanagerdelegate.h
+    api/trustpolicy.h
     host/cameraframesource.h
     host/camerapermission.h
     host/hapticfeedback.h

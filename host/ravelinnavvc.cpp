@@ -92,6 +92,7 @@ void RavelinNavVC::viewDidLoad()
 
     // Held by this host until the dashboard's view model takes it over below.
     auto *manager = new NetworkManager(m_environment.network, m_store.get(), m_environment.clock, this);
+    manager->setTrustPolicy(m_environment.trustPolicy);
     m_networkManager = manager;
     fetchSettings();
 

@@ -3,6 +3,7 @@
 #include "api/clock.h"
 #include "api/guardedpointer.h"
 #include "api/networkmanagerdelegate.h"
+#include "api/trustpolicy.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "tasks/dashboardvcdelegate.h"
 
@@ -76,6 +77,8 @@ public:
         HapticFeedback *hapticFeedback = nullptr;
         // Makes the scanner's picture feed; the device's camera when unset.
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
+        // Which server certificates the library accepts; any when unset.
+        TrustPolicy trustPolicy = {};
     };
 
     // The root screen is a new dashboard unless one is given.

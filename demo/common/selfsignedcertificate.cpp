@@ -4,6 +4,7 @@
 #include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
+#include <openssl/sha.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
@@ -59,7 +60,8 @@ QByteArray readAll(BIO *bio)
 
 } // namespace
 
-SelfSignedCertificate SelfSignedCertificate::create(std::chrono::system_clock::time_point now)
+SelfSignedCertificate SelfSignedCertificate::create(std::chrono::system_clock::time_point now,
+                                                    const QByteArray &commonName)
 {
     std::unique_ptr<EVP_PKEY, PKeyFree> key(EVP_EC_gen("P-256"));
     if (!key)
@@ -86,8 +88,8 @@ SelfSignedCertificate SelfSignedCertificate::create(std::chrono::system_clock::t
         fail("cannot set the validity");
 
     X509_NAME *name = X509_get_subject_name(certificate.get());
-    const auto *commonName = reinterpret_cast<const unsigned char *>("127.0.0.1");
-    if (X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, commonName, -1, -1, 0) != 1
+    const auto *common = reinterpret_cast<const unsigned char *>(commonName.constData());
+    if (X509_NAME_add_entry_by_txt(name, "CN", MBSTRING_ASC, common, int(commonName.size()), -1, 0) != 1
         || X509_set_issuer_name(certificate.get(), name) != 1)
         fail("cannot set the names");
     if (X509_set_pubkey(certificate.get(), key.get()) != 1)
@@ -154,6 +156,20 @@ QByteArray SelfSignedCertificate::privateKeyPem() const
     if (!bio || PEM_write_bio_PrivateKey(bio.get(), m_privateKey, nullptr, nullptr, 0, nullptr, nullptr) != 1)
         return {};
     return readAll(bio.get());
+}
+
+QByteArray SelfSignedCertificate::publicKeySha256() const
+{
+    if (!m_privateKey)
+        return {};
+    unsigned char *info = nullptr;
+    const int size = i2d_PUBKEY(m_privateKey, &info);
+    if (size <= 0)
+        return {};
+    QByteArray digest(SHA256_DIGEST_LENGTH, Qt::Uninitialized);
+    SHA256(info, static_cast<size_t>(size), reinterpret_cast<unsigned char *>(digest.data()));
+    OPENSSL_free(info);
+    return digest;
 }
 
 } // namespace ravelin

@@ -1,0 +1,144 @@
+#include "api/apiqueue.h"
+#include "api/settings.h"
+#include "api/trustpolicy.h"
+#include "demo/common/selfsignedcertificate.h"
+#include "support/apiharness.h"
+#include "support/logcapture.h"
+
+#include <QBuffer>
+#include <QTest>
+
+using namespace ravelin;
+
+namespace {
+
+enum class Trust { any, systemStore, serverCertificate, otherCertificate, bothCertificates, serverKey, otherKey };
+enum class Call { request, download };
+
+const QByteArray settingsBody = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})";
+
+QByteArray pictureBytes()
+{
+    QImage picture(16, 8, QImage::Format_RGB32);
+    picture.fill(Qt::darkCyan);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return png;
+}
+
+QSslCertificate certificateOf(const QByteArray &pem)
+{
+    return QSslCertificate(pem, QSsl::Pem);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Trust)
+Q_DECLARE_METATYPE(Call)
+
+// The loopback server presents a certificate made for it; a second one, made
+// by the test, stands for any other server's.
+class TestTrustPolicy : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void publicKeyDigestIsTheStandardPin();
+    void serverChecked_data();
+    void serverChecked();
+
+private:
+    std::optional<SelfSignedCertificate> m_other;
+};
+
+void TestTrustPolicy::initTestCase()
+{
+    // Of another subject: OpenSSL looks an authority up by its name.
+    m_other = SelfSignedCertificate::create(std::chrono::system_clock::now(), "Another authority");
+}
+
+// The pin a host computes with OpenSSL (SHA-256 of the SubjectPublicKeyInfo).
+void TestTrustPolicy::publicKeyDigestIsTheStandardPin()
+{
+    const QByteArray pin = TrustPolicy::publicKeyDigest(certificateOf(m_other->certificatePem()));
+    QCOMPARE(pin.size(), 32);
+    QCOMPARE(pin, m_other->publicKeySha256());
+}
+
+void TestTrustPolicy::serverChecked_data()
+{
+    QTest::addColumn<Trust>("trust");
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<bool>("accepted");
+
+    QTest::newRow("any certificate") << Trust::any << Call::request << true;
+    QTest::newRow("system trust store") << Trust::systemStore << Call::request << false;
+    QTest::newRow("the server's certificate") << Trust::serverCertificate << Call::request << true;
+    QTest::newRow("another certificate") << Trust::otherCertificate << Call::request << false;
+    QTest::newRow("either certificate") << Trust::bothCertificates << Call::request << true;
+    QTest::newRow("the server's key pinned") << Trust::serverKey << Call::request << true;
+    QTest::newRow("another key pinned") << Trust::otherKey << Call::request << false;
+    QTest::newRow("picture, the server's certificate") << Trust::serverCertificate << Call::download << true;
+    QTest::newRow("picture, another certificate") << Trust::otherCertificate << Call::download << false;
+    QTest::newRow("picture, another key pinned") << Trust::otherKey << Call::download << false;
+}
+
+void TestTrustPolicy::serverChecked()
+{
+    QFETCH(Trust, trust);
+    QFETCH(Call, call);
+    QFETCH(bool, accepted);
+
+    test::ApiHarness api;
+    api.server.on("GET", QStringLiteral("/api/settings-constants"), test::CannedResponse{200, settingsBody});
+    api.server.on("GET", QStringLiteral("/files/p/a.png"), test::CannedResponse{200, pictureBytes(), "image/png"});
+    const QSslCertificate server = certificateOf(api.server.certificatePem());
+    const QSslCertificate other = certificateOf(m_other->certificatePem());
+    const std::map<Trust, TrustPolicy> policies{
+        {Trust::any, TrustPolicy()},
+        {Trust::systemStore, TrustPolicy::systemTrustStore()},
+        {Trust::serverCertificate, TrustPolicy::certificateAuthorities({server})},
+        {Trust::otherCertificate, TrustPolicy::certificateAuthorities({other})},
+        {Trust::bothCertificates, TrustPolicy::certificateAuthorities({other, server})},
+        {Trust::serverKey, TrustPolicy::pinnedPublicKeys({TrustPolicy::publicKeyDigest(server)})},
+        {Trust::otherKey, TrustPolicy::pinnedPublicKeys({TrustPolicy::publicKeyDigest(other)})},
+    };
+    api.manager.setTrustPolicy(policies.at(trust));
+    test::LogCapture log;
+
+    int calls = 0;
+    bool succeeded = false;
+    std::optional<ManagerErrors> error;
+    if (call == Call::request) {
+        api.manager.request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+                                                          [&](const Result<SettingsAndConstantsResponse> &result) {
+                                                              ++calls;
+                                                              succeeded = result.isSuccess();
+                                                              if (!succeeded)
+                                                                  error = result.error();
+                                                          });
+    } else {
+        api.manager.downloadImage(
+            QStringLiteral("p/a.png"), false, this, [&](const Result<QImage, DownloadError> &result) {
+                ++calls;
+                succeeded = result.isSuccess();
+                // A refused server is a transport error, passed on as it is.
+                if (!succeeded)
+                    error = result.error().managerError().value_or(ManagerErrors(ManagerErrors::Kind::apiRouteError));
+            });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(calls, 1, 30000);
+
+    QCOMPARE(succeeded, accepted);
+    QCOMPARE(api.server.requestCount(), accepted ? 1 : 0);
+    if (accepted)
+        return;
+    QCOMPARE(*error, ManagerErrors(ManagerErrors::Kind::apiRouteError));
+    QCOMPARE(log.linesStartingWith(QStringLiteral("ERROR FOR REQUEST ")).size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestTrustPolicy)
+#include "tst_trustpolicy.moc"
