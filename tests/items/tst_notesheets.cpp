@@ -7,6 +7,7 @@
 #include "support/apiharness.h"
 #include "views/textviewwithplaceholder.h"
 
+#include <QFocusEvent>
 #include <QTest>
 
 using namespace ravelin;
@@ -84,6 +85,9 @@ void TestNoteSheets::oneRequestForADoubleTap()
         screen.reset(action);
     }
     screen->loadViewIfNeeded();
+    // The worker taps into the note (the placeholder goes) and writes.
+    QFocusEvent focusIn(QEvent::FocusIn);
+    QCoreApplication::sendEvent(screen->noteField(), &focusIn);
     screen->noteField()->setText(QStringLiteral("Valve seized"));
 
     tap();
