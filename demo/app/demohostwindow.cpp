@@ -134,6 +134,7 @@ void DemoHostWindow::startSession(qint64 userId, const QMap<qint64, QStringList>
     environment.clock = m_environment.clock;
     environment.imagePicker = m_environment.imagePicker;
     environment.cameraFrameSource = m_environment.cameraFrameSource;
+    environment.trustPolicy = m_environment.trustPolicy;
     if (!environment.cameraFrameSource) {
         // The scanner looks at a wall with the sticker of an open checkpoint of the task on screen.
         environment.cameraFrameSource

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/clock.h"
+#include "api/trustpolicy.h"
 #include "demo/app/hostsetup.h"
 #include "host/ravelinnavvcdelegate.h"
 
@@ -56,6 +57,8 @@ public:
         ImagePicker *imagePicker = nullptr;
         // What the library's QR scanner sees; the demo camera when unset.
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
+        // Which server certificates the library accepts; any when unset.
+        TrustPolicy trustPolicy = {};
     };
 
     // The signed-in session as the host has it.

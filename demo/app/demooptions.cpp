@@ -98,6 +98,11 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
                 return Parsed::failure(
                     QStringLiteral("--language takes a language code such as de, not \"%1\"").arg(*value));
             options.language = *value;
+        } else if (isOption(argument, QStringLiteral("--ca-certificate"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--ca-certificate"), error);
+            if (!value || value->isEmpty())
+                return Parsed::failure(error.isEmpty() ? QStringLiteral("--ca-certificate needs a file") : error);
+            options.caCertificateFile = *value;
         } else if (isOption(argument, QStringLiteral("--api-host"))) {
             const auto value = valueOf(arguments, i, QStringLiteral("--api-host"), error);
             if (!value)
@@ -145,6 +150,7 @@ QString DemoOptions::usage()
 {
     return QStringLiteral("Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
                           "                    [--language L] [--api-host HOST:PORT --token T --user-id N]\n"
+                          "                    [--ca-certificate FILE]\n"
                           "\n"
                           "Runs the Ravelin task client inside a demo host application.\n"
                           "\n"
@@ -168,6 +174,11 @@ QString DemoOptions::usage()
                           "                       the demo server; no sign-in request is made.\n"
                           "  --token T            The bearer token for --api-host.\n"
                           "  --user-id N          The signed-in user for --api-host.\n"
+                          "  --ca-certificate FILE\n"
+                          "                       Lets the library trust only the certificates in FILE\n"
+                          "                       (PEM), as a deployment that checks its server does:\n"
+                          "                       the one ravelin-demo-server --write-certificate wrote.\n"
+                          "                       Without it any certificate is accepted.\n"
                           "  -h, --help           Shows this text.\n");
 }
 

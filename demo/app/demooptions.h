@@ -11,7 +11,7 @@ namespace ravelin {
 
 // The demo host's command line:
 //   ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F] [--language L]
-//                [--api-host HOST:PORT --token T --user-id N]
+//                [--api-host HOST:PORT --token T --user-id N] [--ca-certificate FILE]
 // Without a display (no DISPLAY and no WAYLAND_DISPLAY, or the offscreen
 // platform) the tour runs even when it was not asked for.
 struct DemoOptions
@@ -46,6 +46,9 @@ struct DemoOptions
     qreal textScale = 1.0;
     // --language: the language code of the library's texts (empty: the system's).
     QString language;
+    // --ca-certificate: a PEM file whose certificates are the only ones the
+    // library trusts (empty: it accepts any certificate).
+    QString caCertificateFile;
 
     // `arguments` without the program name.
     [[nodiscard]] static Result<DemoOptions, QString> parse(const QStringList &arguments, const Display &display);

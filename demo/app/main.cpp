@@ -22,6 +22,7 @@
 #include <QFile>
 #include <QNetworkAccessManager>
 #include <QSettings>
+#include <QSslCertificate>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -66,6 +67,20 @@ HostSetup presetSetup(const DemoOptions &options)
         {options.userId, name, QStringLiteral("people_01"), QStringLiteral("Token from the command line")});
     setup.preset = HostSetup::Preset{options.userId, options.token};
     return setup;
+}
+
+// --ca-certificate: only the certificates in the file are trusted.
+Result<TrustPolicy, QString> trustedCertificates(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return Result<TrustPolicy, QString>::failure(
+            QStringLiteral("--ca-certificate: cannot read %1: %2").arg(path, file.errorString()));
+    const QList<QSslCertificate> certificates = QSslCertificate::fromData(file.readAll(), QSsl::Pem);
+    if (certificates.isEmpty())
+        return Result<TrustPolicy, QString>::failure(
+            QStringLiteral("--ca-certificate: %1 holds no PEM certificate").arg(path));
+    return Result<TrustPolicy, QString>::success(TrustPolicy::certificateAuthorities(certificates));
 }
 
 // The process's peak resident memory in MiB (Linux), or nothing.
@@ -177,10 +192,17 @@ int main(int argc, char *argv[])
 
     // The headless tour has no camera and no one to choose a file: it takes drawn pictures.
     ScenePicker scenePicker;
-    DemoHostWindow window(setup,
-                          DemoHostWindow::Environment{userDefaults.get(), &network,
-                                                      &NotificationCenter::defaultCenter(), systemClock(),
-                                                      tour ? &scenePicker : nullptr});
+    DemoHostWindow::Environment environment{userDefaults.get(), &network, &NotificationCenter::defaultCenter(),
+                                            systemClock(), tour ? &scenePicker : nullptr};
+    if (!options.caCertificateFile.isEmpty()) {
+        const auto policy = trustedCertificates(options.caCertificateFile);
+        if (!policy.isSuccess()) {
+            std::fprintf(stderr, "%s\n", qPrintable(policy.error()));
+            return 2;
+        }
+        environment.trustPolicy = policy.value();
+    }
+    DemoHostWindow window(setup, std::move(environment));
     if (loadOnly) {
         window.show();
         window.signIn(setup.preset ? setup.preset->userId : setup.workers.constFirst().id);

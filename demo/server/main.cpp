@@ -5,6 +5,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QSaveFile>
 
 #include <cstdio>
 
@@ -25,6 +26,12 @@ int main(int argc, char *argv[])
         QStringLiteral("Tasks per field worker: a deployment at scale (default: the seeded ten)."), QStringLiteral("N"),
         QStringLiteral("0"));
     parser.addOption(tasksOption);
+    const QCommandLineOption certificateOption(
+        QStringLiteral("write-certificate"),
+        QStringLiteral("Writes the server's certificate (PEM) to FILE once it listens, for a host that checks it "
+                       "(ravelin-demo --ca-certificate FILE)."),
+        QStringLiteral("FILE"));
+    parser.addOption(certificateOption);
     parser.process(app);
 
     bool valid = false;
@@ -45,6 +52,14 @@ int main(int argc, char *argv[])
     if (!server.start(static_cast<quint16>(port))) {
         std::fprintf(stderr, "Could not listen on 127.0.0.1:%u\n", port);
         return 1;
+    }
+    if (parser.isSet(certificateOption)) {
+        QSaveFile file(parser.value(certificateOption));
+        if (!file.open(QIODevice::WriteOnly) || file.write(server.certificatePem()) < 0 || !file.commit()) {
+            std::fprintf(stderr, "Could not write the certificate to %s: %s\n",
+                         qPrintable(parser.value(certificateOption)), qPrintable(file.errorString()));
+            return 1;
+        }
     }
     std::printf("Ravelin demo server listening on https://%s\n", qPrintable(server.baseUrl()));
     std::fflush(stdout);
