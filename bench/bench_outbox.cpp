@@ -1,0 +1,187 @@
+// The outbox's cost: writing one result (its picture file synced and renamed,
+// its row committed with WAL and synchronous FULL) and draining a queue of 500
+// results with pictures against a loopback HTTPS server, pictures uploaded first.
+
+#include "api/outboxsender.h"
+#include "api/sessionstore.h"
+#include "api/sqliteofflinestore.h"
+#include "demo/common/loopbackserver.h"
+#include "host/ravelinnavvcdelegate.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <httplib.h>
+
+#include <atomic>
+
+using namespace ravelin;
+using namespace std::chrono;
+
+namespace {
+
+constexpr qint64 user = 7;
+
+// A 640x480 photo as the camera's JPEG (about 20 KB).
+const QByteArray &photoBytes()
+{
+    static const QByteArray bytes = [] {
+        QImage image(640, 480, QImage::Format_RGB32);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, y, qRgb((x * 7 + y) % 256, (y * 3) % 256, (x ^ y) % 256));
+        }
+        QByteArray jpeg;
+        QBuffer buffer(&jpeg);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, "JPEG", 85);
+        return jpeg;
+    }();
+    return bytes;
+}
+
+OutboxEntry itemResult(qint64 task, qint64 item)
+{
+    ItemsUpdatePayload payload;
+    payload.taskId = task;
+    payload.updaterUserId = user;
+    payload.items = {ItemPayload{item, 1, QStringLiteral("Checked, gauge at 4 bar"), std::nullopt}};
+    return OutboxEntry::itemsUpdate(payload, system_clock::now());
+}
+
+OutboxEntry commentResult(qint64 task, int n)
+{
+    return OutboxEntry::comment(TaskCommentPayload(QStringLiteral("Round note %1").arg(n), task, user, std::nullopt,
+                                                   false, std::nullopt, system_clock::now()));
+}
+
+void writeResult(benchmark::State &state, int kind)
+{
+    QTemporaryDir dir;
+    SqliteOfflineStore store(dir.path());
+    qint64 n = 0;
+    for (auto _ : state) {
+        ++n;
+        std::optional<OutboxEntry> saved;
+        switch (kind) {
+        case 0: saved = store.add(OutboxEntry::taskStatus(user, 1 + n % 20, 3, system_clock::now()), {}); break;
+        case 1: saved = store.add(itemResult(1 + n % 20, n), photoBytes()); break;
+        default: saved = store.add(commentResult(1 + n % 20, int(n)), photoBytes()); break;
+        }
+        if (!saved)
+            state.SkipWithError("the result was not written");
+    }
+}
+
+// The host: stores pictures on the loopback server, as a host's upload would.
+class UploadingHost
+    : public NetworkManagerDelegate
+    , public RavelinNavVCDelegate
+{
+public:
+    UploadingHost(QNetworkAccessManager *network, QString baseUrl)
+        : m_network(network)
+        , m_baseUrl(std::move(baseUrl))
+    { }
+    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<UploadingHost *>(this); }
+    void didSwipe(bool) override { }
+    void sessionExpired() override { }
+    void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override
+    {
+        QByteArray jpeg;
+        QBuffer buffer(&jpeg);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, "JPEG", 85);
+        QNetworkReply *reply = m_network->put(
+            QNetworkRequest(QUrl(QStringLiteral("https://%1/upload/%2").arg(m_baseUrl, fileName))), jpeg);
+        QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] { reply->ignoreSslErrors(); });
+        QObject::connect(reply, &QNetworkReply::finished, reply, [reply, fileName, completion] {
+            reply->deleteLater();
+            const bool ok = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
+            completion(ok, QStringLiteral("uploads/") + fileName);
+        });
+    }
+
+private:
+    QNetworkAccessManager *m_network;
+    QString m_baseUrl;
+};
+
+void drainQueue(benchmark::State &state)
+{
+    const int results = int(state.range(0));
+    std::atomic<int> requests = 0;
+    LoopbackServer server(SelfSignedCertificate::create(), [&requests](const httplib::Request &, httplib::Response &r) {
+        ++requests;
+        r.status = 200;
+        r.set_content(R"({"success":true,"data":true})", "application/json");
+    });
+    if (!server.start()) {
+        state.SkipWithError("no loopback server");
+        return;
+    }
+    for (auto _ : state) {
+        state.PauseTiming();
+        QTemporaryDir dir;
+        QSettings settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat);
+        SessionStore session(&settings);
+        session.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(system_clock::now() - seconds(60))});
+        QNetworkAccessManager network;
+        NetworkManager manager(&network, &session, systemClock());
+        UploadingHost host(&network, server.baseUrl());
+        manager.setDelegate(&host);
+        SqliteOfflineStore store(dir.filePath(QStringLiteral("store")));
+        OutboxSender sender(&store, &manager);
+        // Half item results, half comments, on 25 tasks, every one with a picture.
+        for (int i = 0; i < results; ++i) {
+            const qint64 task = 1 + i % 25;
+            if (!sender.add(i % 2 ? commentResult(task, i) : itemResult(task, i), photoBytes()))
+                state.SkipWithError("the result was not written");
+        }
+        requests = 0;
+        QEventLoop loop;
+        QObject::connect(&sender, &OutboxSender::idle, &loop, [&] {
+            if (sender.counts().waiting == 0)
+                loop.quit();
+        });
+        QTimer::singleShot(minutes(2), &loop, &QEventLoop::quit);
+        state.ResumeTiming();
+
+        sender.setUserId(user);
+        loop.exec();
+
+        state.PauseTiming();
+        if (sender.counts().waiting != 0)
+            state.SkipWithError("the queue did not drain");
+        state.counters["requests"] = double(requests);
+        state.ResumeTiming();
+    }
+    state.counters["results/s"]
+        = benchmark::Counter(double(results) * double(state.iterations()), benchmark::Counter::kIsRate);
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(writeResult, task_status, 0)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(writeResult, item_with_picture, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(writeResult, comment_with_picture, 2)->Unit(benchmark::kMillisecond);
+BENCHMARK(drainQueue)->Arg(500)->Iterations(2)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+int main(int argc, char **argv)
+{
+    QGuiApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
