@@ -166,7 +166,7 @@ void CommentsVC::fetched(bool success)
     m_scrollArea->endRefreshing();
     if (!success) {
         updateEmptyMessage();
-        AlertPresenter::presentTransient(this, failureTitle(), QString(), AlertPresenter::longDelay);
+        AlertPresenter::presentTransient(this, failureTitle(), QString(), delays().longAlert);
         return;
     }
     m_model->reload();
@@ -225,7 +225,7 @@ void CommentsVC::pictureTapped(int row)
 void CommentsVC::commentCellDidTapImage(const std::optional<QImage> &image)
 {
     if (!image) {
-        AlertPresenter::presentTransient(this, failureTitle(), QString(), AlertPresenter::longDelay);
+        AlertPresenter::presentTransient(this, failureTitle(), QString(), delays().longAlert);
         return;
     }
     performSegue(showImageVC, *image);

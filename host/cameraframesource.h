@@ -23,6 +23,8 @@ public:
 signals:
     // A new picture, on the main thread.
     void frameArrived(const QImage &frame);
+    // The camera could not be opened or stopped delivering; the feed has stopped.
+    void inputFailed(const QString &description);
 };
 
 } // namespace ravelin

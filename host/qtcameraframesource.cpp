@@ -25,7 +25,7 @@ QCameraDevice QtCameraFrameSource::backCamera()
         if (camera.position() == QCameraDevice::BackFace)
             return camera;
     }
-    return cameras.isEmpty() ? QCameraDevice() : QMediaDevices::defaultVideoInput();
+    return {};
 }
 
 bool QtCameraFrameSource::isAvailable() const
@@ -43,6 +43,12 @@ void QtCameraFrameSource::start()
         m_sink = std::make_unique<QVideoSink>();
         m_session->setCamera(m_camera.get());
         m_session->setVideoSink(m_sink.get());
+        connect(m_camera.get(), &QCamera::errorOccurred, this, [this](QCamera::Error error, const QString &text) {
+            if (error == QCamera::NoError)
+                return;
+            m_camera->stop();
+            emit inputFailed(text.isEmpty() ? QStringLiteral("camera error %1").arg(int(error)) : text);
+        });
         connect(m_sink.get(), &QVideoSink::videoFrameChanged, this, [this](const QVideoFrame &frame) {
             if (isRunning() && frame.isValid())
                 emit frameArrived(frame.toImage());

@@ -12,8 +12,9 @@ class QVideoSink;
 
 namespace ravelin {
 
-// The device's camera through Qt Multimedia: the back camera where there is
-// one, else the default camera; frames come from a video sink.
+// The device's back camera through Qt Multimedia, frames from a video sink.
+// Without a camera facing back there is nothing to start: a front or external
+// camera is never taken in its place.
 class QtCameraFrameSource : public CameraFrameSource
 {
     Q_OBJECT
@@ -22,8 +23,8 @@ public:
     explicit QtCameraFrameSource(QObject *parent = nullptr);
     ~QtCameraFrameSource() override;
 
-    // The camera a scanner uses: the first facing back, else the default one;
-    // a null device when there is none.
+    // The camera a scanner uses: the first facing back; a null device when
+    // there is none.
     [[nodiscard]] static QCameraDevice backCamera();
 
     [[nodiscard]] bool isAvailable() const override;

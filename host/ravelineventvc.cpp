@@ -48,7 +48,7 @@ std::shared_ptr<TaskUpdateEvent> RavelinEventVC::eventFrom(const QVariant &objec
 void RavelinEventVC::presentEventAlert(const TaskUpdateEvent &event, std::function<void()> completion)
 {
     const auto message = event.getAlertMessage();
-    AlertPresenter::presentEventAlert(this, message.title, message.subtitle, message.body, eventAlertDelay,
+    AlertPresenter::presentEventAlert(this, message.title, message.subtitle, message.body, delays().eventAlert,
                                       std::move(completion));
 }
 

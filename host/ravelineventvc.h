@@ -18,8 +18,6 @@ class RavelinEventVC : public Screen
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::milliseconds eventAlertDelay{1000};
-
     explicit RavelinEventVC(QWidget *parent = nullptr);
 
     // The task this screen shows, if it shows one.
@@ -39,7 +37,7 @@ public:
 protected:
     // The event carried by a notification object, if it carries one.
     [[nodiscard]] static std::shared_ptr<TaskUpdateEvent> eventFrom(const QVariant &object);
-    // Shows the event alert for a second, then runs the completion.
+    // Shows the event alert for the environment's event delay, then runs the completion.
     void presentEventAlert(const TaskUpdateEvent &event, std::function<void()> completion);
 
 private:

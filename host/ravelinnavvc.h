@@ -4,6 +4,7 @@
 #include "api/guardedpointer.h"
 #include "api/networkmanagerdelegate.h"
 #include "api/trustpolicy.h"
+#include "host/delays.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "tasks/dashboardvcdelegate.h"
 
@@ -79,6 +80,8 @@ public:
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
         // Which server certificates the library accepts; any when unset.
         TrustPolicy trustPolicy = {};
+        // The alerts' and the scanner's waits.
+        Delays delays = {};
     };
 
     // The root screen is a new dashboard unless one is given.

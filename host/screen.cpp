@@ -55,6 +55,11 @@ void Screen::setNavigationHost(RavelinNavVC *host)
     m_navigationHost = host;
 }
 
+Delays Screen::delays() const
+{
+    return m_navigationHost ? m_navigationHost->environment().delays : Delays{};
+}
+
 void Screen::performSegue(const QString &identifier, const std::any &sender)
 {
     Screen *destination = makeDestination(identifier);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/delays.h"
+
 #include <QAction>
 #include <QList>
 #include <QPointer>
@@ -42,6 +44,8 @@ public:
     // The navigation host whose stack (or presentation) shows this screen.
     [[nodiscard]] RavelinNavVC *navigationHost() const;
     void setNavigationHost(RavelinNavVC *host);
+    // The waits of the navigation host's environment (the standard ones without a host).
+    [[nodiscard]] Delays delays() const;
 
     // Follows a named transition: the destination is made by makeDestination(),
     // handed to prepare() with the sender, then pushed (or presented when

@@ -87,7 +87,7 @@ void BlockTaskVC::block()
             self->m_sending = false;
             self->m_blockButton->setEnabled(true);
             AlertPresenter::presentTransient(self, ItemsTexts::blockFailureTitle(), QString(),
-                                             AlertPresenter::shortDelay);
+                                             self->delays().shortAlert);
             return;
         }
         const GuardedDelegate<BlockTaskVCDelegate> delegate = self->m_delegate;

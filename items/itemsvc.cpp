@@ -25,6 +25,7 @@
 #include "views/roundedview.h"
 #include "views/segmentedcontrol.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QAction>
 #include <QGridLayout>
@@ -90,6 +91,7 @@ QPushButton *makeTextButton(const QString &title, const QString &name, QWidget *
     button->setFocusPolicy(Qt::TabFocus);
     button->setCursor(Qt::PointingHandCursor);
     button->setFlat(true);
+    button->setMinimumHeight(TouchTarget::minimumSide);
     const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
     button->setStyleSheet(
         QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
@@ -334,8 +336,7 @@ void ItemsVC::reloadItems()
             return;
         self->m_scrollArea->endRefreshing();
         if (!success) {
-            AlertPresenter::presentTransient(self, ItemsTexts::loadFailureTitle(), QString(),
-                                             AlertPresenter::longDelay);
+            AlertPresenter::presentTransient(self, ItemsTexts::loadFailureTitle(), QString(), self->delays().longAlert);
             return;
         }
         self->m_singleSelection.reset();
@@ -406,7 +407,7 @@ void ItemsVC::finishMultipleSelection()
         return;
     }
     AlertPresenter::presentTransient(this, ItemsTexts::noItemsSelectedTitle(), ItemsTexts::noItemsSelectedMessage,
-                                     AlertPresenter::shortDelay, [self = QPointer<ItemsVC>(this)] {
+                                     delays().shortAlert, [self = QPointer<ItemsVC>(this)] {
                                          if (self)
                                              self->setMultipleSelection(false);
                                      });
@@ -453,9 +454,15 @@ void ItemsVC::didScanCode(const std::optional<QString> &code)
         }
         if (match.title || match.message)
             AlertPresenter::presentTransient(self, match.title.value_or(QString()), match.message.value_or(QString()),
-                                             AlertPresenter::longDelay);
+                                             self->delays().shortAlert);
     });
 }
+            // A code read while choosing several items opens its item on its
+            // own: the choice so far is let go, as "done" with it would.
+            if (self->isMultipleSelection()) {
+                self->requireViewModel().clearSelection();
+                self->setMultipleSelection(false);
+            }
 
 void ItemsVC::showItemAction(const QList<ItemPtr> &items)
 {
@@ -466,7 +473,7 @@ void ItemsVC::completeTask()
 {
     const TaskPtr task = requireViewModel().task();
     const ItemsAlert alert = ItemsTexts::taskCompleted(task->name);
-    AlertPresenter::presentTransient(this, alert.title, alert.message, AlertPresenter::shortDelay,
+    AlertPresenter::presentTransient(this, alert.title, alert.message, delays().shortAlert,
                                      [self = QPointer<ItemsVC>(this), task] {
                                          if (self && self->m_delegate)
                                              self->m_delegate->didChangeTaskStatus(TaskStatus::complete, task->id);
@@ -485,18 +492,17 @@ void ItemsVC::didUpdateItemStatus(bool success)
     Alert alert;
     alert.title = result.title;
     alert.attributedMessage = result.attributedMessage;
-    AlertPresenter::presentTransient(this, std::move(alert), AlertPresenter::longDelay,
-                                     [self = QPointer<ItemsVC>(this)] {
-                                         if (self)
-                                             self->pullToRefresh();
-                                     });
+    AlertPresenter::presentTransient(this, std::move(alert), delays().longAlert, [self = QPointer<ItemsVC>(this)] {
+        if (self)
+            self->pullToRefresh();
+    });
 }
 
 void ItemsVC::didBlockTask()
 {
     const TaskPtr task = requireViewModel().task();
     const ItemsAlert alert = ItemsTexts::taskBlocked(task->name);
-    AlertPresenter::presentTransient(this, alert.title, alert.message, AlertPresenter::shortDelay,
+    AlertPresenter::presentTransient(this, alert.title, alert.message, delays().shortAlert,
                                      [self = QPointer<ItemsVC>(this), task] {
                                          if (self && self->m_delegate)
                                              self->m_delegate->didChangeTaskStatus(TaskStatus::blocked, task->id);

@@ -10,6 +10,7 @@
 #include "items/qrframedecoder.h"
 #include "items/qrpreviewview.h"
 #include "views/alertpresenter.h"
+#include "views/touchtarget.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -85,6 +86,7 @@ void QRScannerVC::buildViews()
     m_photoButton = new QPushButton(ItemsTexts::scanFromPhoto(), m_instructionsView);
     m_photoButton->setObjectName(QStringLiteral("scanFromPhotoButton"));
     m_photoButton->setCursor(Qt::PointingHandCursor);
+    m_photoButton->setMinimumHeight(TouchTarget::minimumSide);
     m_photoButton->setStyleSheet(
         QStringLiteral("QPushButton { color: white; background: transparent; border: 1px solid white;"
                        " border-radius: 6px; padding: 8px 16px; }"
@@ -150,6 +152,8 @@ bool QRScannerVC::configure()
     }
     connect(m_frameSource.get(), &CameraFrameSource::frameArrived, this, &QRScannerVC::frameArrived,
             Qt::UniqueConnection);
+    connect(m_frameSource.get(), &CameraFrameSource::inputFailed, this, &QRScannerVC::inputFailed,
+            Qt::UniqueConnection);
     m_preview->show();
     m_preview->lower();
     m_qrCodeFrameView->show();
@@ -176,6 +180,17 @@ void QRScannerVC::frameArrived(const QImage &frame)
     m_preview->setFrame(frame);
     // Frames that come while one is being read are shown but not read.
     m_decoder->submit(frame);
+}
+
+void QRScannerVC::inputFailed(const QString &description)
+{
+    debugLog(lcItems, QStringLiteral("The camera input failed:"), description);
+    if (m_state != State::configured && m_state != State::running)
+        return;
+    m_frameSource->stop();
+    collapseOutline();
+    removePreview();
+    m_state = State::idle;
 }
 
 void QRScannerVC::metadataOutput(const QList<QrDetection> &codes, const QSize &frameSize)
@@ -231,7 +246,7 @@ void QRScannerVC::found(const QString &code)
         m_frameSource->stop();
     if (RavelinNavVC *host = navigationHost())
         host->hapticFeedback()->vibrate();
-    QTimer::singleShot(handOverDelay, this, [this, code] {
+    QTimer::singleShot(delays().scannerHandOver, this, [this, code] {
         collapseOutline();
         removePreview();
         m_state = State::handedOver;

@@ -7,7 +7,6 @@
 
 #include <QPointer>
 
-#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -23,9 +22,10 @@ class QrPreviewView;
 
 // The camera screen that reads the QR code of a checkpoint: asks for camera
 // permission, shows the back camera's picture, outlines the QR code in view,
-// and on the first code read vibrates once and, a second later, closes and
-// hands the text to its delegate. Where there is no usable camera a code can
-// be read from a picked photo instead.
+// and on the first code read vibrates once and, after the hand-over delay (a
+// second), closes and hands the text to its delegate. Without a back camera,
+// or when the camera fails, it says so in the log and stays without a picture;
+// a code can then be read from a picked photo instead.
 class QRScannerVC : public Screen
 {
     Q_OBJECT
@@ -35,8 +35,6 @@ public:
     // stopped) -> handedOver.
     enum class State { idle, configured, running, detected, handedOver };
     Q_ENUM(State)
-
-    static constexpr std::chrono::milliseconds handOverDelay{1000};
 
     explicit QRScannerVC(QWidget *parent = nullptr);
     ~QRScannerVC() override;
@@ -73,6 +71,7 @@ private:
     bool configure();
     void startRunning();
     void frameArrived(const QImage &frame);
+    void inputFailed(const QString &description);
     void metadataOutput(const QList<QrDetection> &codes, const QSize &frameSize);
     void photoRead(const QList<QrDetection> &codes);
     void found(const QString &code);

@@ -336,7 +336,7 @@ void DashboardVC::openTaskItems(const TaskPtr &task)
             return;
         }
         AlertPresenter::presentTransient(self, DashboardTexts::itemsLoadingTitle(),
-                                         DashboardTexts::itemsLoadingMessage(), AlertPresenter::shortDelay);
+                                         DashboardTexts::itemsLoadingMessage(), self->delays().shortAlert);
     });
 }
 

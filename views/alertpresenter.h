@@ -18,9 +18,6 @@ class AlertView;
 class AlertPresenter
 {
 public:
-    static constexpr std::chrono::milliseconds shortDelay{1000};
-    static constexpr std::chrono::milliseconds longDelay{2000};
-
     // An alert with buttons over the host's window.
     static AlertView *present(QWidget *host, Alert alert);
 

@@ -61,6 +61,11 @@ public:
         if (m_running)
             emit frameArrived(frame);
     }
+    void fail(const QString &description)
+    {
+        m_running = false;
+        emit inputFailed(description);
+    }
 
 private:
     bool m_available = true;
@@ -118,6 +123,7 @@ private slots:
     void scannedCodeFindsItsItem();
     void closingStopsTheCamera_data();
     void closingStopsTheCamera();
+    void cameraFailureIsLogged();
     void photoFallback_data();
     void photoFallback();
 
@@ -135,6 +141,7 @@ private:
     TestHaptics m_haptics;
     TestPicker m_picker;
     bool m_cameraAvailable = true;
+    std::chrono::milliseconds m_handOver{0};
     QPointer<TestFrameSource> m_camera;
     std::unique_ptr<RavelinNavVC> m_host;
 };
@@ -156,6 +163,7 @@ void TestQRScannerVC::init()
     m_haptics = TestHaptics();
     m_picker = TestPicker();
     m_cameraAvailable = true;
+    m_handOver = std::chrono::milliseconds(0);
 }
 
 void TestQRScannerVC::cleanup()
@@ -171,6 +179,9 @@ QRScannerVC *TestQRScannerVC::openScanner()
     environment.imagePicker = &m_picker;
     environment.cameraPermission = &m_permission;
     environment.hapticFeedback = &m_haptics;
+    // The hand-over as the test wants it; alerts stay up while the test reads them.
+    environment.delays = Delays::uniform(std::chrono::minutes(1));
+    environment.delays.scannerHandOver = m_handOver;
     environment.cameraFrameSource = [this] {
         auto source = std::make_unique<TestFrameSource>(m_cameraAvailable);
         m_camera = source.get();
@@ -323,17 +334,20 @@ void TestQRScannerVC::scannedCodeFindsItsItem_data()
 {
     QTest::addColumn<std::optional<QString>>("code");
     QTest::addColumn<ItemStatus>("filter");
+    QTest::addColumn<bool>("choosingSeveral");
     QTest::addColumn<QString>("opens");
     QTest::addColumn<QStringList>("alert");
     const QString notFound = QStringLiteral("Cannot find item matching the scanned QR");
-    QTest::newRow("open item") << std::optional<QString>("CP-2") << ItemStatus::all << "Seal" << QStringList{};
-    QTest::newRow("completed item") << std::optional<QString>("CP-3") << ItemStatus::all << ""
+    const auto code = [](const char *text) { return std::optional<QString>(QString::fromLatin1(text)); };
+    QTest::newRow("open item") << code("CP-2") << ItemStatus::all << false << "Seal" << QStringList{};
+    // Choosing several is let go of, and the scanned item opens on its own.
+    QTest::newRow("open item, choosing several") << code("CP-2") << ItemStatus::all << true << "Seal" << QStringList{};
+    QTest::newRow("completed item") << code("CP-3") << ItemStatus::all << false << ""
                                     << QStringList{"Item Detected", "Item `Valve` already marked as `Completed`."};
-    QTest::newRow("unknown code") << std::optional<QString>("CP-9") << ItemStatus::all << ""
+    QTest::newRow("unknown code") << code("CP-9") << ItemStatus::all << false << ""
                                   << QStringList{"No Item Detected", notFound};
-    QTest::newRow("item hidden by the filter")
-        << std::optional<QString>("CP-2") << ItemStatus::ok << "" << QStringList{};
-    QTest::newRow("no text") << std::optional<QString>() << ItemStatus::all << ""
+    QTest::newRow("item hidden by the filter") << code("CP-2") << ItemStatus::ok << false << "" << QStringList{};
+    QTest::newRow("no text") << std::optional<QString>() << ItemStatus::all << false << ""
                              << QStringList{"Invalid Code", notFound};
 }
 
@@ -341,12 +355,17 @@ void TestQRScannerVC::scannedCodeFindsItsItem()
 {
     QFETCH(std::optional<QString>, code);
     QFETCH(ItemStatus, filter);
+    QFETCH(bool, choosingSeveral);
     QFETCH(QString, opens);
     QFETCH(QStringList, alert);
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
     ItemsVC *items = itemsScreen();
     items->filterChanged(ItemStatuses::segmentIndex(filter));
+    if (choosingSeveral) {
+        items->setMultipleSelection(true);
+        items->viewModel()->select(items->viewModel()->task()->itemList.items.at(0), true);
+    }
     QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     if (code) {
         QVERIFY(feed(scanner, QrSymbol::scene(hd, {{*code, middle}})));
@@ -362,6 +381,8 @@ void TestQRScannerVC::scannedCodeFindsItsItem()
         QCOMPARE(action->viewModel()->items().size(), 1);
         QCOMPARE(action->viewModel()->items().first()->name, opens);
         QVERIFY(action->completeButton()->isEnabled());
+        QVERIFY(!items->isMultipleSelection());
+        QCOMPARE(items->viewModel()->selectedItems().size(), 1);
         return;
     }
     QVERIFY(!m_host->presentedScreen());
@@ -380,6 +401,8 @@ void TestQRScannerVC::closingStopsTheCamera_data()
 void TestQRScannerVC::closingStopsTheCamera()
 {
     QFETCH(bool, codeFound);
+    // A hand-over that would come long after the screen is closed.
+    m_handOver = std::chrono::minutes(1);
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
     QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
@@ -388,12 +411,24 @@ void TestQRScannerVC::closingStopsTheCamera()
     const QPointer<QRScannerVC> watched(scanner);
     m_host->pop();
     QVERIFY(!m_camera->isRunning());
-    QTRY_VERIFY_WITH_TIMEOUT(!watched, timeoutMs);
     // Nothing is handed over once the screen is gone.
-    QTest::qWait(int(QRScannerVC::handOverDelay.count()) + 200);
+    QTRY_VERIFY_WITH_TIMEOUT(!watched, timeoutMs);
     QVERIFY(!m_host->presentedScreen());
     QCOMPARE(m_host->topScreen(), itemsScreen());
     QCOMPARE(m_haptics.vibrations, codeFound ? 1 : 0);
+}
+
+void TestQRScannerVC::cameraFailureIsLogged()
+{
+    LogCapture log;
+    QRScannerVC *scanner = openScanner();
+    QVERIFY(scanner);
+    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
+    m_camera->fail(QStringLiteral("device lost"));
+    QCOMPARE(log.linesStartingWith(QStringLiteral("The camera input failed: device lost")).size(), 1);
+    QCOMPARE(scanner->state(), QRScannerVC::State::idle);
+    QVERIFY(scanner->videoPreviewLayer()->isHidden());
+    QVERIFY(scanner->scanFromPhotoButton()->isVisible());
 }
 
 void TestQRScannerVC::photoFallback_data()
@@ -421,10 +456,14 @@ void TestQRScannerVC::photoFallback()
     auto *decoder = scanner->findChild<QrFrameDecoder *>(QStringLiteral("photoDecoder"));
     QSignalSpy read(decoder, &QrFrameDecoder::decoded);
     scanner->scanFromPhotoButton()->click();
-    if (photo)
+    if (photo) {
         QVERIFY(read.wait(timeoutMs));
-    else
-        QTest::qWait(50);
+    } else {
+        // The picker answers on the next turn of the event loop; this comes after it.
+        bool answered = false;
+        QTimer::singleShot(0, [&answered] { answered = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(answered, timeoutMs);
+    }
     if (opens.isEmpty()) {
         QCOMPARE(shownAlert(scanner), alert);
         QCOMPARE(m_host->topScreen(), scanner);
