@@ -68,8 +68,6 @@ private slots:
     void missingInputsStop_data();
     void missingInputsStop();
     void rootMustBeTheDashboard();
-    void eventForAnotherTaskIsIgnored();
-    void eventForShownTaskReturnsToDashboard_data();
     void eventForShownTaskReturnsToDashboard();
     void emergencyColoursTheBar();
 
@@ -233,43 +231,23 @@ void TestRavelinNavVC::rootMustBeTheDashboard()
     QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, host.loadViewIfNeeded());
 }
 
-void TestRavelinNavVC::eventForAnotherTaskIsIgnored()
-{
-    auto host = makeHost();
-    host->show();
-    auto *screen = new TaskScreen(8);
-    host->push(screen);
-    m_center.post(NotificationNames::taskEvent, eventObject(7, TaskUpdateEventType::kDeleted));
-    QVERIFY(!AlertPresenter::visibleAlert(host.get()));
-    QTest::qWait(1300);
-    QCOMPARE(host->topScreen(), screen);
-}
-
-void TestRavelinNavVC::eventForShownTaskReturnsToDashboard_data()
-{
-    QTest::addColumn<TaskUpdateEventType>("type");
-    QTest::addColumn<QString>("body");
-    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << "Task deleted.";
-    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << "Task unassigned from you.";
-    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << "Task newly assigned to you.";
-    QTest::newRow("type never set") << TaskUpdateEventType::kNone << "Task .";
-}
-
 void TestRavelinNavVC::eventForShownTaskReturnsToDashboard()
 {
-    QFETCH(TaskUpdateEventType, type);
-    QFETCH(QString, body);
+    // The texts of each kind of event are checked in tst_taskupdateevent.
     auto host = makeHost();
     host->show();
     host->push(new TaskScreen(7));
     host->push(new TaskScreen(7));
     QCOMPARE(host->screens().size(), 3);
 
-    m_center.post(NotificationNames::taskEvent, eventObject(7, type));
+    // An event about another task is ignored.
+    m_center.post(NotificationNames::taskEvent, eventObject(8, TaskUpdateEventType::kDeleted));
+    QVERIFY(!AlertPresenter::visibleAlert(host.get()));
+
+    m_center.post(NotificationNames::taskEvent, eventObject(7, TaskUpdateEventType::kUnassigned));
     AlertView *alert = AlertPresenter::visibleAlert(host.get());
     QVERIFY(alert);
-    QCOMPARE(alert->title(), QStringLiteral("Task Event Update"));
-    QCOMPARE(alert->message(), QStringLiteral("Pump station 7\n") + body);
+    QCOMPARE(alert->message(), QStringLiteral("Pump station 7\nTask unassigned from you."));
     QVERIFY(alert->actionTitles().isEmpty());
     QTRY_COMPARE_WITH_TIMEOUT(host->screens().size(), 1, timeoutMs);
     QCOMPARE(host->topScreen(), static_cast<Screen *>(host->dashboard()));

@@ -87,9 +87,8 @@ void TestItemActionVM::updateBody_data()
     QTest::addColumn<ItemStatus>("status");
     QTest::addColumn<QString>("note");
     QTest::addColumn<bool>("withPicture");
+    // The wire form of notes and of several items: tst_itemsupdatepayload.
     QTest::newRow("complete one, no note, no picture") << QList<qint64>{11} << ItemStatus::ok << "" << false;
-    QTest::newRow("report three with a note") << QList<qint64>{13, 11, 12} << ItemStatus::nok << "Cracked" << false;
-    QTest::newRow("complete one with a picture") << QList<qint64>{11} << ItemStatus::ok << "" << true;
     QTest::newRow("report two with note and picture") << QList<qint64>{12, 11} << ItemStatus::nok << "Leak" << true;
 }
 

@@ -44,7 +44,6 @@ private slots:
     void chartsKeepTheirSlicesAndCentreText();
     void progressIsClampedAndCentred_data();
     void progressIsClampedAndCentred();
-    void chartFontIsLightAtSizeNine();
     void drawsSlicesClockwiseFromTwelveOnAClearBackground();
     void progressRingFillsFromTwelve();
 };
@@ -124,14 +123,6 @@ void tst_PieChartView::progressIsClampedAndCentred()
     QCOMPARE(chart.kind(), PieChartView::Kind::taskProgress);
     QCOMPARE(chart.percentage(), shown);
     QCOMPARE(chart.centerText(), QString::number(shown) + QStringLiteral("%\nProgress"));
-}
-
-void tst_PieChartView::chartFontIsLightAtSizeNine()
-{
-    const QFont font = ChartPainter::font();
-    QCOMPARE(font.pointSize(), 9);
-    QCOMPARE(font.families().constFirst(), QStringLiteral("HelveticaNeue-Light"));
-    QCOMPARE(font.weight(), QFont::Light);
 }
 
 void tst_PieChartView::drawsSlicesClockwiseFromTwelveOnAClearBackground()

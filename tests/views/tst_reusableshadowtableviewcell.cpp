@@ -1,6 +1,5 @@
 #include "views/reusableshadowtableviewcell.h"
 
-#include "resources/namedcolors.h"
 #include "support/shots.h"
 #include "views/cardshadow.h"
 
@@ -38,10 +37,6 @@ private slots:
 void tst_ReusableShadowTableViewCell::shortCellIsFittedToTheMinimumHeight()
 {
     ReusableShadowTableViewCell cell;
-    QCOMPARE(cell.minHeight(), 100.0);
-    QCOMPARE(cell.cornerRadius(), 10.0);
-    QCOMPARE(cell.color(), NamedColors::color(ColorNames::viewBackground, QColor(Qt::white)));
-
     cell.resize(320, 60);
     QCOMPARE(cell.fittedHeight(), 100);
     QCOMPARE(cell.heightForWidth(320), 100);

@@ -1,6 +1,5 @@
 #include "views/roundedview.h"
 
-#include "resources/namedcolors.h"
 #include "support/shots.h"
 
 #include <QGraphicsDropShadowEffect>
@@ -15,23 +14,11 @@ class tst_RoundedView : public QObject
     Q_OBJECT
 
 private slots:
-    void defaults();
     void backgroundColourPaintsTheCardNotTheWidget();
     void borderIsStrokedInsideTheBounds();
     void shadowFollowsTheShadowColour();
     void settersSignalOnlyOnChange();
 };
-
-void tst_RoundedView::defaults()
-{
-    RoundedView view;
-    QCOMPARE(view.cornerRadius(), 0.0);
-    QCOMPARE(view.borderWidth(), 0.0);
-    QCOMPARE(view.borderColor(), QColor(Qt::black));
-    QCOMPARE(view.customBackgroundColor(), QColor(Qt::white));
-    QCOMPARE(view.shadowColor(), NamedColors::color(ColorNames::viewBackgroundReverted, QColor(Qt::white)));
-    QCOMPARE(view.backgroundColor().alpha(), 0);
-}
 
 void tst_RoundedView::backgroundColourPaintsTheCardNotTheWidget()
 {
@@ -69,7 +56,6 @@ void tst_RoundedView::borderIsStrokedInsideTheBounds()
     view.setBorderWidth(4);
     view.setBorderColor(Qt::blue);
     view.setBackgroundColor(Qt::white);
-    QCOMPARE(view.borderGeometry(), (RoundedBorder{QRectF(2, 2, 96, 56), 8.0, 4.0}));
 
     // The whole line lies in the outer 4 pixels.
     const QImage image = grabShot(view, QStringLiteral("roundedview-border"));
@@ -83,9 +69,6 @@ void tst_RoundedView::shadowFollowsTheShadowColour()
     RoundedView view;
     auto *effect = qobject_cast<QGraphicsDropShadowEffect *>(view.graphicsEffect());
     QVERIFY(effect != nullptr);
-    QCOMPARE(effect->offset(), QPointF(0, 0));
-    QCOMPARE(effect->blurRadius(), 2 * RoundedView::shadowRadius);
-
     view.setShadowColor(QColor(10, 20, 30));
     QCOMPARE(effect->color().rgb(), QColor(10, 20, 30).rgb());
     QCOMPARE(effect->color().alpha(), qRound(255 * RoundedView::shadowOpacity));
