@@ -31,16 +31,6 @@ void logFailure(const QString &what, const QSqlError &error)
     qCWarning(lcOffline).noquote() << what << error.text();
 }
 
-bool syncPath(const QString &path, int flags)
-{
-    const int fd = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC);
-    if (fd < 0)
-        return false;
-    const bool synced = ::fsync(fd) == 0;
-    ::close(fd);
-    return synced;
-}
-
 QVariant orNull(const std::optional<QString> &value)
 {
     return value ? QVariant(*value) : QVariant(QMetaType(QMetaType::QString));
@@ -223,6 +213,16 @@ void SqliteOfflineStore::removeUnnamedPictures()
         named.insert(query.value(0).toString());
     const QDir folder(pictureFolder());
     for (const QString &name : folder.entryList(QDir::Files | QDir::Hidden)) {
+        // A picture is synced before its rename, and the rename is not waited for:
+        // the row's commit carries it on a journalling file system. Where it was
+        // lost all the same, the synced file under its temporary name is the picture.
+        if (name.endsWith(QLatin1String(temporarySuffix))) {
+            const QString finalName = name.chopped(qsizetype(qstrlen(temporarySuffix)));
+            if (named.contains(finalName) && !folder.exists(finalName)) {
+                QFile::rename(folder.filePath(name), folder.filePath(finalName));
+                continue;
+            }
+        }
         if (!named.contains(name)) {
             qCDebug(lcOffline).noquote() << "Removing a picture no row names:" << name;
             QFile::remove(folder.filePath(name));
@@ -240,8 +240,7 @@ std::optional<QString> SqliteOfflineStore::writePicture(const QByteArray &bytes)
         return std::nullopt;
     const bool written = file.write(bytes) == bytes.size() && file.flush() && ::fsync(file.handle()) == 0;
     file.close();
-    if (!written || !QFile::rename(temporary, folder.filePath(name))
-        || !syncPath(pictureFolder(), O_RDONLY | O_DIRECTORY)) {
+    if (!written || !QFile::rename(temporary, folder.filePath(name))) {
         QFile::remove(temporary);
         QFile::remove(folder.filePath(name));
         return std::nullopt;

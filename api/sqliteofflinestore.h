@@ -16,7 +16,8 @@ namespace ravelin {
 // and foreign keys on; the schema version is PRAGMA user_version. A picture is
 // written under a temporary name, synced and renamed before the row that names
 // it commits, so a kill leaves no row without its file; files no row names are
-// removed when the store opens. No session token is ever written here.
+// removed when the store opens, and a synced picture whose rename was lost is
+// taken back under its name. No session token is ever written here.
 //
 // All work happens on the thread that made the store, on its own connection.
 class SqliteOfflineStore : public OfflineStore

@@ -62,6 +62,7 @@ private slots:
     void progressAndRefusal();
     void sentRowLeavesWithItsPicture();
     void unnamedPicturesRemovedAtOpen();
+    void lostRenameIsRecovered();
     void newerSchemaIsNotOpened();
     void cacheKeepsTheLatestPerUserAndRoute_data();
     void cacheKeepsTheLatestPerUserAndRoute();
@@ -209,6 +210,20 @@ void TestOfflineStore::unnamedPicturesRemovedAtOpen()
     }
     SqliteOfflineStore reopened(m_folder);
     QCOMPARE(QDir(pictures).entryList(QDir::Files), QStringList{named});
+}
+
+void TestOfflineStore::lostRenameIsRecovered()
+{
+    OutboxEntry saved;
+    {
+        SqliteOfflineStore store(m_folder);
+        saved = store.add(OutboxEntry::comment(commentPayload(2, QStringLiteral("x"))), QByteArray("jpeg")).value();
+        // The row committed, and the rename before it did not reach the disk.
+        const QDir pictures(store.pictureFolder());
+        QVERIFY(QFile::rename(pictures.filePath(saved.pictureFile), pictures.filePath(saved.pictureFile + ".part")));
+    }
+    SqliteOfflineStore reopened(m_folder);
+    QCOMPARE(reopened.picture(saved), QByteArray("jpeg"));
 }
 
 void TestOfflineStore::newerSchemaIsNotOpened()
