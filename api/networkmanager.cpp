@@ -27,6 +27,23 @@ void deliverOnMainThread(const QPointer<QObject> &guard, std::function<void()> w
     });
 }
 
+// The answers a screen can open from without a connection.
+bool isCachedRoute(const Router &route)
+{
+    switch (route.routeCase()) {
+    case Router::Case::getAllTasks:
+    case Router::Case::getItems:
+    case Router::Case::getTaskComments:
+    case Router::Case::getSettingsAndConstants: return true;
+    case Router::Case::updateTaskStatus:
+    case Router::Case::updateItemsStatus:
+    case Router::Case::postComment:
+    case Router::Case::getFile:
+    case Router::Case::getToken: break;
+    }
+    return false;
+}
+
 void logUninflatable(const QByteArray &encoding)
 {
     debugLog(
@@ -109,7 +126,7 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
 
     withFreshSession(
         [this, route, apiQueue, guard, decode = std::move(decode), guardedFail] {
-            sendRaw(route, [apiQueue, guard, decode, guardedFail](const RawReply &reply) {
+            sendRaw(route, [this, route, apiQueue, guard, decode, guardedFail](const RawReply &reply) {
                 if (reply.transportError) {
                     debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
                     guardedFail(ManagerErrors(ManagerErrors::Kind::apiRouteError));
@@ -128,7 +145,10 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                 // Answers are decoded on the api queue, where task decoding looks
                 // categories up in the queue's copy of the settings (the latest
                 // set or received before this answer).
-                apiQueue->async([body = reply.body, encoding = reply.contentEncoding, guard, decode, guardedFail] {
+                const AnswerObserver observer = isCachedRoute(route) ? m_answerObserver : AnswerObserver();
+                const QPointer<QObject> manager(this);
+                apiQueue->async([body = reply.body, encoding = reply.contentEncoding, guard, decode, guardedFail,
+                                 observer, route, manager] {
                     const std::optional<QByteArray> inflated = ContentEncoding::decode(body, encoding);
                     if (!inflated) {
                         logUninflatable(encoding);
@@ -136,6 +156,8 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                             guard, [guardedFail] { guardedFail(ManagerErrors(ManagerErrors::Kind::invalidParsing)); });
                         return;
                     }
+                    if (observer)
+                        deliverOnMainThread(manager, [observer, route, body = *inflated] { observer(route, body); });
                     json::Options options = decodingOptions();
                     options.taskCategories = &Settings::queueCategories();
                     deliverOnMainThread(guard, decode(*inflated, options));

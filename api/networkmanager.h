@@ -66,6 +66,12 @@ public:
     [[nodiscard]] const TrustPolicy &trustPolicy() const { return m_trustPolicy; }
     void setTrustPolicy(TrustPolicy policy) { m_trustPolicy = std::move(policy); }
 
+    // Told, on the main thread, of every successful answer to a read of the
+    // settings, the tasks, a task's items or a task's comments, as inflated bytes,
+    // before the caller's completion: the offline cache keeps them. None by default.
+    using AnswerObserver = std::function<void(const Router &route, const QByteArray &body)>;
+    void setAnswerObserver(AnswerObserver observer) { m_answerObserver = std::move(observer); }
+
     // Sends a route and decodes the answer as T (T::decode(const json::Value &)).
     template<class T>
     void request(const Router &route, ApiQueue &queue, const QObject *context, Completion<T> completion);
@@ -147,6 +153,7 @@ private:
     std::chrono::milliseconds m_transferTimeout = std::chrono::seconds(Router::requestTimeoutSeconds);
     TrustPolicy m_trustPolicy;
     GuardedPointer<NetworkManagerDelegate> m_delegate;
+    AnswerObserver m_answerObserver;
     QList<QPointer<QNetworkReply>> m_replies;
 };
 

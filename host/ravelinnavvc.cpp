@@ -4,6 +4,8 @@
 #include "api/debuglog.h"
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
+#include "api/offlinestore.h"
+#include "api/outboxsender.h"
 #include "api/sessionstore.h"
 #include "api/settings.h"
 #include "api/usersdata.h"
@@ -101,11 +103,27 @@ void RavelinNavVC::viewDidLoad()
                    "RavelinNavVC");
     UsersData users = UsersData::build(*currentUserId, *assetsList, *QRandomGenerator::global());
 
+    if (OfflineStore *offline = m_environment.offlineStore) {
+        // Answers are kept for the signed-in user, and that user's results sent.
+        const qint64 userId = *currentUserId;
+        manager->setAnswerObserver(
+            [offline, userId, clock = m_environment.clock](const Router &route, const QByteArray &body) {
+                offline->storeAnswer(userId, route.path(), body, clock());
+            });
+        m_outboxSender = new OutboxSender(offline, manager, manager);
+        m_outboxSender->setUserId(userId);
+    }
+
     auto *viewModel = new DashboardVM(manager, std::move(users), m_environment.clock);
     manager->setParent(viewModel); // the session's manager lives with the dashboard's view model
     dashboard->setViewModel(viewModel);
     manager->setDelegate(this);
     dashboard->setVcDelegate(this);
+}
+
+OutboxSender *RavelinNavVC::outboxSender() const
+{
+    return m_outboxSender;
 }
 
 void RavelinNavVC::fetchSettings()

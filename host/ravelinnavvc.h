@@ -35,6 +35,8 @@ class DashboardVC;
 class NavigationBar;
 class NetworkManager;
 class NotificationCenter;
+class OfflineStore;
+class OutboxSender;
 class Screen;
 class SessionStore;
 
@@ -82,6 +84,9 @@ public:
         TrustPolicy trustPolicy = {};
         // The alerts' and the scanner's waits.
         Delays delays = {};
+        // Where answers and unsent results are kept without a connection; none:
+        // the library works online only. Not owned; used on the main thread.
+        OfflineStore *offlineStore = nullptr;
     };
 
     // The root screen is a new dashboard unless one is given.
@@ -129,6 +134,8 @@ public:
     // A new picture feed for a scanner: the environment's, else the device's camera.
     [[nodiscard]] std::unique_ptr<CameraFrameSource> makeCameraFrameSource() const;
     [[nodiscard]] NetworkManager *networkManager() const;
+    // Sends the unsent results of the signed-in user; none without an offline store.
+    [[nodiscard]] OutboxSender *outboxSender() const;
     [[nodiscard]] const Environment &environment() const { return m_environment; }
 
     // DashboardVCDelegate: forwarded to the host application when it listens.
@@ -159,6 +166,7 @@ private:
     QPointer<Screen> m_presented;
     QPointer<QWidget> m_focusBeforePresenting;
     QPointer<NetworkManager> m_networkManager;
+    QPointer<OutboxSender> m_outboxSender;
     std::unique_ptr<ImagePicker> m_defaultImagePicker;
     std::unique_ptr<CameraPermission> m_defaultCameraPermission;
     std::unique_ptr<HapticFeedback> m_defaultHapticFeedback;

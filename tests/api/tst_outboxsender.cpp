@@ -1,4 +1,5 @@
 #include "api/outboxsender.h"
+#include "api/settings.h"
 #include "api/sqliteofflinestore.h"
 #include "outboxserver.h"
 #include "support/apiharness.h"
@@ -44,6 +45,7 @@ private slots:
     void commentIsNeverPostedTwice();
     void usersAreKeptApart();
     void noTokenIsWritten();
+    void answersAreKeptForOfflineOpening();
 
 private:
     OutboxEntry comment(qint64 taskId, const QString &text, bool incident = false) const;
@@ -340,6 +342,31 @@ void TestOutboxSender::noTokenIsWritten()
         QVERIFY(file.open(QIODevice::ReadOnly));
         QVERIFY2(!file.readAll().contains(token.toUtf8()), qPrintable(file.fileName()));
     }
+}
+
+void TestOutboxSender::answersAreKeptForOfflineOpening()
+{
+    const QByteArray settings = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})";
+    test::CannedResponse answer;
+    answer.body = settings;
+    m_api->server.on("GET", QStringLiteral("/api/settings-constants"), answer);
+    m_api->manager.setAnswerObserver([this](const Router &route, const QByteArray &body) {
+        QVERIFY(m_store->storeAnswer(user, route.path(), body, m_api->now));
+    });
+    bool answered = false;
+    m_api->manager.request<SettingsAndConstantsResponse>(
+        Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+        [&](const Result<SettingsAndConstantsResponse> &result) {
+            answered = result.isSuccess();
+            // The answer is kept before the caller sees it.
+            QVERIFY(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants")));
+        });
+    QTRY_VERIFY_WITH_TIMEOUT(answered, waitMs);
+    QCOMPARE(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants"))->body, settings);
+
+    QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 2, 3, m_api->now))); // results are not answers to keep
+    drain();
+    QVERIFY(!m_store->cachedAnswer(user, QStringLiteral("api/task/2")));
 }
 
 QTEST_MAIN(TestOutboxSender)
