@@ -33,10 +33,8 @@ void TestApiData::tokenFreshness_data()
     QTest::newRow("same instant") << qint64(0) << false;
     QTest::newRow("0.4 s truncates to 0") << qint64(400) << false;
     QTest::newRow("1 s") << qint64(1000) << true;
-    QTest::newRow("14399 s") << qint64(14399000) << true;
     QTest::newRow("14399.9 s") << qint64(14399900) << true;
     QTest::newRow("14400 s") << qint64(14400000) << false;
-    QTest::newRow("a day") << qint64(86400000) << false;
     QTest::newRow("stamped in the future") << qint64(-5000) << true;
     QTest::newRow("0.4 s in the future") << qint64(-400) << false;
 }

@@ -169,8 +169,6 @@ void TestNetworkFaults::faultyAnswer_data()
     QTest::newRow("dripped one byte at a time")
         << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
     QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
-    QTest::newRow("garbage 200") << Call::request << fault(B::answer, 200, QByteArray("\0\xff{\"succ", 8))
-                                 << "invalidParsing" << false;
     QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested) << "invalidParsing" << false;
     QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody()) << "success"
                                     << false;
@@ -180,26 +178,18 @@ void TestNetworkFaults::faultyAnswer_data()
                                       << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
                                       << "invalidParsing" << false;
     QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody) << "invalidStatusCode(500)" << false;
-    QTest::newRow("503 empty") << Call::request << fault(B::answer, 503, {}) << "invalidStatusCode(503)" << false;
     QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
     QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
     QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
 
     QTest::newRow("token closed mid-body")
         << Call::regeneration << fault(B::closeMidBody, 200, token) << "apiRouteError" << true;
-    QTest::newRow("token stalled past the time-out")
-        << Call::regeneration << fault(B::stallMidBody, 200, token) << "apiRouteError" << true;
     QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":") << "invalidParsing"
                                    << false;
     QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
 
     QTest::newRow("picture closed mid-body")
         << Call::download << fault(B::closeMidBody, 200, pictureBytes(), "image/png") << "transport error" << true;
-    QTest::newRow("picture stalled past the time-out")
-        << Call::download << fault(B::stallMidBody, 200, pictureBytes(), "image/png") << "transport error" << true;
-    QTest::newRow("picture reset before the headers")
-        << Call::download << fault(B::resetBeforeHeaders, 200, pictureBytes(), "image/png") << "transport error"
-        << true;
     QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, pictureBytes(), "image/png") << "success"
                                      << false;
     QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/png")

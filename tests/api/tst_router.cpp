@@ -1,6 +1,5 @@
 #include "api/router.h"
 #include "api/sessionstore.h"
-#include "comments/taskcommentpayload.h"
 #include "support/fatalerrortrap.h"
 #include "support/logcapture.h"
 
@@ -34,7 +33,6 @@ private slots:
     void queryItems_data();
     void queryItems();
     void updateTaskStatusBody();
-    void payloadBodies();
     void pathPrefixOfBaseUrl();
     void noSessionStops();
 
@@ -89,16 +87,6 @@ void TestRouter::updateTaskStatusBody()
     QCOMPARE(request.request.transferTimeout(), 60000);
     const QJsonObject body = QJsonDocument::fromJson(request.body).object();
     QCOMPARE(body, (QJsonObject{{"task_status_id", 3}, {"updater_user_id", 11}, {"assigned_user_id", 11}}));
-}
-
-void TestRouter::payloadBodies()
-{
-    const TaskCommentPayload comment(QStringLiteral("Pump noisy"), 4, 9, std::nullopt, true, QStringLiteral("p.jpg"),
-                                     TimePoint(std::chrono::milliseconds(1700000000123)));
-    const QJsonObject sent = QJsonDocument::fromJson(Router::postComment(comment).urlRequest(*m_store).body).object();
-    QCOMPARE(sent, comment.encode());
-    QCOMPARE(sent.value("task_id").toInteger(), 4);
-    QCOMPARE(sent.value("date_created").toInteger(), 1700000000123);
 }
 
 void TestRouter::pathPrefixOfBaseUrl()

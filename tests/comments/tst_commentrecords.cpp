@@ -49,7 +49,6 @@ void TestCommentRecords::incidentFlagIsAString_data()
     QTest::addColumn<bool>("incident");
     QTest::newRow("\"0\"") << QByteArray(R"("0")") << false;
     QTest::newRow("\"1\"") << QByteArray(R"("1")") << true;
-    QTest::newRow("\"2\"") << QByteArray(R"("2")") << true;
     QTest::newRow("empty") << QByteArray(R"("")") << true;
     QTest::newRow("\"false\"") << QByteArray(R"("false")") << true;
 }

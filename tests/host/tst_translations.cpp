@@ -45,16 +45,12 @@ QStringList composedTexts()
     Task assigned;
     assigned.name = QStringLiteral("Meter");
     assigned.currentStatus = TaskStatus::assigned;
-    TaskUpdateEvent event;
-    event.type = TaskUpdateEventType::kAssigned;
     return {DashboardTexts::sectionHeader(TaskStatus::in_progress, 2),
             DashboardTexts::statusPrompt(assigned).value_or(StatusPrompt{}).title,
-            ItemsTexts::updateResult({QStringLiteral("A"), QStringLiteral("B")}, false).title,
             ItemsTexts::taskBlocked(QStringLiteral("Meter")).message,
             ItemsTexts::totalText(4),
             elapsedTimeText(now.addDays(-3), now),
-            elapsedTimeText(now.addSecs(-60), now),
-            event.getAlertMessage().body};
+            elapsedTimeText(now.addSecs(-60), now)};
 }
 
 struct Message
@@ -137,21 +133,18 @@ void TestTranslations::germanTextsAndBackToEnglish()
 {
     const QStringList english{"IN PROGRESS (2 task)",
                               "Acknowledge task `Meter`",
-                              "Items Status Update Failed!",
                               "\n  The task status Meter was changed to `Blocked`\n ",
                               "4 Total",
                               "3 days ago",
-                              "1 min ago",
-                              "Task newly assigned to you."};
+                              "1 min ago"};
     QCOMPARE(composedTexts(), english);
 
     m_translator = installTranslator(QLocale(QLocale::German, QLocale::Austria));
     QVERIFY(m_translator);
     QCOMPARE(composedTexts(),
              (QStringList{"IN ARBEIT (2 Aufgabe)", "Aufgabe `Meter` bestätigen",
-                          "Status der Prüfpunkte konnte nicht aktualisiert werden!",
                           "\n  Der Status der Aufgabe Meter wurde in `Blockiert` geändert\n ", "4 gesamt",
-                          "vor 3 Tagen", "vor 1 Minute", "Aufgabe Ihnen neu zugewiesen."}));
+                          "vor 3 Tagen", "vor 1 Minute"}));
     // The values sent to the server never change with the language.
     QCOMPARE(TaskStatuses::rawValue(TaskStatus::in_progress), QStringLiteral("In Progress"));
     QCOMPARE(ItemStatuses::rawValue(ItemStatus::nok), QStringLiteral("Incidents"));

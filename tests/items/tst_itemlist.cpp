@@ -52,7 +52,6 @@ void TestItemList::filteredItems_data()
     const QList<ItemStatus> mixed{open, ok, nok, open, ok};
     QTest::newRow("all keeps every item in order") << mixed << ItemStatus::all << QList<qint64>{1, 2, 3, 4, 5};
     QTest::newRow("open") << mixed << open << QList<qint64>{1, 4};
-    QTest::newRow("completed") << mixed << ok << QList<qint64>{2, 5};
     QTest::newRow("incidents") << mixed << nok << QList<qint64>{3};
     QTest::newRow("open when all are done") << QList<ItemStatus>{ok, nok, ok} << open << QList<qint64>{};
 }

@@ -57,7 +57,6 @@ void TestQrCodeReader::read_data()
     QTest::newRow("text beyond ASCII") << QrSymbol::scene(hd, {{"Pumpe Süd 3", {500, 200}}})
                                        << QStringList{"Pumpe Süd 3"} << QRect();
     QTest::newRow("a Code 128 barcode") << code128("CP-2") << QStringList{} << QRect();
-    QTest::newRow("blank wall") << QrSymbol::scene(hd, {}) << QStringList{} << QRect();
     QTest::newRow("no picture") << QImage() << QStringList{} << QRect();
 }
 

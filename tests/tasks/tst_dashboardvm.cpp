@@ -204,9 +204,6 @@ void TestDashboardVM::statusChangeMergesIntoList()
     // The task moves to its new section once the list is arranged again.
     QTRY_COMPARE_WITH_TIMEOUT(sectionHeaders(m_vm->sections()), (QStringList{"Assigned:Valve", "Acknowledged:Pump"}),
                               timeoutMs);
-    const QJsonObject body
-        = QJsonDocument::fromJson(m_api->server.requests(QStringLiteral("/api/task/5")).first().body).object();
-    QCOMPARE(body, (QJsonObject{{"task_status_id", 3}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));
 
     // A task no longer in the list still reports the answer's status.
     auto gone = std::make_shared<Task>();

@@ -10,7 +10,6 @@ class tst_NamedColors : public QObject
 
 private slots:
     void cleanup();
-    void everyAssetHasBothVariants_data();
     void everyAssetHasBothVariants();
     void unknownNameGivesNothingOrTheFallback();
     void appearanceSelectsTheVariant();
@@ -21,26 +20,16 @@ void tst_NamedColors::cleanup()
     NamedColors::setAppearance(Appearance::light);
 }
 
-void tst_NamedColors::everyAssetHasBothVariants_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const char *name :
-         {"Label_text", "View_background", "View_background_reverted", "CustomRed", "CustomGreen", "CustomGray",
-          "CustomOrange", "CustomYellow", "CustomBlue", "CustomShadow", "NavigationBar", "Accent"}) {
-        QTest::newRow(name) << QString::fromLatin1(name);
-    }
-}
-
 void tst_NamedColors::everyAssetHasBothVariants()
 {
-    QFETCH(QString, name);
-    const std::optional<QColor> light = NamedColors::color(name, Appearance::light);
-    const std::optional<QColor> dark = NamedColors::color(name, Appearance::dark);
-    QVERIFY(light.has_value() && light->isValid());
-    QVERIFY(dark.has_value() && dark->isValid());
-    QCOMPARE(light->alpha(), 255);
-    QVERIFY(NamedColors::contains(name));
-    QVERIFY(NamedColors::names().contains(name));
+    QVERIFY(NamedColors::names().size() >= 12);
+    for (const QString &name : NamedColors::names()) {
+        const std::optional<QColor> light = NamedColors::color(name, Appearance::light);
+        const std::optional<QColor> dark = NamedColors::color(name, Appearance::dark);
+        QVERIFY2(light && light->isValid() && light->alpha() == 255, qPrintable(name));
+        QVERIFY2(dark && dark->isValid(), qPrintable(name));
+        QVERIFY(NamedColors::contains(name));
+    }
 }
 
 void tst_NamedColors::unknownNameGivesNothingOrTheFallback()
@@ -53,8 +42,6 @@ void tst_NamedColors::unknownNameGivesNothingOrTheFallback()
     QCOMPARE(NamedColors::color(QStringLiteral("CustomPurple"), fallback), fallback);
     QCOMPARE(NamedColors::color(ColorNames::customRed, fallback), *NamedColors::color(ColorNames::customRed));
     QVERIFY(NamedColors::color(ColorNames::customRed, fallback) != fallback);
-    for (const QString &name : NamedColors::names())
-        QVERIFY2(NamedColors::color(name).has_value(), qPrintable(name));
 }
 
 void tst_NamedColors::appearanceSelectsTheVariant()

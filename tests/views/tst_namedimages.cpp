@@ -42,41 +42,28 @@ class tst_NamedImages : public QObject
     Q_OBJECT
 
 private slots:
-    void everyImageRenders_data();
     void everyImageRenders();
     void lookupByName();
     void filledWithColorKeepsTheShape();
     void recolouredImagesAndIconsTakeTheColour();
 };
 
-void tst_NamedImages::everyImageRenders_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const char *name :
-         {"ok", "nok", "open", "paperplane", "paperclip", "CustomQRCode", "list_pin_people_01", "filter", "refresh",
-          "back", "comments", "qrscan", "camera", "close", "multiselect", "block"}) {
-        QTest::newRow(name) << QString::fromLatin1(name);
-    }
-}
-
 void tst_NamedImages::everyImageRenders()
 {
-    QFETCH(QString, name);
-    QVERIFY(NamedImages::contains(name));
-    QVERIFY(NamedImages::names().contains(name));
-    QVERIFY(NamedImages::defaultSize(name).isValid());
-
-    const QImage image = NamedImages::image(name, QSize(25, 25));
-    QCOMPARE(image.size(), QSize(25, 25));
-    // Something is drawn, and the image is not a filled square.
-    const int opaque = coverage(image).opaque;
-    QVERIFY2(opaque > 20 && opaque < 25 * 25, qPrintable(QString::number(opaque)));
-    QVERIFY(!NamedImages::pixmap(name, QSize(25, 25)).isNull());
-    QVERIFY(!NamedImages::icon(name).isNull());
-
-    const QImage sharp = NamedImages::image(name, QSize(25, 25), 2.0);
-    QCOMPARE(sharp.size(), QSize(50, 50));
-    QCOMPARE(sharp.devicePixelRatio(), 2.0);
+    QVERIFY(NamedImages::names().size() >= 16);
+    for (const QString &name : NamedImages::names()) {
+        QVERIFY(NamedImages::contains(name));
+        QVERIFY(NamedImages::defaultSize(name).isValid());
+        const QImage image = NamedImages::image(name, QSize(25, 25));
+        QCOMPARE(image.size(), QSize(25, 25));
+        // Something is drawn, and the image is not a filled square.
+        const int opaque = coverage(image).opaque;
+        QVERIFY2(opaque > 20 && opaque < 25 * 25, qPrintable(name + QLatin1Char(' ') + QString::number(opaque)));
+        QVERIFY(!NamedImages::pixmap(name, QSize(25, 25)).isNull() && !NamedImages::icon(name).isNull());
+        const QImage sharp = NamedImages::image(name, QSize(25, 25), 2.0);
+        QCOMPARE(sharp.size(), QSize(50, 50));
+        QCOMPARE(sharp.devicePixelRatio(), 2.0);
+    }
 }
 
 void tst_NamedImages::lookupByName()
