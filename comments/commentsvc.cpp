@@ -186,12 +186,10 @@ void CommentsVC::scrollToLastRow()
     const int row = m_model->lastCommentRow();
     if (row < 0)
         return;
-    // The rows are laid out by now; bring the newest comment to the bottom.
-    m_tableView->updateGeometry();
-    m_scrollArea->widget()->adjustSize();
-    const QRect rect = m_tableView->visualRect(m_model->index(row));
-    const QPoint bottom = m_tableView->viewport()->mapTo(m_scrollArea->widget(), rect.bottomLeft());
-    m_scrollArea->ensureVisible(bottom.x(), bottom.y(), 0, 40);
+    // The newest comment and the screen above it are measured; the thread
+    // shows its end.
+    m_tableView->scrollTo(m_model->index(row), QAbstractItemView::PositionAtBottom);
+    m_scrollArea->verticalScrollBar()->setValue(m_scrollArea->verticalScrollBar()->maximum());
 }
 
 void CommentsVC::customInputBarDidPressSend(const QString &text, const std::optional<QImage> &picture,

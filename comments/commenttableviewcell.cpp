@@ -147,17 +147,11 @@ CommentTableViewCell::Layout CommentTableViewCell::layout(const QStyleOptionView
     l.text = QRect(cardLeft + cardPadding, y, inner, textH);
     y += textH;
 
-    const bool hasPicture = index.data(CommentThreadModel::HasPictureRole).toBool()
-        && !index.data(CommentThreadModel::PictureFailedRole).toBool();
-    if (hasPicture) {
-        QSize box = thumbnailBox;
-        const QImage thumbnail = index.data(CommentThreadModel::ThumbnailRole).value<QImage>();
-        if (!thumbnail.isNull())
-            box = thumbnail.size().scaled(thumbnailBox.boundedTo(QSize(inner, thumbnailBox.height())),
-                                          Qt::KeepAspectRatio);
+    // The picture has a box of its own size: the layout never waits for it.
+    if (index.data(CommentThreadModel::HasPictureRole).toBool()) {
         y += textH > 0 ? 8 : 0;
-        l.picture = QRect(cardLeft + cardPadding, y, std::min(box.width(), inner), box.height());
-        y += box.height();
+        l.picture = QRect(cardLeft + cardPadding, y, std::min(thumbnailBox.width(), inner), thumbnailBox.height());
+        y += thumbnailBox.height();
     }
     y += cardPadding;
     l.card = QRect(cardLeft, top, cardWidth, y - top);
@@ -284,21 +278,26 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
 
     if (!l.picture.isEmpty()) {
         const QImage thumbnail = index.data(CommentThreadModel::ThumbnailRole).value<QImage>();
-        QPainterPath rounded;
-        rounded.addRoundedRect(QRectF(l.picture), 10, 10);
         if (thumbnail.isNull()) {
-            // Still on its way: a quiet placeholder in the picture's place.
+            // On its way (or not to be had): a quiet placeholder fills the box.
+            QPainterPath rounded;
+            rounded.addRoundedRect(QRectF(l.picture), 10, 10);
             QColor fill = named(ColorNames::customGray, Qt::gray);
-            fill.setAlphaF(0.18f);
+            fill.setAlphaF(index.data(CommentThreadModel::PictureFailedRole).toBool() ? 0.1f : 0.18f);
             painter->fillPath(rounded, fill);
             const QRect glyph(l.picture.center() - QPoint(14, 14), QSize(28, 28));
             painter->drawPixmap(
                 glyph,
                 NamedImages::pixmap(ImageNames::camera, glyph.size(), named(ColorNames::customGray, Qt::gray), ratio));
         } else {
+            // The picture at its own proportions, in the box's top left corner.
+            const QSize fitted = thumbnail.size().scaled(l.picture.size(), Qt::KeepAspectRatio);
+            const QRectF shown(l.picture.topLeft(), fitted);
+            QPainterPath rounded;
+            rounded.addRoundedRect(shown, 10, 10);
             painter->save();
             painter->setClipPath(rounded);
-            painter->drawImage(QRectF(l.picture), thumbnail);
+            painter->drawImage(shown, thumbnail);
             painter->restore();
         }
     }

@@ -10,8 +10,9 @@ namespace ravelin {
 // day's start, in a pill), or a comment: the author's round icon, then a card
 // with the author's name, the time (today's comments only), the details line
 // (each named item, or "Task Marked as Blocked", after its status icon in the
-// line's colour), the text and the first picture's thumbnail (a placeholder
-// while it loads). One painter serves every row.
+// line's colour), the text and the first picture's thumbnail in a box of a
+// fixed size (a placeholder while it loads). A row's height never depends on
+// its picture. One painter serves every row.
 class CommentTableViewCell : public QStyledItemDelegate
 {
     Q_OBJECT

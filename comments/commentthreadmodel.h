@@ -2,30 +2,32 @@
 
 #include "api/clock.h"
 #include "comments/commentcelldetail.h"
+#include "comments/thumbnailcache.h"
 
 #include <QAbstractListModel>
 #include <QColor>
 #include <QHash>
-#include <QImage>
 #include <QPointer>
 #include <QRandomGenerator>
-#include <QSet>
 
-#include <memory>
 #include <optional>
 
 namespace ravelin {
 
-class CommentTableViewCellVM;
 class CommentsVM;
 
 // A task's comment thread as the rows of a list: a header row for every local
 // calendar day (oldest day first) followed by that day's comments (oldest
-// first). The rows are taken from the view model again with reload().
+// first). The rows are taken from the view model again with reload(), row by
+// row: a day or a comment (known by its author, time, text and items) that
+// is new is inserted, one that is gone removed, one whose contents changed a
+// dataChanged on its row. Only another view model resets the rows.
 //
-// Thumbnails of the comments' first pictures are loaded when a row first asks
-// for its picture, once per picture for the life of the model; a row never
-// shows another comment's picture.
+// Thumbnails of the comments' first pictures are loaded for the rows in sight
+// (setRowsInSight()), never for reading a row's data, through one bounded
+// cache: once per picture while it is kept, and again for a picture that
+// failed when its row comes back into sight. A row never shows another
+// comment's picture.
 class CommentThreadModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -64,8 +66,13 @@ public:
     ~CommentThreadModel() override;
 
     void setViewModel(CommentsVM *viewModel);
-    // Takes the view model's grouped comments; the views reset.
+    // Takes the view model's grouped comments, row by row.
     void reload();
+
+    // The rows in sight (plus what is worth loading ahead): their pictures are
+    // asked for. -1, -1 for none.
+    void setRowsInSight(int first, int last);
+    [[nodiscard]] ThumbnailCache *thumbnails() const { return m_thumbnails; }
 
     // The day section and the row in it of a comment row; nothing for a header row.
     [[nodiscard]] std::optional<std::pair<int, int>> commentPosition(int row) const;
@@ -84,10 +91,6 @@ public:
     // "AR" for "Ann Rivers", "D" for "Dispatch".
     [[nodiscard]] static QString initials(const QString &name);
 
-signals:
-    // A picture arrived or could not be had.
-    void thumbnailChanged(const QString &path);
-
 private:
     struct Row
     {
@@ -95,21 +98,24 @@ private:
         int row = -1; // -1: the day's header
         QDateTime day; // the start of the day, for a header
         CommentCellDetail detail;
+        // Who the row is across answers: the day, or the comment's author, time and text.
+        QString key;
     };
 
-    void loadThumbnail(int rowIndex, const QString &path) const;
-    void thumbnailArrived(const QString &path, std::optional<QImage> picture);
+    [[nodiscard]] QList<Row> takeRows() const;
+    void updateRows(QList<Row> rows);
+    [[nodiscard]] static bool sameContents(const Row &a, const Row &b);
+    [[nodiscard]] std::optional<QString> picturePath(int row) const;
+    void thumbnailChanged(const QString &path);
     [[nodiscard]] QColor initialsColor(const QString &key) const;
 
     Clock m_clock;
     QPointer<CommentsVM> m_viewModel;
     QList<Row> m_rows;
+    ThumbnailCache *m_thumbnails = nullptr;
+    std::pair<int, int> m_inSight{-1, -1};
     mutable QRandomGenerator m_random{QRandomGenerator::securelySeeded()};
     mutable QHash<QString, QColor> m_initialsColors;
-    mutable QHash<QString, QImage> m_thumbnails;
-    mutable QSet<QString> m_failed;
-    // Thumbnail requests under way, each with the cell view model that runs it.
-    mutable QHash<QString, std::shared_ptr<CommentTableViewCellVM>> m_loading;
 };
 
 } // namespace ravelin

@@ -2,6 +2,7 @@
 
 #include "comments/commenttableviewcell.h"
 #include "comments/commentthreadmodel.h"
+#include "views/textscale.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -9,21 +10,25 @@
 namespace ravelin {
 
 CommentThreadView::CommentThreadView(QWidget *parent)
-    : FullHeightListView(parent)
+    : VirtualListView(parent)
 {
     setObjectName(QStringLiteral("commentsTableView"));
     setAccessibleName(tr("Comments"));
     setSelectionMode(QAbstractItemView::NoSelection);
     m_painter = new CommentTableViewCell(this);
     setItemDelegate(m_painter);
+    // A comment with a line of text and no picture; a picture's arrival never
+    // changes a height.
+    setEstimatedRowHeight(TextScale::scaled(CommentTableViewCell::minHeight + 20));
+    setPaintOnlyRoles({CommentThreadModel::ThumbnailRole, CommentThreadModel::PictureFailedRole});
 }
 
 void CommentThreadView::setThreadModel(CommentThreadModel *model)
 {
     m_model = model;
     setModel(model);
-    // A picture that cannot be had gives its room back.
-    connect(model, &CommentThreadModel::thumbnailChanged, this, &CommentThreadView::remeasure);
+    // Pictures are loaded for the rows in sight and one screen ahead.
+    connect(this, &VirtualListView::rowsInSightChanged, model, &CommentThreadModel::setRowsInSight);
 }
 
 QRect CommentThreadView::pictureRect(int row) const
@@ -50,7 +55,7 @@ void CommentThreadView::keyPressEvent(QKeyEvent *event)
         event->accept();
         return;
     }
-    FullHeightListView::keyPressEvent(event);
+    VirtualListView::keyPressEvent(event);
 }
 
 void CommentThreadView::mousePressEvent(QMouseEvent *event)

@@ -1,16 +1,17 @@
 #pragma once
 
-#include "views/fullheightlistview.h"
+#include "views/virtuallistview.h"
 
 namespace ravelin {
 
 class CommentTableViewCell;
 class CommentThreadModel;
 
-// The comment thread's list: painted rows over a CommentThreadModel, laid out
-// at full height inside the screen's scrolling area. A tap on a comment's
-// picture, or Enter or Space on its row, is reported with the row.
-class CommentThreadView : public FullHeightListView
+// The comment thread's list: painted rows over a CommentThreadModel inside the
+// screen's scrolling area, measured as they come into sight; the rows in sight
+// and one screen ahead are the ones whose pictures the model loads. A tap on a
+// comment's picture, or Enter or Space on its row, is reported with the row.
+class CommentThreadView : public VirtualListView
 {
     Q_OBJECT
 

@@ -1,67 +1,45 @@
 #include "items/itemlistmodel.h"
 
-#include "items/itemstexts.h"
-
 namespace ravelin {
 
 ItemListModel::ItemListModel(QObject *parent)
-    : QAbstractListModel(parent)
-{ }
+    : QSortFilterProxyModel(parent)
+    , m_items(new TaskItemsModel(this))
+{
+    setSourceModel(m_items);
+}
 
 void ItemListModel::setTask(const TaskPtr &task)
 {
-    m_task = task;
-    reload();
+    m_status = task ? task->itemList.filterData.status : ItemStatus::all;
+    m_items->setTask(task);
 }
 
 void ItemListModel::reload()
 {
-    beginResetModel();
-    m_rows = m_task ? m_task->itemList.filteredItems() : QList<ItemPtr>();
-    endResetModel();
-}
-
-int ItemListModel::rowCount(const QModelIndex &parent) const
-{
-    return parent.isValid() ? 0 : int(m_rows.size());
-}
-
-QVariant ItemListModel::data(const QModelIndex &index, int role) const
-{
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
-        return {};
-    const ItemPtr &item = m_rows.at(index.row());
-    switch (role) {
-    case Qt::DisplayRole:
-    case Qt::AccessibleTextRole: return item->name;
-    case ItemRole: return QVariant::fromValue(item);
-    case IdentifierRole: return ItemsTexts::itemIdentifier(*item);
-    case Qt::AccessibleDescriptionRole: return ItemsTexts::rowDescription(*item);
-    case DetailsRole: return item->details;
-    case StatusRole: return ItemStatuses::rawValue(item->status);
-    case StatusImageRole: return ItemsTexts::statusImageName(item->status);
-    case HasQRCodeRole: return item->qrCode.has_value();
-    case HasSwipeActionsRole: return !ItemsTexts::swipeActions(*item).isEmpty();
-    default: return {};
+    const TaskPtr task = m_items->task();
+    if (!task)
+        return;
+    m_items->update(task->itemList.items);
+    if (task->itemList.filterData.status != m_status) {
+        m_status = task->itemList.filterData.status;
+        invalidateRowsFilter();
     }
 }
 
-Qt::ItemFlags ItemListModel::flags(const QModelIndex &index) const
+ItemPtr ItemListModel::item(int row) const
 {
-    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+    return m_items->item(mapToSource(index(row)).row());
 }
 
-QHash<int, QByteArray> ItemListModel::roleNames() const
+QModelIndex ItemListModel::index(int row, int column, const QModelIndex &parent) const
 {
-    QHash<int, QByteArray> names = QAbstractListModel::roleNames();
-    names.insert(ItemRole, "item");
-    names.insert(IdentifierRole, "identifier");
-    names.insert(DetailsRole, "details");
-    names.insert(StatusRole, "status");
-    names.insert(StatusImageRole, "statusImage");
-    names.insert(HasQRCodeRole, "hasQRCode");
-    names.insert(HasSwipeActionsRole, "hasSwipeActions");
-    return names;
+    return QSortFilterProxyModel::index(row, column, parent);
+}
+
+bool ItemListModel::filterAcceptsRow(int sourceRow, const QModelIndex &) const
+{
+    return m_status == ItemStatus::all || m_items->item(sourceRow)->status == m_status;
 }
 
 } // namespace ravelin

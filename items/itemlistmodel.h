@@ -1,61 +1,41 @@
 #pragma once
 
-#include "items/item.h"
-#include "tasks/task.h"
+#include "items/itemstatus.h"
+#include "items/taskitemsmodel.h"
 
-#include <QAbstractListModel>
-#include <QList>
+#include <QSortFilterProxyModel>
 
 namespace ravelin {
 
-// The rows of a task's items screen: the task's `filteredItems`, in order, so
-// that a row number is always a position in that list. The list is taken again
-// with reload() (after a fetch or a change of the filter).
-//
-// An item reads (and is read out) as its name; UI automation finds it by its
-// identifier, "itemCell_" + the item's id.
-class ItemListModel : public QAbstractListModel
+// The rows of a task's items screen: the task's items that pass its status
+// filter, in server order, so that a row number is always a position in the
+// task's `filteredItems`. A filter over one TaskItemsModel: a new answer
+// changes rows one by one, and choosing another status removes and inserts
+// rows; nothing resets but another task. The roles are TaskItemsModel's.
+class ItemListModel : public QSortFilterProxyModel
 {
     Q_OBJECT
 
 public:
-    enum Role {
-        // The shared Item (ravelin::ItemPtr).
-        ItemRole = Qt::UserRole + 1,
-        IdentifierRole,
-        // The item's details.
-        DetailsRole,
-        // The status text ("Open").
-        StatusRole,
-        // The name of the status image ("ok", "nok" or "open").
-        StatusImageRole,
-        // Whether the item carries a QR code.
-        HasQRCodeRole,
-        // Whether the row offers its swipe actions (open items only).
-        HasSwipeActionsRole,
-    };
-    Q_ENUM(Role)
-
     explicit ItemListModel(QObject *parent = nullptr);
 
-    [[nodiscard]] TaskPtr task() const { return m_task; }
+    [[nodiscard]] TaskItemsModel *taskItems() const { return m_items; }
+    [[nodiscard]] TaskPtr task() const { return m_items->task(); }
     // Shows the task's filtered items; the views reset.
     void setTask(const TaskPtr &task);
+    // Takes the task's items and its filter again.
     void reload();
+    [[nodiscard]] ItemStatus statusFilter() const { return m_status; }
 
-    [[nodiscard]] const QList<ItemPtr> &items() const { return m_rows; }
-    [[nodiscard]] ItemPtr item(int row) const { return m_rows.value(row); }
+    [[nodiscard]] ItemPtr item(int row) const;
+    [[nodiscard]] QModelIndex index(int row, int column = 0, const QModelIndex &parent = {}) const override;
 
-    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
-    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+protected:
+    [[nodiscard]] bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    TaskPtr m_task;
-    QList<ItemPtr> m_rows;
+    TaskItemsModel *m_items = nullptr;
+    ItemStatus m_status = ItemStatus::all;
 };
 
 } // namespace ravelin
-
-Q_DECLARE_METATYPE(ravelin::ItemPtr)

@@ -316,10 +316,8 @@ void ItemsVC::viewDidLoad()
     setTitle(viewModel.task()->name);
     m_scrollArea->setTintColor(named(ColorNames::labelText, Qt::black));
     m_scrollArea->setRefreshTitle(ItemsTexts::refreshTitle());
-    m_model->setTask(viewModel.task());
     m_filterSegment->setSelectedSegmentIndex(ItemStatuses::segmentIndex(viewModel.task()->itemList.filterData.status));
-    m_multipleSelectionBtn->setHidden(viewModel.task()->itemList.items.isEmpty());
-    refreshHeader();
+    reloadData();
     pullToRefresh();
 }
 
@@ -340,9 +338,19 @@ void ItemsVC::reloadItems()
             return;
         }
         self->m_singleSelection.reset();
-        self->m_model->reload();
-        self->refreshHeader();
+        self->reloadData();
     });
+}
+
+void ItemsVC::reloadData()
+{
+    const TaskPtr &task = requireViewModel().task();
+    // The first time the list takes the task; after that, its items row by row.
+    if (m_model->task() != task)
+        m_model->setTask(task);
+    else
+        m_model->reload();
+    refreshHeader();
 }
 
 void ItemsVC::refreshHeader()

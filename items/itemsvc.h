@@ -53,6 +53,8 @@ public:
     // Starts the refresh indicator and fetches the items.
     void pullToRefresh();
     void reloadItems();
+    // Shows the task's items and counts as the view model has them now.
+    void reloadData();
 
     // Filter segment i stands for the i-th item status (completed, incidents, open, all).
     void filterChanged(int segment);

@@ -3,6 +3,7 @@
 #include "items/itemlistmodel.h"
 #include "items/itemstexts.h"
 #include "items/itemtableviewcell.h"
+#include "views/textscale.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -16,7 +17,7 @@
 namespace ravelin {
 
 ItemTableView::ItemTableView(QWidget *parent)
-    : FullHeightListView(parent)
+    : VirtualListView(parent)
 {
     setObjectName(QStringLiteral("tableView"));
     setAccessibleName(tr("Checklist"));
@@ -24,6 +25,8 @@ ItemTableView::ItemTableView(QWidget *parent)
 
     m_painter = new ItemTableViewCell(this);
     setItemDelegate(m_painter);
+    // Most items have a short name and a line of details.
+    setEstimatedRowHeight(TextScale::scaled(ItemTableViewCell::minHeight));
 
     m_swipeAnimation = new QVariantAnimation(this);
     m_swipeAnimation->setDuration(180);
@@ -72,7 +75,7 @@ void ItemTableView::openSwipe(int row)
     if (!m_model || row < 0 || row >= m_model->rowCount() || m_editing)
         return;
     const QModelIndex index = m_model->index(row);
-    if (!index.data(ItemListModel::HasSwipeActionsRole).toBool())
+    if (!index.data(TaskItemsModel::HasSwipeActionsRole).toBool())
         return;
     if (m_painter->swipedIndex() != index)
         closeSwipe(false);
@@ -117,7 +120,7 @@ QRect ItemTableView::rowRect(int row) const
 void ItemTableView::mousePressEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton) {
-        FullHeightListView::mousePressEvent(event);
+        VirtualListView::mousePressEvent(event);
         return;
     }
     const QPoint position = event->position().toPoint();
@@ -140,7 +143,7 @@ void ItemTableView::mouseMoveEvent(QMouseEvent *event)
     if (!m_swiping) {
         // Mostly sideways on a row that has actions: the row follows the finger.
         const bool sideways = std::abs(delta.x()) > tapSlop && std::abs(delta.x()) > 2 * std::abs(delta.y());
-        if (sideways && !m_editing && m_pressIndex.data(ItemListModel::HasSwipeActionsRole).toBool()) {
+        if (sideways && !m_editing && m_pressIndex.data(TaskItemsModel::HasSwipeActionsRole).toBool()) {
             m_swiping = true;
             if (m_painter->swipedIndex() != m_pressIndex)
                 closeSwipe(false);
@@ -158,7 +161,7 @@ void ItemTableView::mouseMoveEvent(QMouseEvent *event)
 void ItemTableView::mouseReleaseEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton) {
-        FullHeightListView::mouseReleaseEvent(event);
+        VirtualListView::mouseReleaseEvent(event);
         return;
     }
     event->accept();
@@ -231,7 +234,7 @@ void ItemTableView::keyPressEvent(QKeyEvent *event)
         event->accept();
         return;
     }
-    FullHeightListView::keyPressEvent(event);
+    VirtualListView::keyPressEvent(event);
 }
 
 void ItemTableView::contextMenuEvent(QContextMenuEvent *event)

@@ -2,7 +2,7 @@
 
 #include "items/itemstatus.h"
 
-#include "views/fullheightlistview.h"
+#include "views/virtuallistview.h"
 
 #include <QPersistentModelIndex>
 
@@ -14,14 +14,14 @@ class ItemListModel;
 class ItemTableViewCell;
 
 // The items list of a task's screen: painted rows over the screen's
-// ItemListModel, laid out at their full height inside the screen's scrolling
-// area (the list itself never scrolls).
+// ItemListModel inside the screen's scrolling area (the list itself never
+// scrolls), measured only as they come into sight.
 //
 // Outside multiple-selection mode a tap on a row reports the row; an open item
 // swiped to the left (by finger or mouse) reveals its two actions, which a
 // context menu also offers. In multiple-selection mode a tap selects or
 // deselects the row. Enter or Space acts on the current row.
-class ItemTableView : public FullHeightListView
+class ItemTableView : public VirtualListView
 {
     Q_OBJECT
 

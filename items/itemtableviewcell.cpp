@@ -125,7 +125,7 @@ QSize ItemTableViewCell::sizeHint(const QStyleOptionViewItem &option, const QMod
     // Measured at the width asked for, else at the list's own width.
     const int width = option.rect.width() > 0 ? option.rect.width() : option.widget ? option.widget->width() : 360;
     return {width,
-            rowHeight(index.data().toString(), index.data(ItemListModel::DetailsRole).toString(), option.font, width,
+            rowHeight(index.data().toString(), index.data(TaskItemsModel::DetailsRole).toString(), option.font, width,
                       m_editing)};
 }
 
@@ -187,7 +187,7 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const int width = std::max(40, textWidth(card.width(), m_editing));
     const QFontMetrics titleMetrics(titleFont(option.font));
     const QString title = index.data().toString();
-    const QString details = index.data(ItemListModel::DetailsRole).toString();
+    const QString details = index.data(TaskItemsModel::DetailsRole).toString();
     const int titleHeight = titleMetrics.boundingRect(QRect(0, 0, width, 10000), Qt::TextWordWrap, title).height();
     const int detailsHeight = details.isEmpty()
         ? 0
@@ -210,8 +210,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     // The accessory: the status image at its origin, the QR image beside it.
     const QRectF accessory = accessoryRect(option.rect);
     painter->drawPixmap(QPointF(accessory.left(), accessory.top()),
-                        image(index.data(ItemListModel::StatusImageRole).toString(), imageSide, ratio));
-    if (index.data(ItemListModel::HasQRCodeRole).toBool())
+                        image(index.data(TaskItemsModel::StatusImageRole).toString(), imageSide, ratio));
+    if (index.data(TaskItemsModel::HasQRCodeRole).toBool())
         painter->drawPixmap(QPointF(accessory.left() + imageSide, accessory.top()),
                             image(ImageNames::qrCode, imageSide, ratio));
 

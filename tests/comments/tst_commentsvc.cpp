@@ -64,6 +64,7 @@ private slots:
     void characterLimit();
     void sendButtonAfterReset();
     void layoutPassesShareOneFetch();
+    void loadFailureAlert();
 
 private:
     // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
@@ -321,6 +322,17 @@ void TestCommentsVC::layoutPassesShareOneFetch()
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
     QCOMPARE(requests(commentsPath), before + 1);
     QCOMPARE(most->load(), 1);
+}
+
+void TestCommentsVC::loadFailureAlert()
+{
+    m_api->server.on("GET", commentsPath, CannedResponse{500, {}});
+    CommentsVC *screen = openComments();
+    QVERIFY(screen);
+    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
+                                                                   : QString(),
+                              CommentsVC::failureTitle(), timeoutMs);
+    QVERIFY(screen->threadModel()->isEmpty());
 }
 
 QTEST_MAIN(TestCommentsVC)

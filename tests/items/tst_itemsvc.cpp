@@ -5,6 +5,7 @@
 #include "items/blocktaskvc.h"
 #include "items/itemactionvc.h"
 #include "items/itemlistmodel.h"
+#include "items/itemstexts.h"
 #include "items/itemsvc.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
@@ -73,6 +74,7 @@ private slots:
     void failedBlockKeepsTheSheet();
     void completingReachesTheDashboard();
     void closingWhileLoading();
+    void loadFailureAlert();
 
 private:
     // The dashboard with one in-progress task, opened on its items screen.
@@ -262,7 +264,7 @@ void TestItemsVC::swipeActionsOnlyOnOpenRows()
     };
     swipe(0);
     QCOMPARE(table->swipedRow(), -1);
-    QVERIFY(!screen->itemModel()->index(0).data(ItemListModel::HasSwipeActionsRole).toBool());
+    QVERIFY(!screen->itemModel()->index(0).data(TaskItemsModel::HasSwipeActionsRole).toBool());
 
     swipe(1);
     QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth),
@@ -402,6 +404,18 @@ void TestItemsVC::closingWhileLoading()
     QTRY_VERIFY_WITH_TIMEOUT(guard.isNull(), timeoutMs);
     QTest::qWait(500);
     QCOMPARE(m_host->screens().size(), 1);
+}
+
+void TestItemsVC::loadFailureAlert()
+{
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    // The server fails while the screen fetches its items again: the rows stay.
+    m_api->server.on("GET", itemsPath, CannedResponse{500, {}});
+    screen->pullToRefresh();
+    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen).value(0), ItemsTexts::loadFailureTitle(), timeoutMs);
+    QVERIFY(!screen->refreshControl()->isRefreshing());
+    QCOMPARE(screen->itemModel()->rowCount(), 1);
 }
 
 QTEST_MAIN(TestItemsVC)

@@ -1,0 +1,227 @@
+#include "comments/commentsvm.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/thumbnailcache.h"
+#include "support/apiharness.h"
+
+#include <QAbstractItemModelTester>
+#include <QBuffer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+const QString thumbnails = QStringLiteral("/files/thumbnails/thumb_");
+
+CannedResponse response(int status, const QByteArray &body = {}, const QByteArray &type = "image/jpeg")
+{
+    CannedResponse out;
+    out.status = status;
+    out.body = body;
+    out.contentType = type;
+    return out;
+}
+
+QByteArray jpegBytes()
+{
+    QImage picture(QSize(16, 12), QImage::Format_RGB32);
+    picture.fill(Qt::darkGreen);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "JPEG");
+    return bytes;
+}
+
+} // namespace
+
+class TestCommentThreadModel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void answersTakenRowByRow_data();
+    void answersTakenRowByRow();
+    void picturesOnlyForTheRowsInSight();
+    void failedPictureAskedForWhenItsRowComesBack();
+    void cacheKeepsToItsBudget();
+
+private:
+    // A comment `minutesAgo` before the harness's clock; with a picture when `path` is given.
+    [[nodiscard]] CommentPtr comment(int minutesAgo, const QString &path = {}) const;
+    // Comments 1..count, a minute apart, each with the picture "p/<n>.jpg".
+    [[nodiscard]] QList<CommentPtr> pictureComments(int count) const;
+
+    std::unique_ptr<ApiHarness> m_api;
+    std::unique_ptr<CommentsVM> m_viewModel;
+};
+
+void TestCommentThreadModel::init()
+{
+    m_api = std::make_unique<ApiHarness>();
+    m_api->server.onPrefix("GET", thumbnails, [](const RecordedRequest &request) {
+        return request.path.contains(QStringLiteral("broken")) ? response(500) : response(200, jpegBytes());
+    });
+    auto task = std::make_shared<Task>();
+    task->id = 8;
+    m_viewModel = std::make_unique<CommentsVM>(task, &m_api->manager, UsersData{});
+}
+
+void TestCommentThreadModel::cleanup()
+{
+    m_viewModel.reset();
+    m_api.reset();
+}
+
+CommentPtr TestCommentThreadModel::comment(int minutesAgo, const QString &path) const
+{
+    auto entry = std::make_shared<Comment>();
+    entry->text = QStringLiteral("Comment from %1 minutes ago").arg(minutesAgo);
+    entry->userId = 7;
+    entry->assetName = QStringLiteral("Ann Rivers");
+    entry->dateCreated = toDateTime(m_api->now - std::chrono::minutes(minutesAgo));
+    if (!path.isEmpty()) {
+        auto media = std::make_shared<Media>();
+        media->path = path;
+        entry->media.append(media);
+    }
+    return entry;
+}
+
+QList<CommentPtr> TestCommentThreadModel::pictureComments(int count) const
+{
+    QList<CommentPtr> out;
+    for (int n = 1; n <= count; ++n)
+        out.append(comment(count - n, QStringLiteral("p/%1.jpg").arg(n)));
+    return out;
+}
+
+void TestCommentThreadModel::answersTakenRowByRow_data()
+{
+    // Comments by how many minutes (or days, as 1440 minutes) ago they were sent.
+    QTest::addColumn<QList<int>>("before");
+    QTest::addColumn<QList<int>>("after");
+    QTest::addColumn<QStringList>("removed");
+    QTest::addColumn<QStringList>("inserted");
+
+    QTest::newRow("the same") << QList<int>{30, 20} << QList<int>{30, 20} << QStringList{} << QStringList{};
+    QTest::newRow("a new comment") << QList<int>{30, 20} << QList<int>{30, 20, 1} << QStringList{}
+                                   << QStringList{"3-3"};
+    // Yesterday's comment goes with its day's header.
+    QTest::newRow("a day gone") << QList<int>{2 * 1440, 20} << QList<int>{20} << QStringList{"0-1"} << QStringList{};
+    QTest::newRow("a new day") << QList<int>{20} << QList<int>{2 * 1440, 20} << QStringList{} << QStringList{"0-1"};
+}
+
+void TestCommentThreadModel::answersTakenRowByRow()
+{
+    QFETCH(QList<int>, before);
+    QFETCH(QList<int>, after);
+    QFETCH(QStringList, removed);
+    QFETCH(QStringList, inserted);
+    const auto comments = [this](const QList<int> &minutes) {
+        QList<CommentPtr> out;
+        for (const int ago : minutes)
+            out.append(comment(ago));
+        return out;
+    };
+
+    m_viewModel->setComments(comments(before));
+    CommentThreadModel model(fixedClock(m_api->now));
+    model.setViewModel(m_viewModel.get());
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    QSignalSpy removes(&model, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserts(&model, &QAbstractItemModel::rowsInserted);
+
+    m_viewModel->setComments(comments(after));
+    model.reload();
+
+    const auto ranges = [](const QSignalSpy &spy) {
+        QStringList out;
+        for (const QList<QVariant> &signal : spy)
+            out.append(QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt()));
+        return out;
+    };
+    QCOMPARE(resets.size(), 0);
+    QCOMPARE(ranges(removes), removed);
+    QCOMPARE(ranges(inserts), inserted);
+    QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_viewModel->comments().first()->text);
+}
+
+void TestCommentThreadModel::picturesOnlyForTheRowsInSight()
+{
+    // One day: a header, then twenty comments with a picture each.
+    m_viewModel->setComments(pictureComments(20));
+    CommentThreadModel model(fixedClock(m_api->now));
+    model.setViewModel(m_viewModel.get());
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+
+    // Reading every row, pictures included, asks for nothing.
+    for (int row = 0; row < model.rowCount(); ++row)
+        QVERIFY(model.index(row).data(CommentThreadModel::ThumbnailRole).isNull());
+    model.setRowsInSight(1, 3);
+    QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 3, timeoutMs);
+    for (const QList<QVariant> &signal : changes)
+        QCOMPARE(signal.at(2).value<QList<int>>(),
+                 (QList<int>{CommentThreadModel::ThumbnailRole, CommentThreadModel::PictureFailedRole}));
+    QVERIFY(!model.index(2).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
+
+    // Scrolling on by one row asks for the one new picture only.
+    model.setRowsInSight(2, 4);
+    QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 4, timeoutMs);
+    model.setRowsInSight(1, 4);
+    model.reload();
+    QCOMPARE(model.thumbnails()->requestCount(), 4);
+    QCOMPARE(m_api->server.requests().size(), 4);
+    QCOMPARE(m_api->server.requests(thumbnails + QStringLiteral("p/1.jpg")).size(), 1);
+}
+
+void TestCommentThreadModel::failedPictureAskedForWhenItsRowComesBack()
+{
+    m_viewModel->setComments({comment(2, QStringLiteral("p/broken.jpg")), comment(1, QStringLiteral("p/fine.jpg"))});
+    CommentThreadModel model(fixedClock(m_api->now));
+    model.setViewModel(m_viewModel.get());
+    const QString broken = thumbnails + QStringLiteral("p/broken.jpg");
+
+    model.setRowsInSight(0, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(model.index(1).data(CommentThreadModel::PictureFailedRole).toBool(), timeoutMs);
+    // Still in sight: not asked for again.
+    model.setRowsInSight(0, 1);
+    model.setRowsInSight(1, 2);
+    QCOMPARE(model.thumbnails()->requestCount(), 2);
+    // Out of sight and back: asked for again.
+    model.setRowsInSight(2, 2);
+    model.setRowsInSight(1, 2);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requests(broken).size(), 2, timeoutMs);
+}
+
+void TestCommentThreadModel::cacheKeepsToItsBudget()
+{
+    QImage picture(QSize(10, 10), QImage::Format_ARGB32);
+    picture.fill(Qt::red);
+    int loads = 0;
+    ThumbnailCache cache(
+        [&](const QString &, QObject *, const std::function<void(std::optional<QImage>)> &done) {
+            ++loads;
+            done(picture);
+        },
+        3 * picture.sizeInBytes());
+    for (const char *path : {"a", "b", "c", "d"})
+        QVERIFY(cache.request(QString::fromLatin1(path)));
+    QVERIFY(cache.keptBytes() <= cache.budget());
+    // The least recently shown went first; kept ones are not asked for again.
+    QVERIFY(cache.thumbnail(QStringLiteral("a")).isNull());
+    QVERIFY(!cache.request(QStringLiteral("d")));
+    QVERIFY(cache.request(QStringLiteral("a")));
+    QCOMPARE(loads, 5);
+}
+
+QTEST_GUILESS_MAIN(TestCommentThreadModel)
+#include "tst_commentthreadmodel.moc"
