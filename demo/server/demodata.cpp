@@ -400,6 +400,79 @@ DemoData DemoData::seeded(const QDateTime &now, int tasksPerWorker)
     return data;
 }
 
+void DemoData::scaleFirstTasksInProgress(int itemCount, int commentCount, const QDateTime &now)
+{
+    if (itemCount <= 0 && commentCount <= 0)
+        return;
+    qint64 itemId = 1;
+    for (const DemoItem &item : std::as_const(items))
+        itemId = std::max(itemId, item.id + 1);
+    qint64 commentId = nextCommentId();
+    const QDateTime latest = QDateTime::fromSecsSinceEpoch(now.toSecsSinceEpoch() / 60 * 60 - 10 * 60, Qt::UTC);
+
+    // A few scenes drawn once; every picture comment has a path of its own.
+    QList<QByteArray> scenes;
+    QList<QByteArray> sceneThumbnails;
+    if (commentCount > 0) {
+        for (int variant = 0; variant < kMaxPictures; ++variant) {
+            const QImage picture = demopictures::drawScene(variant);
+            scenes.append(demopictures::encodeJpeg(picture));
+            sceneThumbnails.append(demopictures::encodeJpeg(demopictures::thumbnailOf(picture)));
+        }
+    }
+
+    for (const DemoUser &worker : std::as_const(users)) {
+        if (!worker.canSignIn)
+            continue;
+        const auto found = std::find_if(tasks.cbegin(), tasks.cend(), [&worker](const DemoTask &task) {
+            return task.assignedUserId == worker.id && task.taskStatusId == inProgress;
+        });
+        if (found == tasks.cend())
+            continue;
+        const DemoTask &task = *found;
+
+        const Checklist &checklist = kChecklists.at(static_cast<size_t>(task.taskCategoryId - 1));
+        for (int n = int(itemsOf(task.id).size()); n < itemCount; ++n) {
+            const Checkpoint &checkpoint
+                = checklist.checkpoints.at(static_cast<size_t>(n) % checklist.checkpoints.size());
+            DemoItem item;
+            item.id = itemId++;
+            item.taskId = task.id;
+            item.name = QStringLiteral("%1 #%2").arg(QString::fromUtf8(checkpoint.name)).arg(n + 1);
+            item.details = QString::fromUtf8(checkpoint.details);
+            item.isAudit = checkpoint.isAudit;
+            item.dateCreated = task.dateCreated;
+            // Mostly open, with some done and a few incidents along the way.
+            item.itemStatusId = n % 7 == 3 ? 2 : n % 3 == 0 ? 1 : 3;
+            if (item.itemStatusId != 3)
+                item.dateUpdated = task.dateUpdated.value_or(task.dateCreated);
+            if (checkpoint.hasQrCode)
+                item.qrCode = QString::fromLatin1(checklist.qrPrefix) + QString::number(1000 + item.id);
+            items.append(item);
+        }
+
+        const int existing = int(commentsOf(task.id).size());
+        for (int n = 0; n < commentCount - existing; ++n) {
+            DemoComment comment;
+            comment.id = commentId++;
+            comment.taskId = task.id;
+            // The newest last, twenty minutes apart: some seventy a day.
+            comment.dateCreated = latest.addSecs(-qint64(commentCount - existing - n) * 20 * 60);
+            comment.userId = n % 2 == 0 ? worker.id : kDispatchId;
+            const char *note = n % 2 == 0 ? kProgressNotes.at(static_cast<size_t>(n / 2) % kProgressNotes.size())
+                                          : kDispatchNotes.at(static_cast<size_t>(n / 2) % kDispatchNotes.size());
+            comment.text = QStringLiteral("%1 (%2)").arg(QString::fromUtf8(note)).arg(n + 1);
+            if (n % 5 == 4) {
+                const QString path = QStringLiteral("media/task-%1/thread-%2.jpg").arg(task.id).arg(n + 1);
+                pictures.insert(path, scenes.at(n % scenes.size()));
+                thumbnails.insert(path, sceneThumbnails.at(n % sceneThumbnails.size()));
+                comment.media.append({path, comment.dateCreated, comment.id});
+            }
+            comments.append(comment);
+        }
+    }
+}
+
 const DemoUser *DemoData::user(qint64 id) const
 {
     const auto found = std::find_if(users.begin(), users.end(), [id](const DemoUser &u) { return u.id == id; });

@@ -39,6 +39,12 @@ struct DemoData
     // checkpoints each and no comments (a deployment at scale).
     [[nodiscard]] static DemoData seeded(const QDateTime &now, int tasksPerWorker = 0);
 
+    // Every field worker's first task in progress at scale: `items` checkpoints
+    // in all (when that is more than it has) and a thread of `comments`
+    // comments in all, every fifth with a picture of its own path, the newest
+    // ten minutes before `now`. Zero leaves a list as seeded.
+    void scaleFirstTasksInProgress(int items, int comments, const QDateTime &now);
+
     // The deployment's constants alone, without people, tasks or pictures.
     [[nodiscard]] static DemoData constantsOnly();
 

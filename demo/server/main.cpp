@@ -26,6 +26,16 @@ int main(int argc, char *argv[])
         QStringLiteral("Tasks per field worker: a deployment at scale (default: the seeded ten)."), QStringLiteral("N"),
         QStringLiteral("0"));
     parser.addOption(tasksOption);
+    const QCommandLineOption itemsOption(
+        QStringLiteral("items"),
+        QStringLiteral("Checkpoints of each field worker's first task in progress: a checklist at scale."),
+        QStringLiteral("N"), QStringLiteral("0"));
+    parser.addOption(itemsOption);
+    const QCommandLineOption commentsOption(
+        QStringLiteral("comments"),
+        QStringLiteral("Comments on each field worker's first task in progress, every fifth with a picture."),
+        QStringLiteral("N"), QStringLiteral("0"));
+    parser.addOption(commentsOption);
     const QCommandLineOption certificateOption(
         QStringLiteral("write-certificate"),
         QStringLiteral("Writes the server's certificate (PEM) to FILE once it listens, for a host that checks it "
@@ -47,8 +57,21 @@ int main(int argc, char *argv[])
         return 2;
     }
 
+    const int items = parser.value(itemsOption).toInt(&valid);
+    if (!valid || items < 0) {
+        std::fprintf(stderr, "Invalid number of items: %s\n", qPrintable(parser.value(itemsOption)));
+        return 2;
+    }
+    const int comments = parser.value(commentsOption).toInt(&valid);
+    if (!valid || comments < 0) {
+        std::fprintf(stderr, "Invalid number of comments: %s\n", qPrintable(parser.value(commentsOption)));
+        return 2;
+    }
+
     const ravelin::DemoClock clock = ravelin::systemDemoClock();
-    ravelin::DemoServer server(ravelin::DemoData::seeded(clock(), tasks), clock);
+    ravelin::DemoData data = ravelin::DemoData::seeded(clock(), tasks);
+    data.scaleFirstTasksInProgress(items, comments, clock());
+    ravelin::DemoServer server(std::move(data), clock);
     if (!server.start(static_cast<quint16>(port))) {
         std::fprintf(stderr, "Could not listen on 127.0.0.1:%u\n", port);
         return 1;
