@@ -70,11 +70,9 @@ bool MemoryOfflineStore::remove(qint64 id)
 {
     if (m_writesFail)
         return false;
-    const auto found = m_entries.find(id);
-    if (found == m_entries.end())
+    if (!m_entries.contains(id))
         return false;
-    m_pictures.remove(found->pictureFile);
-    m_entries.erase(found);
+    m_pictures.remove(m_entries.take(id).pictureFile);
     return true;
 }
 

@@ -256,7 +256,7 @@ void NetworkManager::sendRaw(const Router &route, std::function<void(const RawRe
 }
 
 void NetworkManager::send(const Router &route, const QObject *context,
-                          std::function<void(const Result<RouteAnswer> &)> completion)
+                          const std::function<void(const Result<RouteAnswer> &)> &completion)
 {
     const QPointer<QObject> guard(const_cast<QObject *>(context ? context : this));
     withFreshSession(

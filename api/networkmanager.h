@@ -94,7 +94,8 @@ public:
     // callers that tell a refusal (4xx, with the server's reason in the body) from
     // a failure worth retrying. Fails only without a session or when the token
     // cannot be regenerated.
-    void send(const Router &route, const QObject *context, std::function<void(const Result<RouteAnswer> &)> completion);
+    void send(const Router &route, const QObject *context,
+              const std::function<void(const Result<RouteAnswer> &)> &completion);
 
     // Fetches a picture through getFile.
     void downloadImage(const QString &path, bool isThumb, const QObject *context,

@@ -69,7 +69,7 @@ std::optional<ItemsUpdatePayload> decodeItems(const QJsonObject &o)
     payload.taskId = o.value(QLatin1String("taskId")).toInteger();
     payload.updaterUserId = o.value(QLatin1String("updaterUserId")).toInteger();
     const QJsonArray items = o.value(QLatin1String("items")).toArray();
-    for (const QJsonValue &value : items) {
+    for (const auto &value : items) {
         const QJsonObject item = value.toObject();
         payload.items.append(ItemPayload{item.value(QLatin1String("id")).toInteger(),
                                          item.value(QLatin1String("itemStatusId")).toInteger(),

@@ -176,7 +176,7 @@ void OutboxSender::pump()
         emit idle();
 }
 
-void OutboxSender::advance(OutboxEntry entry)
+void OutboxSender::advance(const OutboxEntry &entry)
 {
     if (!belongsToSession(entry)) { // signed out (or another user) meanwhile: it waits for its user
         m_busyTasks.remove(entry.taskId);
@@ -230,7 +230,7 @@ void OutboxSender::upload(OutboxEntry entry)
     });
 }
 
-void OutboxSender::lookForComment(OutboxEntry entry)
+void OutboxSender::lookForComment(const OutboxEntry &entry)
 {
     m_manager->send(
         Router::getTaskComments(entry.taskId), this, [this, entry](const Result<NetworkManager::RouteAnswer> &result) {
@@ -285,7 +285,7 @@ void OutboxSender::sendRoute(const OutboxEntry &entry, const Router &route)
                     [this, entry](const Result<NetworkManager::RouteAnswer> &result) { answered(entry, result); });
 }
 
-void OutboxSender::answered(OutboxEntry entry, const Result<NetworkManager::RouteAnswer> &result)
+void OutboxSender::answered(const OutboxEntry &entry, const Result<NetworkManager::RouteAnswer> &result)
 {
     if (!result.isSuccess()) {
         retryLater(entry, QStringLiteral("no session: ") + result.error().localizedDescription());

@@ -80,12 +80,12 @@ signals:
 private:
     void schedulePump();
     void pump();
-    void advance(OutboxEntry entry);
+    void advance(const OutboxEntry &entry);
     void upload(OutboxEntry entry);
-    void lookForComment(OutboxEntry entry);
+    void lookForComment(const OutboxEntry &entry);
     void postComment(OutboxEntry entry);
     void sendRoute(const OutboxEntry &entry, const Router &route);
-    void answered(OutboxEntry entry, const Result<NetworkManager::RouteAnswer> &result);
+    void answered(const OutboxEntry &entry, const Result<NetworkManager::RouteAnswer> &result);
     void stepDone(OutboxEntry entry);
     void refuse(OutboxEntry entry, const QString &reason);
     void retryLater(OutboxEntry entry, const QString &why);
