@@ -10,7 +10,7 @@ namespace ravelin {
 
 namespace {
 
-const QString notPinned = QStringLiteral("The server's certificate does not carry a pinned public key");
+constexpr auto notPinned = QLatin1String("The server's certificate does not carry a pinned public key");
 
 } // namespace
 
@@ -59,7 +59,14 @@ bool TrustPolicy::isPinned(const QSslCertificate &certificate) const
 
 void TrustPolicy::prepare(QNetworkRequest &request) const
 {
-    if (m_kind != Kind::systemTrustStore && m_kind != Kind::certificateAuthorities)
+    if (m_kind == Kind::acceptAny)
+        return;
+    // Qt keeps one connection (with its TLS settings and sessions) per server
+    // and network access manager, made with the settings of the first request,
+    // unless requests name the peer to verify: then they get one of their own,
+    // checked by this policy.
+    request.setPeerVerifyName(request.url().host());
+    if (m_kind == Kind::pinnedPublicKeys)
         return;
     QSslConfiguration configuration = request.sslConfiguration();
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
@@ -105,7 +112,7 @@ std::optional<QString> TrustPolicy::refusal(const QNetworkReply &reply) const
     const QSslCertificate server = reply.sslConfiguration().peerCertificate();
     if (server.isNull() || isPinned(server))
         return std::nullopt;
-    return notPinned;
+    return QString(notPinned);
 }
 
 } // namespace ravelin

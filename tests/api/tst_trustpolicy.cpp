@@ -72,24 +72,28 @@ void TestTrustPolicy::serverChecked_data()
 {
     QTest::addColumn<Trust>("trust");
     QTest::addColumn<Call>("call");
+    QTest::addColumn<bool>("hostFirst"); // the host's own request on the same manager first, checking nothing
     QTest::addColumn<bool>("accepted");
 
-    QTest::newRow("any certificate") << Trust::any << Call::request << true;
-    QTest::newRow("system trust store") << Trust::systemStore << Call::request << false;
-    QTest::newRow("the server's certificate") << Trust::serverCertificate << Call::request << true;
-    QTest::newRow("another certificate") << Trust::otherCertificate << Call::request << false;
-    QTest::newRow("either certificate") << Trust::bothCertificates << Call::request << true;
-    QTest::newRow("the server's key pinned") << Trust::serverKey << Call::request << true;
-    QTest::newRow("another key pinned") << Trust::otherKey << Call::request << false;
-    QTest::newRow("picture, the server's certificate") << Trust::serverCertificate << Call::download << true;
-    QTest::newRow("picture, another certificate") << Trust::otherCertificate << Call::download << false;
-    QTest::newRow("picture, another key pinned") << Trust::otherKey << Call::download << false;
+    QTest::newRow("any certificate") << Trust::any << Call::request << false << true;
+    QTest::newRow("system trust store") << Trust::systemStore << Call::request << false << false;
+    QTest::newRow("the server's certificate") << Trust::serverCertificate << Call::request << false << true;
+    QTest::newRow("another certificate") << Trust::otherCertificate << Call::request << false << false;
+    QTest::newRow("either certificate") << Trust::bothCertificates << Call::request << false << true;
+    QTest::newRow("the server's key pinned") << Trust::serverKey << Call::request << false << true;
+    QTest::newRow("another key pinned") << Trust::otherKey << Call::request << false << false;
+    QTest::newRow("picture, the server's certificate") << Trust::serverCertificate << Call::download << false << true;
+    QTest::newRow("picture, another certificate") << Trust::otherCertificate << Call::download << false << false;
+    QTest::newRow("picture, another key pinned") << Trust::otherKey << Call::download << false << false;
+    QTest::newRow("another certificate, the host first") << Trust::otherCertificate << Call::request << true << false;
+    QTest::newRow("another key pinned, the host first") << Trust::otherKey << Call::request << true << false;
 }
 
 void TestTrustPolicy::serverChecked()
 {
     QFETCH(Trust, trust);
     QFETCH(Call, call);
+    QFETCH(bool, hostFirst);
     QFETCH(bool, accepted);
 
     test::ApiHarness api;
@@ -106,6 +110,15 @@ void TestTrustPolicy::serverChecked()
         {Trust::serverKey, TrustPolicy::pinnedPublicKeys({TrustPolicy::publicKeyDigest(server)})},
         {Trust::otherKey, TrustPolicy::pinnedPublicKeys({TrustPolicy::publicKeyDigest(other)})},
     };
+    if (hostFirst) {
+        QNetworkReply *reply = api.network.get(
+            QNetworkRequest(QUrl(QStringLiteral("https://%1/api/settings-constants").arg(api.server.baseUrl()))));
+        reply->ignoreSslErrors();
+        QTRY_VERIFY_WITH_TIMEOUT(reply->isFinished(), 30000);
+        QCOMPARE(reply->error(), QNetworkReply::NoError);
+        reply->deleteLater();
+        api.server.clearRequests();
+    }
     api.manager.setTrustPolicy(policies.at(trust));
     test::LogCapture log;
 
