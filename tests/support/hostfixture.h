@@ -105,7 +105,7 @@ template<typename T>
 T *waitForTop(RavelinNavVC &host, int timeoutMs = 10000)
 {
     T *screen = nullptr;
-    QTest::qWaitFor([&] { return (screen = qobject_cast<T *>(host.topScreen())) != nullptr; }, timeoutMs);
+    (void)QTest::qWaitFor([&] { return (screen = qobject_cast<T *>(host.topScreen())) != nullptr; }, timeoutMs);
     return screen;
 }
 
