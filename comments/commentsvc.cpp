@@ -11,6 +11,7 @@
 #include "resources/namedcolors.h"
 #include "views/alertpresenter.h"
 #include "views/refreshablescrollarea.h"
+#include "views/taprecognizer.h"
 #include "views/textscale.h"
 
 #include <QLabel>
@@ -116,7 +117,16 @@ void CommentsVC::viewDidLoad()
     m_scrollArea->setTintColor(accent);
     m_scrollArea->setRefreshTitle(refreshTitle());
     (void)inputBar(); // docked from the start
+    // A tap anywhere but on the bar ends editing.
+    auto *taps = new TapRecognizer(this);
+    taps->exclude(m_inputBar);
+    connect(taps, &TapRecognizer::tapped, this, &CommentsVC::didTap);
     updateEmptyMessage();
+}
+
+void CommentsVC::didTap()
+{
+    inputBar()->inputTextView()->clearFocus();
 }
 
 void CommentsVC::viewWillAppear()

@@ -50,6 +50,8 @@ public:
     void viewDidLayoutSubviews();
 
     void pullToRefresh();
+    // A tap on the screen: the keyboard goes (the comment's text view lets go of the focus).
+    void didTap();
     [[nodiscard]] bool isFetching() const { return m_fetching; }
 
     // CustomInputBarDelegate and CommentTableViewCellDelegate.

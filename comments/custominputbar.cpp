@@ -9,6 +9,7 @@
 #include "resources/namedimages.h"
 #include "views/focusring.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -94,7 +95,7 @@ CustomInputBar::CustomInputBar(QWidget *parent)
     m_attachmentButton->setAccessibleName(tr("Add Picture"));
     m_attachmentButton->setIcon(NamedImages::icon(ImageNames::paperclip, lightGray()));
     m_attachmentButton->setIconSize(QSize(25, 25));
-    m_attachmentButton->setFixedSize(30, 36);
+    m_attachmentButton->setFixedSize(TouchTarget::minimumSide, TouchTarget::minimumSide);
     m_attachmentButton->setAutoRaise(true);
     m_attachmentButton->setCursor(Qt::PointingHandCursor);
     connect(m_attachmentButton, &QToolButton::clicked, this, &CustomInputBar::pickPicture);
@@ -124,7 +125,7 @@ CustomInputBar::CustomInputBar(QWidget *parent)
     m_sendButton->setObjectName(QStringLiteral("sendCommentBtn"));
     m_sendButton->setAccessibleName(tr("Send"));
     m_sendButton->setIconSize(QSize(52, 30));
-    m_sendButton->setFixedSize(52, 36);
+    m_sendButton->setFixedSize(52, TouchTarget::minimumSide);
     m_sendButton->setAutoRaise(true);
     m_sendButton->setCursor(Qt::PointingHandCursor);
     connect(m_sendButton, &QToolButton::clicked, this, &CustomInputBar::didPressSend);
@@ -178,7 +179,7 @@ void CustomInputBar::fitTextView()
     const int lines = std::clamp(int(m_textView->document()->size().height()), 1, maxLines);
     const int height = lines * metrics.lineSpacing() + 18;
     if (m_textView->height() != height) {
-        m_textView->setFixedHeight(std::max(TextScale::scaled(36), height));
+        m_textView->setFixedHeight(std::max({TextScale::scaled(36), TouchTarget::minimumSide, height}));
         updateGeometry();
     }
 }
@@ -210,9 +211,12 @@ void CustomInputBar::pickPicture()
     RavelinNavVC *host = screen ? screen->navigationHost() : nullptr;
     if (!host)
         return;
-    host->imagePicker()->pickImage(screen, [self = QPointer<CustomInputBar>(this)](std::optional<QImage> picture) {
-        if (self && picture)
-            self->attach(*picture);
+    // The picker may hand back several pictures: all are attached, the first is sent.
+    host->imagePicker()->pickImages(screen, [self = QPointer<CustomInputBar>(this)](const QList<QImage> &pictures) {
+        if (!self)
+            return;
+        for (const QImage &picture : pictures)
+            self->attach(picture);
     });
 }
 

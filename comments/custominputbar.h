@@ -55,7 +55,7 @@ public:
     // Adds a picked picture to the attachments; a picture that is not one is
     // refused with a debug line.
     void attach(const QImage &picture);
-    // Picks a picture from the presenting screen.
+    // Picks pictures (one or several) from the presenting screen.
     void pickPicture();
     // The send action: "Sending..." shows and the delegate gets the text and the first picture.
     void didPressSend();

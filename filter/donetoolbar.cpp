@@ -3,6 +3,7 @@
 #include "resources/namedcolors.h"
 #include "views/focusring.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -27,6 +28,7 @@ DoneToolbar::DoneToolbar(int tag, QWidget *parent)
     m_done->setFocusPolicy(Qt::TabFocus);
     m_done->setCursor(Qt::PointingHandCursor);
     m_done->setAutoRaise(true);
+    m_done->setMinimumHeight(TouchTarget::minimumSide);
     m_done->setStyleSheet(QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: 8px;"
                                          " padding: 4px 8px; color: %1; %3 font-weight: 600; }"
                                          "QToolButton:pressed { color: %2; }"

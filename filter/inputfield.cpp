@@ -4,6 +4,7 @@
 #include "resources/namedcolors.h"
 #include "views/focuschain.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QAction>
 #include <QApplication>
@@ -42,7 +43,7 @@ InputField::InputField(QWidget *parent)
     setReadOnly(true);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
-    setMinimumHeight(TextScale::scaled(40));
+    setMinimumHeight(std::max(TextScale::scaled(40), TouchTarget::minimumSide));
     auto *open = addAction(chevronIcon(NamedColors::color(ColorNames::secondaryLabelText, QColor(Qt::gray))),
                            QLineEdit::TrailingPosition);
     open->setObjectName(QStringLiteral("openPicker"));

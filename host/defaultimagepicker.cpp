@@ -186,7 +186,48 @@ private:
     std::unique_ptr<QVideoSink> m_sink;
 };
 
+// The file dialog over the presenter; the completion runs once with the
+// pictures read from the chosen files (none when cancelled), unless the
+// presenter is gone by then.
+void openFileDialog(QWidget *presenter, QFileDialog::FileMode mode, ImagePicker::PicturesCompletion completion)
+{
+    auto *dialog = new QFileDialog(presenter, QCoreApplication::translate("DefaultImagePicker", "Choose a Picture"),
+                                   QStandardPaths::writableLocation(QStandardPaths::PicturesLocation),
+                                   DefaultImagePicker::imageFilter());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(mode);
+    auto shared = std::make_shared<ImagePicker::PicturesCompletion>(std::move(completion));
+    const QPointer<QWidget> guard(presenter);
+    QObject::connect(dialog, &QFileDialog::filesSelected, presenter, [shared, guard](const QStringList &paths) {
+        if (!guard || !*shared)
+            return;
+        QList<QImage> pictures;
+        for (const QString &path : paths) {
+            QImage picture(path);
+            if (!picture.isNull())
+                pictures.append(picture);
+        }
+        std::exchange(*shared, {})(pictures);
+    });
+    QObject::connect(dialog, &QFileDialog::rejected, presenter, [shared, guard] {
+        if (guard && *shared)
+            std::exchange(*shared, {})({});
+    });
+    dialog->open();
+}
+
 } // namespace
+
+void DefaultImagePicker::pickImages(QWidget *presenter, PicturesCompletion completion)
+{
+    if (!presenter)
+        return;
+    if (QMediaDevices::videoInputs().isEmpty()) {
+        chooseFiles(presenter, std::move(completion));
+        return;
+    }
+    ImagePicker::pickImages(presenter, std::move(completion));
+}
 
 void DefaultImagePicker::pickImage(QWidget *presenter, Completion completion)
 {
@@ -209,23 +250,15 @@ QString DefaultImagePicker::imageFilter()
 
 void DefaultImagePicker::chooseFile(QWidget *presenter, Completion completion)
 {
-    auto *dialog = new QFileDialog(presenter, QCoreApplication::translate("DefaultImagePicker", "Choose a Picture"),
-                                   QStandardPaths::writableLocation(QStandardPaths::PicturesLocation), imageFilter());
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    auto shared = std::make_shared<Completion>(std::move(completion));
-    const QPointer<QWidget> guard(presenter);
-    QObject::connect(dialog, &QFileDialog::fileSelected, presenter, [shared, guard](const QString &path) {
-        if (guard && *shared) {
-            QImage picture(path);
-            std::exchange(*shared, {})(picture.isNull() ? std::nullopt : std::optional<QImage>(picture));
-        }
-    });
-    QObject::connect(dialog, &QFileDialog::rejected, presenter, [shared, guard] {
-        if (guard && *shared)
-            std::exchange(*shared, {})(std::nullopt);
-    });
-    dialog->open();
+    openFileDialog(presenter, QFileDialog::ExistingFile,
+                   [completion = std::move(completion)](const QList<QImage> &pictures) {
+                       completion(pictures.isEmpty() ? std::nullopt : std::optional<QImage>(pictures.first()));
+                   });
+}
+
+void DefaultImagePicker::chooseFiles(QWidget *presenter, PicturesCompletion completion)
+{
+    openFileDialog(presenter, QFileDialog::ExistingFiles, std::move(completion));
 }
 
 } // namespace ravelin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QImage>
+#include <QList>
 
 #include <functional>
 #include <optional>
@@ -16,6 +17,7 @@ class ImagePicker
 {
 public:
     using Completion = std::function<void(std::optional<QImage> picture)>;
+    using PicturesCompletion = std::function<void(QList<QImage> pictures)>;
 
     virtual ~ImagePicker() = default;
 
@@ -23,6 +25,16 @@ public:
     // main thread: with the picked picture, or with nothing when the worker
     // cancelled. It does not run when `presenter` is gone by then.
     virtual void pickImage(QWidget *presenter, Completion completion) = 0;
+
+    // The same, where the worker may choose several pictures: the completion
+    // gets them in the order chosen (none when cancelled). A picker that picks
+    // one at a time need not override it.
+    virtual void pickImages(QWidget *presenter, PicturesCompletion completion)
+    {
+        pickImage(presenter, [completion = std::move(completion)](std::optional<QImage> picture) {
+            completion(picture ? QList<QImage>{*picture} : QList<QImage>{});
+        });
+    }
 };
 
 } // namespace ravelin

@@ -5,6 +5,7 @@
 #include "views/focuschain.h"
 #include "views/focusring.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -68,6 +69,7 @@ NavigationBar::NavigationBar(QWidget *parent)
     m_backButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_backButton->setAutoRaise(true);
     m_backButton->setCursor(Qt::PointingHandCursor);
+    m_backButton->setMinimumSize(TouchTarget::minimumSide, TouchTarget::minimumSide);
     m_backButton->setVisible(false);
     connect(m_backButton, &QToolButton::clicked, this, &NavigationBar::backRequested);
 
@@ -143,6 +145,7 @@ void NavigationBar::fill(QHBoxLayout *layout, const QList<QAction *> &actions)
         button->setToolButtonStyle(action->icon().isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
         button->setAutoRaise(true);
         button->setCursor(Qt::PointingHandCursor);
+        button->setMinimumSize(TouchTarget::minimumSide, TouchTarget::minimumSide);
         layout->addWidget(button);
     }
 }

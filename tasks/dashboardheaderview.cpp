@@ -5,6 +5,7 @@
 #include "views/focusring.h"
 #include "views/roundedview.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QHBoxLayout>
 #include <QIcon>
@@ -93,7 +94,8 @@ DashboardHeaderView::DashboardHeaderView(QWidget *parent)
     m_panelButton->setCursor(Qt::PointingHandCursor);
     m_panelButton->setAutoRaise(true);
     m_panelButton->setIconSize(QSize(iconSide, iconSide));
-    m_panelButton->setFixedSize(TextScale::scaled(QSize(34, 30)));
+    m_panelButton->setFixedSize(
+        TextScale::scaled(QSize(34, 30)).expandedTo(QSize(TouchTarget::minimumSide, TouchTarget::minimumSide)));
     m_panelButton->setStyleSheet(QStringLiteral("QToolButton { border: 2px solid transparent; border-radius: 8px; }"
                                                 "QToolButton:pressed { background: rgba(0,0,0,20); }"
                                                 "QToolButton:focus { border-color: %1; }")

@@ -7,6 +7,7 @@
 #include "tasks/taskcollectionviewcelldelegate.h"
 #include "views/cardshadow.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -111,6 +112,11 @@ QRect TaskCollectionViewCell::acknowledgeButtonRect(const QRect &itemRect)
 {
     const QRect content = cardFrame(itemRect).marginsRemoved(contentMarginsNow());
     return {content.left(), content.bottom() + 1 - px(buttonHeight), content.width(), px(buttonHeight)};
+}
+
+QRect TaskCollectionViewCell::acknowledgeTapRect(const QRect &itemRect)
+{
+    return TouchTarget::around(acknowledgeButtonRect(itemRect), cardFrame(itemRect));
 }
 
 QRect TaskCollectionViewCell::chartRect(const QRect &itemRect)

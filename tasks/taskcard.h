@@ -16,7 +16,7 @@ class TaskCollectionViewCellDelegate;
 // is not on screen.
 //
 // The acknowledge button is painted too: the strip that shows the card asks
-// acknowledgeButtonRect() whether a press hit it, shows the pressed look through
+// acknowledgeTapRect() whether a press hit it, shows the pressed look through
 // setPressedIndex(), and reports the tap through didTapAcknowledge().
 class TaskCollectionViewCell : public QStyledItemDelegate
 {
@@ -46,6 +46,9 @@ public:
     // worker's text size.
     [[nodiscard]] static QRect cardFrame(const QRect &itemRect);
     [[nodiscard]] static QRect acknowledgeButtonRect(const QRect &itemRect);
+    // Where a tap counts as one on the acknowledge button: the button grown to
+    // a finger's size inside the card.
+    [[nodiscard]] static QRect acknowledgeTapRect(const QRect &itemRect);
     [[nodiscard]] static QRect chartRect(const QRect &itemRect);
 
     // The card whose acknowledge button is held down (none: an invalid index).

@@ -5,11 +5,32 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QScroller>
 #include <QScrollerProperties>
+#include <QWheelEvent>
+
+#include <cstdlib>
 
 namespace ravelin {
+
+namespace {
+
+// Room kept above and below a card brought into the page's view.
+constexpr int revealMargin = 12;
+
+// The scrolling page the strip lies on (the dashboard's table), if any.
+QScrollArea *enclosingPage(const QWidget *strip)
+{
+    for (QWidget *above = strip->parentWidget(); above; above = above->parentWidget()) {
+        if (auto *page = qobject_cast<QScrollArea *>(above))
+            return page;
+    }
+    return nullptr;
+}
+
+} // namespace
 
 TaskTableViewCell::TaskTableViewCell(QWidget *parent)
     : QListView(parent)
@@ -109,7 +130,9 @@ void TaskTableViewCell::mousePressEvent(QMouseEvent *event)
     m_pressIndex = m_pressing ? QPersistentModelIndex(index) : QPersistentModelIndex();
     m_pressPosition = position;
     m_pressOnButton = m_pressing && index.data(TaskCollectionModel::ShowsAcknowledgeRole).toBool()
-        && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position);
+        && TaskCollectionViewCell::acknowledgeTapRect(item).contains(position);
+    // Seen before the current card moves into view.
+    m_pressOnHiddenCard = m_pressing && revealCard(index, false);
     if (m_pressing)
         setCurrentIndex(index);
     setButtonPressed(m_pressOnButton ? index : QModelIndex());
@@ -146,14 +169,54 @@ void TaskTableViewCell::mouseReleaseEvent(QMouseEvent *event)
     if (!wasPressing || !pressed.isValid() || (position - m_pressPosition).manhattanLength() > tapSlop
         || indexAt(position) != pressed)
         return;
+    // A card at the edge is brought into view first; the next tap acts on it.
+    if (m_pressOnHiddenCard) {
+        revealCard(pressed, true);
+        return;
+    }
     const QRect item = visualRect(pressed);
-    if (onButton && TaskCollectionViewCell::acknowledgeButtonRect(item).contains(position)) {
+    if (onButton && TaskCollectionViewCell::acknowledgeTapRect(item).contains(position)) {
         if (TaskCollectionViewCell *painter = cardPainter())
             painter->didTapAcknowledge(pressed);
         return;
     }
     if (TaskCollectionViewCell::cardFrame(item).contains(position))
         emit taskSelected(m_tag, pressed.row());
+}
+
+bool TaskTableViewCell::revealCard(const QModelIndex &index, bool reveal)
+{
+    const QRect item = visualRect(index);
+    const QRect card = TaskCollectionViewCell::cardFrame(item);
+    bool hidden = false;
+    if (!viewport()->rect().contains(card)) {
+        // Sideways, in the strip's content (scrolled by pixels): the card with its leading inset.
+        if (reveal)
+            scrollTo(index, QAbstractItemView::EnsureVisible);
+        hidden = true;
+    }
+    QScrollArea *page = enclosingPage(this);
+    if (page && page->widget()) {
+        const QRect inPage(viewport()->mapTo(page->viewport(), card.topLeft()), card.size());
+        if (inPage.top() < 0 || inPage.bottom() >= page->viewport()->height()) {
+            const QPoint centre = viewport()->mapTo(page->widget(), card.center());
+            if (reveal)
+                page->ensureVisible(centre.x(), centre.y(), 0, card.height() / 2 + revealMargin);
+            hidden = true;
+        }
+    }
+    return hidden;
+}
+
+void TaskTableViewCell::wheelEvent(QWheelEvent *event)
+{
+    // An upright wheel belongs to the page (a list view would turn it sideways).
+    const QPoint delta = event->angleDelta();
+    if (std::abs(delta.y()) > std::abs(delta.x())) {
+        event->ignore();
+        return;
+    }
+    QListView::wheelEvent(event);
 }
 
 void TaskTableViewCell::mouseDoubleClickEvent(QMouseEvent *event)

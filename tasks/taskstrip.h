@@ -15,8 +15,11 @@ class TaskCollectionViewCell;
 // the row's own task model; only the cards in sight are painted.
 //
 // A tap on a card selects its task; a tap on an assigned card's acknowledge
-// button is handed to the card painter instead. A drag is never a tap. Enter or
-// Space selects the current card from the keyboard.
+// button is handed to the card painter instead. As on a phone, the first tap on
+// a card partly hidden at the strip's ends or at the edge of the page around
+// the strip only scrolls it into view. A drag is never a tap. A sideways wheel
+// scrolls the strip; an upright one is left to the page. Enter or Space selects
+// the current card from the keyboard.
 class TaskTableViewCell : public QListView
 {
     Q_OBJECT
@@ -56,15 +59,19 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
 
 private:
     void setButtonPressed(const QModelIndex &index);
+    // Whether a card is partly out of sight, and with `reveal` scrolls it into view.
+    bool revealCard(const QModelIndex &index, bool reveal);
 
     TaskCollectionModel *m_model = nullptr;
     int m_tag = 0;
     QPersistentModelIndex m_pressIndex;
     QPoint m_pressPosition;
     bool m_pressOnButton = false;
+    bool m_pressOnHiddenCard = false;
     bool m_pressing = false;
 };
 

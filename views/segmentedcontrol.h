@@ -23,7 +23,8 @@ class SegmentedControl : public QWidget
 public:
     // The selected index when no segment is selected.
     static constexpr int noSegment = -1;
-    static constexpr int controlHeight = 32;
+    // Segments a finger's height (44) inside the track's inset.
+    static constexpr int controlHeight = 48;
     // The control's height at the worker's text size.
     [[nodiscard]] static int preferredHeight();
 

@@ -3,6 +3,7 @@
 #include "resources/namedcolors.h"
 #include "views/focusring.h"
 #include "views/textscale.h"
+#include "views/touchtarget.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -26,6 +27,7 @@ SheetBar::SheetBar(const QString &title, QWidget *parent)
     m_cancel->setFocusPolicy(Qt::TabFocus);
     m_cancel->setCursor(Qt::PointingHandCursor);
     m_cancel->setFlat(true);
+    m_cancel->setMinimumSize(TouchTarget::minimumSide, TouchTarget::minimumSide);
     m_cancel->setStyleSheet(
         QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
                        " %3 padding: 4px 6px; }"

@@ -8,6 +8,7 @@
 #include "demo/app/hostbrand.h"
 #include "demo/app/hostevents.h"
 #include "demo/app/hostpanel.h"
+#include "demo/app/scenepicker.h"
 #include "demo/app/signinscreen.h"
 #include "demo/app/taskeventsheet.h"
 #include "host/notificationcenter.h"
@@ -35,6 +36,7 @@ DemoHostWindow::DemoHostWindow(HostSetup setup, Environment environment, QWidget
     , m_setup(std::move(setup))
     , m_environment(std::move(environment))
 {
+    , m_scenePicker(std::make_unique<ScenePicker>())
     setObjectName(QStringLiteral("demoHostWindow"));
     setWindowTitle(hostbrand::productName);
     resize(phoneSize);
@@ -132,7 +134,7 @@ void DemoHostWindow::startSession(qint64 userId, const QMap<qint64, QStringList>
     environment.network = m_environment.network;
     environment.notifications = m_environment.notifications;
     environment.clock = m_environment.clock;
-    environment.imagePicker = m_environment.imagePicker;
+    environment.imagePicker = m_environment.imagePicker ? m_environment.imagePicker : m_scenePicker.get();
     environment.cameraFrameSource = m_environment.cameraFrameSource;
     environment.trustPolicy = m_environment.trustPolicy;
     if (!environment.cameraFrameSource) {

@@ -29,6 +29,7 @@ class HostPanel;
 class NotificationCenter;
 class ImagePicker;
 class RavelinNavVC;
+class ScenePicker;
 class SignInScreen;
 class TaskEventSheet;
 
@@ -53,7 +54,8 @@ public:
         QNetworkAccessManager *network = nullptr;
         NotificationCenter *notifications = nullptr;
         Clock clock = systemClock();
-        // How the library picks pictures; its own picker when unset.
+        // How the library picks pictures; when unset, the host's drawn pictures
+        // (a phone would offer its photos, not a desktop file dialog).
         ImagePicker *imagePicker = nullptr;
         // What the library's QR scanner sees; the demo camera when unset.
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
@@ -130,6 +132,7 @@ private:
     HostPanel *m_panel = nullptr;
     TaskEventSheet *m_sheet = nullptr;
     QPointer<RavelinNavVC> m_navVC;
+    std::unique_ptr<ScenePicker> m_scenePicker;
     std::optional<Session> m_session;
 };
 

@@ -232,6 +232,8 @@ void DemoTour::stepAcknowledge()
             if (tasks.at(item)->id != id)
                 continue;
             const QModelIndex index = row->model()->index(item, 0);
+            // In full view first: a tap on a card cut off at an edge only brings it into view.
+            dashboard().refreshControl()->ensureWidgetVisible(row, 0, 0);
             row->scrollTo(index);
             tapped
                 = tap(row->viewport(), TaskCollectionViewCell::acknowledgeButtonRect(row->visualRect(index)).center());

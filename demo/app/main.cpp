@@ -6,7 +6,6 @@
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
 #include "demo/app/hostbrand.h"
-#include "demo/app/scenepicker.h"
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
 #include "host/notificationcenter.h"
@@ -190,10 +189,9 @@ int main(int argc, char *argv[])
     }
     std::fflush(stdout);
 
-    // The headless tour has no camera and no one to choose a file: it takes drawn pictures.
-    ScenePicker scenePicker;
+    // Pictures are the host's drawn ones, in the window as in the headless tour.
     DemoHostWindow::Environment environment{userDefaults.get(), &network, &NotificationCenter::defaultCenter(),
-                                            systemClock(), tour ? &scenePicker : nullptr};
+                                            systemClock()};
     if (!options.caCertificateFile.isEmpty()) {
         const auto policy = trustedCertificates(options.caCertificateFile);
         if (!policy.isSuccess()) {

@@ -4,8 +4,9 @@
 
 namespace ravelin {
 
-// The picker of the headless tour: instead of a camera, it "photographs" a
-// drawn checkpoint (a gauge on a wall, in a different light each time).
+// The demo host's picker, in the window and in the headless tour: instead of a
+// camera or a file dialog, it "photographs" a drawn checkpoint (a gauge on a
+// wall, in a different light each time).
 class ScenePicker : public ImagePicker
 {
 public:

@@ -15,18 +15,27 @@
 #include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
+#include "support/shots.h"
 #include "support/testpicker.h"
 #include "tasks/dashboardvc.h"
+#include "tasks/taskcard.h"
+#include "tasks/taskcollectionmodel.h"
 #include "tasks/taskstrip.h"
 #include "views/alertpresenter.h"
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
+#include "views/touchtarget.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QBuffer>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
@@ -39,7 +48,6 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
 QString serverDate(const TimePoint &when)
 {
@@ -125,6 +133,34 @@ QStringList tabRound()
     return names << QStringLiteral("(no end)");
 }
 
+// What a finger can hit in the window that is smaller than a finger: the
+// controls in sight, and the acknowledge buttons painted on the cards.
+QStringList smallTargets(const QWidget *window)
+{
+    QStringList small;
+    const auto check = [&small](const QString &what, const QSize &size) {
+        if (size.width() < TouchTarget::minimumSide || size.height() < TouchTarget::minimumSide)
+            small << QStringLiteral("%1 %2x%3").arg(what).arg(size.width()).arg(size.height());
+    };
+    for (QWidget *widget : window->findChildren<QWidget *>()) {
+        // A field's own icon does what a tap anywhere on the field does.
+        if (widget->isVisible() && !qobject_cast<QLineEdit *>(widget->parentWidget())
+            && (qobject_cast<QAbstractButton *>(widget) || qobject_cast<QLineEdit *>(widget)
+                || qobject_cast<QPlainTextEdit *>(widget) || qobject_cast<QAbstractSpinBox *>(widget)
+                || qobject_cast<QComboBox *>(widget)))
+            check(describe(accessible(widget)), widget->size());
+    }
+    for (const TaskTableViewCell *strip : window->findChildren<TaskTableViewCell *>()) {
+        for (int i = 0; strip->isVisible() && i < strip->count(); ++i) {
+            const QModelIndex card = strip->model()->index(i, 0);
+            if (card.data(TaskCollectionModel::ShowsAcknowledgeRole).toBool())
+                check(QStringLiteral("acknowledge on card %1").arg(i),
+                      TaskCollectionViewCell::acknowledgeTapRect(strip->visualRect(card)).size());
+        }
+    }
+    return small;
+}
+
 // Tab until the widget of that name has the focus.
 bool tabTo(const QString &name)
 {
@@ -146,8 +182,8 @@ private slots:
     void init();
     void cleanup();
 
-    void everyControlIsNamed_data();
-    void everyControlIsNamed();
+    void everyControlIsNamedAndFitsAFinger_data();
+    void everyControlIsNamedAndFitsAFinger();
     void chartsReadAsText_data();
     void chartsReadAsText();
     void listItemsCarryNamesAndIdentifiers_data();
@@ -316,16 +352,17 @@ void TestAccessibility::screens()
         QTest::newRow(screen) << QString::fromLatin1(screen);
 }
 
-void TestAccessibility::everyControlIsNamed_data()
+void TestAccessibility::everyControlIsNamedAndFitsAFinger_data()
 {
     screens();
 }
 
-void TestAccessibility::everyControlIsNamed()
+void TestAccessibility::everyControlIsNamedAndFitsAFinger()
 {
     // Whatever the worker can act on, and every picture and chart, is named in
     // words; what only holds others (cards, panes) may say nothing; and no name
     // is an identifier meant for automation ("statusCell_Assigned", "dateStart").
+    // Whatever a finger can hit is at least as large as a finger.
     QFETCH(QString, screen);
     QVERIFY(open(screen));
     static const QList<QAccessible::Role> speaking{
@@ -347,6 +384,8 @@ void TestAccessibility::everyControlIsNamed()
     }
     QCOMPARE(offenders.join(QStringLiteral("; ")), QString());
     QVERIFY(all.size() > 3);
+    const QStringList small = smallTargets(m_host.get());
+    QVERIFY2(small.isEmpty(), qPrintable(small.join(QStringLiteral("; "))));
 }
 
 void TestAccessibility::chartsReadAsText_data()
@@ -551,7 +590,7 @@ void TestAccessibility::focusIsVisibleInBothAppearances()
     QVERIFY(tabTo(control));
     QWidget *widget = focused();
     const QImage withFocus = widget->grab().toImage();
-    m_host->grab().save(shots + QStringLiteral("focus-%1.png").arg(QString::fromLatin1(QTest::currentDataTag())));
+    grabShot(*m_host, QStringLiteral("focus-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
     QTest::keyClick(widget, Qt::Key_Tab);
     QVERIFY(focused() != widget);
     QVERIFY(widget->grab().toImage() != withFocus);

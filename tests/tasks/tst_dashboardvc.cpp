@@ -22,6 +22,7 @@
 #include "views/roundedview.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QPushButton>
@@ -30,6 +31,7 @@
 #include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <atomic>
@@ -140,6 +142,7 @@ private slots:
     void taskEventAlertThenRefresh();
     void panelButtonSwipeAndFilter();
     void dragsOverCardsScrollAndPull();
+    void wheelAndTapsAsOnAPhone();
     void missingViewModelStops();
     void closingWhileFetching();
     void alertAnsweredAfterTheDashboardIsGone();
@@ -526,6 +529,70 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     // Neither drag was a tap on a card.
     QVERIFY(dashboard->segues.isEmpty());
     QCOMPARE(requests(QStringLiteral("/api/items/taskId/1")) + requests(QStringLiteral("/api/items/taskId/2")), 0);
+}
+
+void TestDashboardVC::wheelAndTapsAsOnAPhone()
+{
+    // Five assigned tasks in the first strip, one section each below, the last blocked.
+    QJsonArray tasks;
+    for (int id = 1; id <= 5; ++id)
+        tasks.append(taskJson(id, QStringLiteral("Valve %1").arg(id), 2));
+    for (int status = 3; status <= 5; ++status)
+        tasks.append(taskJson(10 + status, QStringLiteral("Pump %1").arg(status), status));
+    auto host = loaded(tasks);
+    QVERIFY(host);
+    DashboardVC *dashboard = host->dashboard();
+    RefreshableScrollArea *page = dashboard->refreshControl();
+    TaskTableViewCell *strip = dashboard->rows().first();
+    QScrollBar *sideways = strip->horizontalScrollBar();
+
+    // An upright wheel over a strip is left to the page; a sideways one scrolls the strip.
+    const auto wheel = [strip](QPoint angle) {
+        const QPointF at = strip->cardRect(0).center();
+        QWheelEvent event(at, strip->viewport()->mapToGlobal(at), {}, angle, Qt::NoButton, {}, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(strip->viewport(), &event);
+    };
+    wheel(QPoint(0, -120));
+    QCOMPARE(sideways->value(), 0);
+    wheel(QPoint(-120, 0));
+    QVERIFY(sideways->value() > 0);
+
+    // A card cut off at the strip's end or at the page's edge: the first tap
+    // brings it into view, the second opens it.
+    const auto tapVisiblePart = [page](TaskTableViewCell *row, int item) {
+        const QRect inSight = row->viewport()->rect().intersected(
+            QRect(row->viewport()->mapFrom(page->viewport(), QPoint()), page->viewport()->size()));
+        QTest::mouseClick(row->viewport(), Qt::LeftButton, {}, row->cardRect(item).intersected(inSight).center());
+    };
+    const auto inFullView = [page](TaskTableViewCell *row, int item) {
+        const QRect card = row->cardRect(item);
+        return row->viewport()->rect().contains(card)
+            && page->viewport()->rect().contains(
+                QRect(row->viewport()->mapTo(page->viewport(), card.topLeft()), card.size()));
+    };
+    const auto opensOnSecondTap = [&](TaskTableViewCell *row, int item, const QString &prompt) {
+        QVERIFY(!inFullView(row, item));
+        tapVisiblePart(row, item);
+        QTRY_VERIFY_WITH_TIMEOUT(inFullView(row, item), timeoutMs);
+        QVERIFY(!AlertPresenter::visibleAlert(dashboard));
+        tapVisiblePart(row, item);
+        AlertView *alert = AlertPresenter::visibleAlert(dashboard);
+        QVERIFY(alert);
+        QCOMPARE(alert->title(), prompt);
+        QVERIFY(alert->triggerAction(QStringLiteral("No")));
+    };
+    page->verticalScrollBar()->setValue(0);
+    sideways->setValue(0);
+    int cutOff = 0;
+    while (strip->viewport()->rect().contains(strip->cardRect(cutOff)))
+        ++cutOff;
+    opensOnSecondTap(strip, cutOff, QStringLiteral("Acknowledge task `Valve %1`").arg(cutOff + 1));
+
+    TaskTableViewCell *last = dashboard->rows().last();
+    const int lastTop = last->mapTo(page->widget(), QPoint()).y();
+    page->verticalScrollBar()->setValue(lastTop + last->height() / 2 - page->viewport()->height());
+    opensOnSecondTap(last, 0, QStringLiteral("Unblock task `Pump 5`"));
 }
 
 void TestDashboardVC::missingViewModelStops()
