@@ -31,8 +31,6 @@ void TestJson::snakeCase_data()
                                  << "itemStatusId";
     QTest::newRow("no underscore stays") << "taskStatusId"
                                          << "taskStatusId";
-    QTest::newRow("single word stays") << "success"
-                                       << "success";
     QTest::newRow("upper case words are folded") << "TASK_CATEGORY"
                                                  << "taskCategory";
     QTest::newRow("leading and trailing underscores stay") << "__task_id__"
@@ -62,8 +60,6 @@ void TestJson::serverDate_data()
     QTest::newRow("leap day") << "2024-02-29T00:00:00.000Z" << qint64(1709164800000);
     QTest::newRow("no fraction") << "2026-11-20T10:15:30Z" << qint64(-1);
     QTest::newRow("no zone") << "2026-11-20T10:15:30.123" << qint64(-1);
-    QTest::newRow("date only") << "2026-11-20" << qint64(-1);
-    QTest::newRow("month 13") << "2026-13-20T10:15:30.123Z" << qint64(-1);
     QTest::newRow("30 February") << "2026-02-30T10:15:30.123Z" << qint64(-1);
     QTest::newRow("space for T") << "2026-11-20 10:15:30.123Z" << qint64(-1);
     QTest::newRow("trailing text") << "2026-11-20T10:15:30.123Zx" << qint64(-1);

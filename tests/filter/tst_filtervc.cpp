@@ -212,12 +212,10 @@ void TestFilterVC::apply_data()
     QTest::newRow("empty category: All, all priorities, newest first")
         << QString() << 4 << 2 << 1 << all << std::optional<int>() << "date_created"
         << "DESC";
-    QTest::newRow("unknown category keeps Pumps, High, by name A-Z")
-        << "Valves" << 1 << 0 << 0 << pumps << std::optional<int>(1) << "name"
-        << "ASC";
     QTest::newRow("Meters, Highest, by priority descending")
         << "Meters" << 0 << 1 << 1 << meters << std::optional<int>(0) << "priority"
         << "DESC";
+    // Not a category's exact name: the shared choice, Pumps, stays.
     QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << std::optional<int>(3) << "date_created"
                                          << "ASC";
 }
