@@ -80,10 +80,10 @@ public:
         HapticFeedback *hapticFeedback = nullptr;
         // Makes the scanner's picture feed; the device's camera when unset.
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
-        // Which server certificates the library accepts; any when unset.
-        TrustPolicy trustPolicy = {};
         // The alerts' and the scanner's waits.
         Delays delays = {};
+        // Which server certificates the library accepts; any when unset.
+        TrustPolicy trustPolicy = {};
         // Where answers and unsent results are kept without a connection; none:
         // the library works online only. Not owned; used on the main thread.
         OfflineStore *offlineStore = nullptr;

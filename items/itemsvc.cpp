@@ -457,6 +457,12 @@ void ItemsVC::didScanCode(const std::optional<QString> &code)
         if (!self)
             return;
         if (match.row) {
+            // A code read while choosing several items opens its item on its
+            // own: the choice so far is let go, as "done" with it would.
+            if (self->isMultipleSelection()) {
+                self->requireViewModel().clearSelection();
+                self->setMultipleSelection(false);
+            }
             self->actOnRow(*match.row);
             return;
         }
@@ -465,12 +471,6 @@ void ItemsVC::didScanCode(const std::optional<QString> &code)
                                              self->delays().shortAlert);
     });
 }
-            // A code read while choosing several items opens its item on its
-            // own: the choice so far is let go, as "done" with it would.
-            if (self->isMultipleSelection()) {
-                self->requireViewModel().clearSelection();
-                self->setMultipleSelection(false);
-            }
 
 void ItemsVC::showItemAction(const QList<ItemPtr> &items)
 {

@@ -35,8 +35,8 @@ DemoHostWindow::DemoHostWindow(HostSetup setup, Environment environment, QWidget
     : QWidget(parent)
     , m_setup(std::move(setup))
     , m_environment(std::move(environment))
-{
     , m_scenePicker(std::make_unique<ScenePicker>())
+{
     setObjectName(QStringLiteral("demoHostWindow"));
     setWindowTitle(hostbrand::productName);
     resize(phoneSize);
