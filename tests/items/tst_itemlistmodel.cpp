@@ -10,10 +10,10 @@ using namespace ravelin;
 namespace {
 
 // "1 2* 3": items 1 to 3, open, item 2 completed.
-QList<ItemPtr> items(const QString &spec)
+QList<ItemPtr> items(const QString &rows)
 {
     QList<ItemPtr> out;
-    for (QString entry : spec.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    for (QString entry : rows.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
         auto item = std::make_shared<Item>();
         item->status = entry.endsWith(QLatin1Char('*')) ? ItemStatus::ok : ItemStatus::open;
         entry.remove(QLatin1Char('*'));
@@ -41,10 +41,10 @@ QStringList ranges(const QSignalSpy &spy)
     return out;
 }
 
-TaskPtr taskWith(const QString &spec)
+TaskPtr taskWith(const QString &rows)
 {
     auto task = std::make_shared<Task>();
-    task->itemList.items = items(spec);
+    task->itemList.items = items(rows);
     return task;
 }
 
