@@ -6,9 +6,13 @@
 #include <QRunnable>
 #include <QThread>
 
-// Under ThreadSanitizer (GCC and Clang) a hand-over is announced as a release
-// by the thread that gives and an acquire by the thread that takes, both on the
-// address of the object handed over. Elsewhere the announcements are nothing.
+#include <deque>
+#include <mutex>
+
+// Under ThreadSanitizer (GCC and Clang) a job's hand-over to the pool is
+// announced as a release by the thread that gives and an acquire by the thread
+// that takes, both on the address of the job. Elsewhere the announcements are
+// nothing.
 #if defined(__SANITIZE_THREAD__)
 #define RAVELIN_THREAD_SANITIZER 1
 #elif defined(__has_feature)
@@ -33,37 +37,48 @@ namespace ravelin {
 
 namespace {
 
-// One piece of work for the main thread, posted to the inbox. The event itself
-// is the address of the hand-over: the taking side reads nothing before it.
-class Delivery final : public QEvent
-{
-public:
-    explicit Delivery(std::function<void()> work)
-        : QEvent(eventType())
-        , m_work(std::move(work))
-    { }
-
-    static QEvent::Type eventType()
-    {
-        static const auto type = QEvent::Type(QEvent::registerEventType());
-        return type;
-    }
-
-    void run() const { m_work(); }
-
-private:
-    std::function<void()> m_work;
-};
-
+// Receives the work for the main thread. Each piece is kept in the inbox's own
+// list, under a lock the sanitizer sees, and announced by an event of Qt's own
+// making (a copy of a prototype, allocated inside Qt): the event is read by
+// every application-wide event filter before it reaches the inbox, and nothing
+// of it is written by the library's code on the giving thread. One event per
+// piece, posted under the lock, so the pieces run in the order they were given,
+// each from the event posted for it.
 class Inbox final : public QObject
 {
+public:
+    void post(std::function<void()> work)
+    {
+        std::lock_guard lock(m_mutex);
+        m_work.push_back(std::move(work));
+        QCoreApplication::postEvent(this, prototype().clone());
+    }
+
 protected:
     void customEvent(QEvent *event) override
     {
-        RAVELIN_TAKE_OVER(event);
-        if (event->type() == Delivery::eventType())
-            static_cast<const Delivery *>(event)->run();
+        if (event->type() != prototype().type())
+            return;
+        std::function<void()> work;
+        {
+            std::lock_guard lock(m_mutex);
+            if (m_work.empty())
+                return;
+            work = std::move(m_work.front());
+            m_work.pop_front();
+        }
+        work();
     }
+
+private:
+    static const QEvent &prototype()
+    {
+        static const QEvent s_prototype(QEvent::Type(QEvent::registerEventType()));
+        return s_prototype;
+    }
+
+    std::mutex m_mutex;
+    std::deque<std::function<void()>> m_work;
 };
 
 } // namespace
@@ -110,6 +125,13 @@ ApiQueue::~ApiQueue()
 ApiQueue &ApiQueue::shared()
 {
     static ApiQueue s_queue(QStringLiteral("api.queue"));
+    // The work still queued when the application goes runs before the process
+    // tears down its statics, which that work may use (the queue's settings).
+    static const bool s_drainedOnExit = [] {
+        qAddPostRoutine([] { s_queue.waitForDone(); });
+        return true;
+    }();
+    Q_UNUSED(s_drainedOnExit);
     return s_queue;
 }
 
@@ -130,10 +152,7 @@ void ApiQueue::deliverToMainThread(std::function<void()> work)
 {
     if (!QCoreApplication::instance())
         return;
-    auto *delivery = new Delivery(std::move(work));
-    QObject *inbox = shared().m_inbox.get();
-    RAVELIN_HAND_OVER(delivery);
-    QCoreApplication::postEvent(inbox, delivery);
+    static_cast<Inbox *>(shared().m_inbox.get())->post(std::move(work));
 }
 
 } // namespace ravelin

@@ -14,10 +14,10 @@ namespace ravelin {
 // order they were added. Answers are decoded here before they reach the main thread.
 //
 // The queue's hand-overs (work into the queue, results back to the main thread,
-// the end of the work to waitForDone()) are ordered by Qt's thread pool and
-// event loop. Under ThreadSanitizer, which does not see inside Qt, each of them
-// is also announced to the sanitizer, so that it checks the library's own
-// accesses against the order they really have.
+// the end of the work to waitForDone()) are made visible to ThreadSanitizer,
+// which does not see inside Qt: work and its end are announced to it (only in
+// such a build), results wait for the main thread under a lock it sees. It then
+// checks the library's own accesses against the order they really have.
 class ApiQueue
 {
 public:
@@ -44,7 +44,7 @@ private:
 
     QString m_label;
     QThreadPool m_pool;
-    // Receives the deliveries on the main thread.
+    // Receives the deliveries on the main thread (the shared queue's takes them all).
     std::unique_ptr<QObject> m_inbox;
 };
 

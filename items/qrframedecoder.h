@@ -1,10 +1,10 @@
 #pragma once
 
+#include "api/apiqueue.h"
 #include "items/qrcodereader.h"
 
 #include <QImage>
 #include <QObject>
-#include <QThreadPool>
 
 #include <atomic>
 #include <memory>
@@ -33,7 +33,8 @@ signals:
     void decoded(const QList<ravelin::QrDetection> &codes, const QSize &frameSize);
 
 private:
-    QThreadPool m_pool;
+    // One thread of its own; its hand-overs are visible to ThreadSanitizer.
+    ApiQueue m_queue{QStringLiteral("qr.decoder")};
     // Shared with the decoding thread, which may outlive a decoder going away.
     std::shared_ptr<std::atomic<bool>> m_busy = std::make_shared<std::atomic<bool>>(false);
     int m_dropped = 0;
