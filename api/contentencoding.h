@@ -43,10 +43,8 @@ inline constexpr qsizetype readPadding = 64;
 // encoding, inflated for "gzip" and "deflate" (zlib or raw). Nothing for a
 // body that does not inflate, an unknown encoding, or one that grows past its
 // inflation limit (or past `maximumSize` where one is given).
-[[nodiscard]] std::optional<QByteArray> decode(const QByteArray &body,
-                                               QByteArrayView encoding);
-[[nodiscard]] std::optional<QByteArray>
-decode(const QByteArray &body, QByteArrayView encoding, qsizetype maximumSize);
+[[nodiscard]] std::optional<QByteArray> decode(const QByteArray &body, QByteArrayView encoding);
+[[nodiscard]] std::optional<QByteArray> decode(const QByteArray &body, QByteArrayView encoding, qsizetype maximumSize);
 
 } // namespace ContentEncoding
 
