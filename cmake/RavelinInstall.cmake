@@ -21,6 +21,7 @@ set(RAVELIN_PUBLIC_HEADERS
     api/networkmanagerdelegate.h
     api/trustpolicy.h
     host/cameraframesource.h
+    host/delays.h
     host/camerapermission.h
     host/hapticfeedback.h
     host/imagepicker.h
