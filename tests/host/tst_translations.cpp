@@ -28,8 +28,6 @@ using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-
 // A screen showing one task, as the items and comments screens do.
 class TaskScreen : public RavelinEventVC
 {
@@ -166,7 +164,7 @@ void TestTranslations::germanScreensAndAlerts()
     RavelinNavVC &host = *owned;
 
     QCOMPARE(host.navigationBar()->title(), QStringLiteral("Aufgabenübersicht"));
-    QTRY_VERIFY_WITH_TIMEOUT(!host.dashboard()->rows().isEmpty(), timeoutMs);
+    QVERIFY(waitForDashboard(host, 1));
 
     host.push(new TaskScreen(1));
     auto event = std::make_shared<TaskUpdateEvent>();

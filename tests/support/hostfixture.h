@@ -100,13 +100,4 @@ inline ItemsVC *openOnlyTask(RavelinNavVC &host, int itemCount, int timeoutMs = 
     return loaded ? screen : nullptr;
 }
 
-// The top screen once it is of type T; nullptr when that does not happen in time.
-template<typename T>
-T *waitForTop(RavelinNavVC &host, int timeoutMs = 10000)
-{
-    T *screen = nullptr;
-    (void)QTest::qWaitFor([&] { return (screen = qobject_cast<T *>(host.topScreen())) != nullptr; }, timeoutMs);
-    return screen;
-}
-
 } // namespace ravelin::test
