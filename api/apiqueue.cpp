@@ -73,7 +73,7 @@ protected:
 private:
     static const QEvent &prototype()
     {
-        static const QEvent s_prototype(QEvent::Type(QEvent::registerEventType()));
+        static const QEvent s_prototype{QEvent::Type(QEvent::registerEventType())};
         return s_prototype;
     }
 

@@ -91,7 +91,7 @@ bool CommentThreadModel::sameContents(const Row &a, const Row &b)
         && x.isIncident == y.isIncident && x.details == y.details && paths(x.media) == paths(y.media);
 }
 
-void CommentThreadModel::updateRows(QList<Row> rows)
+void CommentThreadModel::updateRows(const QList<Row> &rows)
 {
     QSet<QString> wanted;
     wanted.reserve(rows.size());

@@ -103,7 +103,7 @@ private:
     };
 
     [[nodiscard]] QList<Row> takeRows() const;
-    void updateRows(QList<Row> rows);
+    void updateRows(const QList<Row> &rows);
     [[nodiscard]] static bool sameContents(const Row &a, const Row &b);
     [[nodiscard]] std::optional<QString> picturePath(int row) const;
     void thumbnailChanged(const QString &path);

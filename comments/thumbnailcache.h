@@ -26,7 +26,7 @@ public:
     using Loader
         = std::function<void(const QString &path, QObject *context, std::function<void(std::optional<QImage>)>)>;
 
-    static constexpr qint64 defaultBudget = 16 * 1024 * 1024;
+    static constexpr qint64 defaultBudget = qint64(16) * 1024 * 1024;
 
     explicit ThumbnailCache(Loader loader, qint64 budgetBytes = defaultBudget, QObject *parent = nullptr);
 

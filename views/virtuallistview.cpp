@@ -207,11 +207,15 @@ void VirtualListView::dataChanged(const QModelIndex &topLeft, const QModelIndex 
             m_heights.dropMeasurement(row);
         schedulePrepare();
     }
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::dataChanged(topLeft, bottomRight, roles);
 }
 
 void VirtualListView::rowsInserted(const QModelIndex &parent, int start, int end)
 {
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::rowsInserted(parent, start, end);
     if (parent != rootIndex())
         return;
@@ -223,6 +227,8 @@ void VirtualListView::rowsInserted(const QModelIndex &parent, int start, int end
 
 void VirtualListView::rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end)
 {
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::rowsAboutToBeRemoved(parent, start, end);
 }
 
@@ -253,11 +259,15 @@ void VirtualListView::reset()
 void VirtualListView::doItemsLayout()
 {
     // Not the list view's layout: rows are measured as they come into sight.
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::doItemsLayout();
 }
 
 void VirtualListView::updateGeometries()
 {
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::updateGeometries();
     updateGeometry();
 }
@@ -277,6 +287,8 @@ void VirtualListView::currentChanged(const QModelIndex &current, const QModelInd
 
 void VirtualListView::resizeEvent(QResizeEvent *event)
 {
+    // Past the list view, whose own layout measures every row.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QAbstractItemView::resizeEvent(event);
     // Texts wrap differently at another width.
     if (event->size().width() != m_width) {
