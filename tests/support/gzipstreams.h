@@ -11,11 +11,11 @@
 
 namespace ravelin::test {
 
-// The text as one gzip member.
-inline QByteArray gzip(const QByteArray &text, int level = Z_DEFAULT_COMPRESSION)
+// The text compressed with the given zlib window bits (31: gzip, 15: zlib, -15: raw).
+inline QByteArray compressed(const QByteArray &text, int windowBits, int level = Z_DEFAULT_COMPRESSION)
 {
     z_stream stream{};
-    deflateInit2(&stream, level, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY);
+    deflateInit2(&stream, level, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
     QByteArray out(qsizetype(deflateBound(&stream, uLong(text.size()))) + 32, Qt::Uninitialized);
     stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.constData()));
     stream.avail_in = uInt(text.size());
@@ -25,6 +25,12 @@ inline QByteArray gzip(const QByteArray &text, int level = Z_DEFAULT_COMPRESSION
     out.resize(qsizetype(stream.total_out));
     deflateEnd(&stream);
     return out;
+}
+
+// The text as one gzip member.
+inline QByteArray gzip(const QByteArray &text, int level = Z_DEFAULT_COMPRESSION)
+{
+    return compressed(text, 15 + 16, level);
 }
 
 // A gzip member of `mebibytes` MiB of zeros (1024: 1 GiB from about 1 MB). One
