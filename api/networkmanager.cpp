@@ -2,6 +2,7 @@
 
 #include "api/contentencoding.h"
 #include "api/networkmanagerdelegate.h"
+#include "api/outboxsender.h"
 #include "api/sessionstore.h"
 #include "api/settings.h"
 #include "comments/posttaskscommentresponse.h"
@@ -124,14 +125,24 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
     };
     ApiQueue *apiQueue = &queue;
 
+    // Without a connection, a kept answer stands in for the server's.
+    Failure offline;
+    if (m_cacheReader && isCachedRoute(route)) {
+        offline = [this, route, apiQueue, guard, decode, guardedFail](ManagerErrors error) {
+            if (!answerFromCache(route, *apiQueue, guard, decode))
+                guardedFail(error);
+        };
+    }
+
     withFreshSession(
-        [this, route, apiQueue, guard, decode = std::move(decode), guardedFail] {
-            sendRaw(route, [this, route, apiQueue, guard, decode, guardedFail](const RawReply &reply) {
+        [this, route, apiQueue, guard, decode = std::move(decode), guardedFail, offline] {
+            sendRaw(route, [this, route, apiQueue, guard, decode, guardedFail, offline](const RawReply &reply) {
                 if (reply.transportError) {
                     debugLog(lcApi, QStringLiteral("ERROR FOR REQUEST ") + reply.errorString);
-                    guardedFail(ManagerErrors(ManagerErrors::Kind::apiRouteError));
+                    (offline ? offline : guardedFail)(ManagerErrors(ManagerErrors::Kind::apiRouteError));
                     return;
                 }
+                m_cachedAnswerTimes.remove(route.path());
                 if (!reply.status) {
                     guardedFail(ManagerErrors(ManagerErrors::Kind::invalidResponse));
                     return;
@@ -164,10 +175,42 @@ void NetworkManager::perform(const Router &route, ApiQueue &queue, const QObject
                 });
             });
         },
-        guardedFail);
+        guardedFail, offline);
 }
 
-void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fail)
+bool NetworkManager::answerFromCache(const Router &route, ApiQueue &queue, const QPointer<QObject> &guard,
+                                     const DecodeJob &decode)
+{
+    std::optional<OfflineStore::CachedAnswer> cached = m_cacheReader(route);
+    if (!cached)
+        return false;
+    debugLog(lcApi, QStringLiteral("Answered from the offline cache: ") + route.path());
+    m_cachedAnswerTimes.insert(route.path(), cached->fetchedAt);
+    queue.async([body = std::move(cached->body), guard, decode] {
+        json::Options options = decodingOptions();
+        options.taskCategories = &Settings::queueCategories();
+        deliverOnMainThread(guard, decode(body, options));
+    });
+    return true;
+}
+
+std::optional<TimePoint> NetworkManager::cachedAnswerTime(const Router &route) const
+{
+    const auto found = m_cachedAnswerTimes.constFind(route.path());
+    return found == m_cachedAnswerTimes.cend() ? std::nullopt : std::optional(*found);
+}
+
+OutboxSender *NetworkManager::outbox() const
+{
+    return m_outbox;
+}
+
+void NetworkManager::setOutbox(OutboxSender *outbox)
+{
+    m_outbox = outbox;
+}
+
+void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fail, Failure offline)
 {
     auto session = m_store->load();
     if (!session) {
@@ -182,8 +225,8 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
     }
 
     sendRaw(Router::getToken(),
-            [this, session = *session, proceed = std::move(proceed),
-             fail = std::move(fail)](const RawReply &reply) mutable {
+            [this, session = *session, proceed = std::move(proceed), fail = std::move(fail),
+             offline = std::move(offline)](const RawReply &reply) mutable {
                 std::optional<ManagerErrors> error;
                 std::optional<TokenResponse> token;
                 if (reply.transportError) {
@@ -204,6 +247,11 @@ void NetworkManager::withFreshSession(std::function<void()> proceed, Failure fai
                         error = decoded.error();
                 }
 
+                if (!token && reply.transportError && m_cacheReader) {
+                    // No connection says nothing about the session: it is kept.
+                    (offline ? offline : fail)(*error);
+                    return;
+                }
                 if (!token) {
                     notifySessionExpired();
                     fail(*error);

@@ -8,6 +8,7 @@
 #include "api/json.h"
 #include "api/managererrors.h"
 #include "api/networkmanagerdelegate.h"
+#include "api/offlinestore.h"
 #include "api/result.h"
 #include "api/router.h"
 #include "api/trustpolicy.h"
@@ -27,6 +28,7 @@ class QRandomGenerator;
 
 namespace ravelin {
 
+class OutboxSender;
 class RavelinNavVCDelegate;
 class SessionStore;
 
@@ -71,6 +73,22 @@ public:
     // before the caller's completion: the offline cache keeps them. None by default.
     using AnswerObserver = std::function<void(const Router &route, const QByteArray &body)>;
     void setAnswerObserver(AnswerObserver observer) { m_answerObserver = std::move(observer); }
+
+    // Without a connection (a transport error or a time-out), a read of the
+    // settings, the tasks, a task's items or a task's comments is answered from
+    // what this reader kept, when it kept something; and a token that cannot be
+    // renewed for want of a connection no longer ends the session. None by
+    // default: every failure is the caller's.
+    using CacheReader = std::function<std::optional<OfflineStore::CachedAnswer>(const Router &route)>;
+    void setCacheReader(CacheReader reader) { m_cacheReader = std::move(reader); }
+    // When the last answer to this route came from the cache: when the server had
+    // given it. None once the server answers the route again.
+    [[nodiscard]] std::optional<TimePoint> cachedAnswerTime(const Router &route) const;
+
+    // The outbox that keeps the worker's results when the host turned the
+    // offline store on (not owned); none otherwise.
+    [[nodiscard]] OutboxSender *outbox() const;
+    void setOutbox(OutboxSender *outbox);
 
     // Sends a route and decodes the answer as T (T::decode(const json::Value &)).
     template<class T>
@@ -143,7 +161,11 @@ private:
 
     void perform(const Router &route, ApiQueue &queue, const QObject *context, DecodeJob decode, Failure fail);
     // Checks the session and the token, then runs `proceed` (or fails).
-    void withFreshSession(std::function<void()> proceed, Failure fail);
+    // A token that cannot be renewed without a connection fails through
+    // `offline` when given, and ends the session only without a cache.
+    void withFreshSession(std::function<void()> proceed, Failure fail, Failure offline = {});
+    // Answers a cached read from the cache; false when nothing is kept.
+    bool answerFromCache(const Router &route, ApiQueue &queue, const QPointer<QObject> &guard, const DecodeJob &decode);
     void sendRaw(const Router &route, std::function<void(const RawReply &)> handler);
     void notifySessionExpired() const;
     [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const;
@@ -155,6 +177,9 @@ private:
     TrustPolicy m_trustPolicy;
     GuardedPointer<NetworkManagerDelegate> m_delegate;
     AnswerObserver m_answerObserver;
+    CacheReader m_cacheReader;
+    QHash<QString, TimePoint> m_cachedAnswerTimes; // by route path
+    QPointer<OutboxSender> m_outbox;
     QList<QPointer<QNetworkReply>> m_replies;
 };
 

@@ -110,6 +110,12 @@ QList<OutboxEntry> OutboxSender::entries() const
     return m_userId ? m_store->entries(*m_userId) : QList<OutboxEntry>();
 }
 
+QByteArray OutboxSender::picture(qint64 id) const
+{
+    const std::optional<OutboxEntry> entry = m_store->entry(id);
+    return entry && belongsToSession(*entry) ? m_store->picture(*entry) : QByteArray();
+}
+
 void OutboxSender::syncNow()
 {
     m_retryTimer.stop();

@@ -3,6 +3,7 @@
 #include "api/networkmanager.h"
 #include "api/offlinestore.h"
 #include "api/outboxentry.h"
+#include "api/pendingresults.h"
 
 #include <QImage>
 #include <QNetworkInformation>
@@ -60,6 +61,10 @@ public:
     // The signed-in user's results still waiting or refused, in order.
     [[nodiscard]] QList<OutboxEntry> entries() const;
     [[nodiscard]] OfflineStore::Counts counts() const { return m_counts; }
+    // What those results change on the screens: statuses, marks, comments.
+    [[nodiscard]] PendingResults pending() const { return PendingResults(entries()); }
+    // A result's picture as it was written (JPEG bytes; empty without one).
+    [[nodiscard]] QByteArray picture(qint64 id) const;
     // Nothing in flight and nothing due.
     [[nodiscard]] bool isIdle() const { return m_busyTasks.isEmpty() && !m_retryTimer.isActive(); }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "api/pendingresults.h"
+
 #include "api/json.h"
 #include "comments/media.h"
 
@@ -25,6 +27,8 @@ public:
     QList<MediaPtr> media;
     QString assetName;
     QString assetIcon; // "list_pin_" + the name on the wire
+    // Never on the wire: a comment still in the outbox is shown with its mark.
+    SyncMark syncMark = SyncMark::none;
 
     // Keys "text", "userId", "assetName", "assetIcon", "itemId", "isIncident"
     // (a string: false only for "0"), "dateCreated", "media" (optional).

@@ -4,9 +4,14 @@
 #include "api/debuglog.h"
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
+#include "comments/media.h"
+#include "comments/taskcommentpayload.h"
 #include "comments/taskscommentsresponse.h"
 
 #include <QMap>
+#include <QTimeZone>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -21,9 +26,11 @@ CommentsVM::CommentsVM(TaskPtr task, NetworkManager *networkManager, UsersData u
 
 void CommentsVM::fetchComments(std::function<void(bool)> completion)
 {
+    const Router route = Router::getTaskComments(m_task->id);
     m_networkManager->request<TasksCommentsResponse>(
-        Router::getTaskComments(m_task->id), ApiQueue::shared(), this,
-        [this, completion = std::move(completion)](const Result<TasksCommentsResponse> &result) {
+        route, ApiQueue::shared(), this,
+        [this, route, completion = std::move(completion)](const Result<TasksCommentsResponse> &result) {
+            m_cachedAt = m_networkManager ? m_networkManager->cachedAnswerTime(route) : std::nullopt;
             if (!result.isSuccess()) {
                 debugLog(lcComments,
                          QStringLiteral("We got a failure trying to get the comments. The error we got was: ")
@@ -32,7 +39,9 @@ void CommentsVM::fetchComments(std::function<void(bool)> completion)
                 return;
             }
             debugLog(lcComments, QStringLiteral("Fetched comments %1").arg(result.value().data.size()));
-            setComments(result.value().data);
+            const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr;
+            setComments(outbox ? withPending(result.value().data, outbox->pending().comments(m_task->id), m_users)
+                               : result.value().data);
             completion(true);
         });
 }
@@ -90,8 +99,65 @@ std::unique_ptr<CommentTableViewCellVM> CommentsVM::cellViewModel(int sectionInd
 void CommentsVM::postComment(const QString &text, const std::optional<QImage> &picture,
                              std::function<void(bool)> completion)
 {
+    if (OutboxSender *outbox = m_networkManager->outbox()) {
+        // Saved in the outbox, the comment is as good as posted: it shows, marked, until it is.
+        const TaskCommentPayload payload(text, m_task->id, m_users.currentUser.id, std::nullopt, false, std::nullopt,
+                                         m_networkManager->clock()());
+        const OutboxEntry entry = OutboxEntry::comment(payload);
+        const bool saved = (picture ? outbox->add(entry, *picture) : outbox->add(entry)).has_value();
+        QTimer::singleShot(0, this, [completion = std::move(completion), saved] { completion(saved); });
+        return;
+    }
     m_networkManager->postComment(m_task->id, m_users.currentUser.id, text, picture, false, this,
                                   std::move(completion));
+}
+
+QList<CommentPtr> CommentsVM::withPending(QList<CommentPtr> comments, const QList<OutboxEntry> &pending,
+                                          const UsersData &users)
+{
+    for (const OutboxEntry &entry : pending) {
+        if (!entry.commentPayload)
+            continue;
+        const TaskCommentPayload &payload = *entry.commentPayload;
+        const auto onServer = std::any_of(comments.cbegin(), comments.cend(), [&payload](const CommentPtr &c) {
+            return c->userId == payload.userId && c->dateCreated.toMSecsSinceEpoch() == payload.dateCreated
+                && c->text.value_or(QString()) == payload.text;
+        });
+        if (onServer)
+            continue;
+        auto comment = std::make_shared<Comment>();
+        comment->text = payload.text;
+        comment->userId = payload.userId;
+        if (payload.itemId)
+            comment->itemIds = {*payload.itemId};
+        comment->isIncident = payload.isIncident;
+        comment->dateCreated = QDateTime::fromMSecsSinceEpoch(payload.dateCreated, QTimeZone::utc());
+        comment->assetName = users.currentUser.name;
+        comment->assetIcon = QStringLiteral("list_pin_") + users.currentUser.icon.value_or(QString());
+        comment->syncMark = entry.state == OutboxEntry::State::refused ? SyncMark::notSent : SyncMark::waiting;
+        if (entry.hasPicture()) {
+            auto media = std::make_shared<Media>();
+            media->path = outboxPicturePath(entry.id);
+            media->dateCreated = comment->dateCreated;
+            comment->media = {media};
+        }
+        comments.append(comment);
+    }
+    return comments;
+}
+
+QString CommentsVM::outboxPicturePath(qint64 entryId)
+{
+    return QStringLiteral("outbox:") + QString::number(entryId);
+}
+
+std::optional<qint64> CommentsVM::outboxPictureId(const QString &path)
+{
+    if (!path.startsWith(QLatin1String("outbox:")))
+        return std::nullopt;
+    bool ok = false;
+    const qint64 id = path.mid(7).toLongLong(&ok);
+    return ok ? std::optional(id) : std::nullopt;
 }
 
 NetworkManager *CommentsVM::networkManager() const

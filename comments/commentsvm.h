@@ -1,5 +1,7 @@
 #pragma once
 
+#include "api/clock.h"
+#include "api/outboxentry.h"
 #include "api/usersdata.h"
 #include "comments/comment.h"
 #include "comments/commentcelldetail.h"
@@ -41,6 +43,9 @@ public:
     [[nodiscard]] const QList<CommentPtr> &comments() const { return m_comments; }
     [[nodiscard]] const QList<CommentSection> &groupedComments() const { return m_groupedComments; }
 
+    // When the last fetch was answered from the offline cache: when the server
+    // had given that answer. None when it came from the server.
+    [[nodiscard]] std::optional<TimePoint> cachedAt() const { return m_cachedAt; }
     // Fetches the thread; success whatever the answer's own success flag says.
     void fetchComments(std::function<void(bool success)> completion);
     // Keeps the given comments newest first and regroups them (what a fetch does with its answer).
@@ -55,6 +60,16 @@ public:
     // Posts a comment written on the comments screen (never an incident).
     void postComment(const QString &text, const std::optional<QImage> &picture, std::function<void(bool)> completion);
 
+    // Adds the task's comments still in the outbox (with their marks) to an
+    // answer, unless the server has them already: same author, `date_created`
+    // in milliseconds and text.
+    [[nodiscard]] static QList<CommentPtr> withPending(QList<CommentPtr> comments, const QList<OutboxEntry> &pending,
+                                                       const UsersData &users);
+    // The picture of a comment still in the outbox is found by this path
+    // ("outbox:" + the outbox row); nothing for a server path.
+    [[nodiscard]] static QString outboxPicturePath(qint64 entryId);
+    [[nodiscard]] static std::optional<qint64> outboxPictureId(const QString &path);
+
     // Groups comments by local calendar day: days oldest first, each day's
     // comments oldest first (ties keep their order).
     [[nodiscard]] static QList<CommentSection> group(const QList<CommentPtr> &comments);
@@ -65,6 +80,7 @@ private:
     QList<CommentPtr> m_comments;
     UsersData m_users;
     QList<CommentSection> m_groupedComments;
+    std::optional<TimePoint> m_cachedAt;
 };
 
 } // namespace ravelin

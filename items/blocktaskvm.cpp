@@ -1,8 +1,12 @@
 #include "items/blocktaskvm.h"
 
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
+#include "comments/taskcommentpayload.h"
+#include "tasks/taskstatus.h"
 
 #include <QStringList>
+#include <QTimer>
 
 namespace ravelin {
 
@@ -46,6 +50,17 @@ void BlockTaskVM::block(const std::optional<QString> &reason, const std::optiona
 {
     if (!postsComment(reason, picture.has_value())) {
         completion(Outcome::blockedWithoutComment);
+        return;
+    }
+    if (OutboxSender *outbox = m_networkManager->outbox()) {
+        // The incident comment and the status change go as one result, in that order.
+        const TaskCommentPayload incident(reason.value_or(QString()), m_task->id, m_users.currentUser.id, std::nullopt,
+                                          true, std::nullopt, m_networkManager->clock()());
+        const OutboxEntry entry = OutboxEntry::block(incident, TaskStatuses::serverId(TaskStatus::blocked));
+        const bool saved = (picture ? outbox->add(entry, *picture) : outbox->add(entry)).has_value();
+        QTimer::singleShot(0, this, [completion = std::move(completion), saved] {
+            completion(saved ? Outcome::blocked : Outcome::failed);
+        });
         return;
     }
     m_networkManager->postComment(

@@ -3,6 +3,7 @@
 #include "api/apiqueue.h"
 #include "api/debuglog.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
 #include "items/itemstexts.h"
 #include "items/itemsupdateresponse.h"
 
@@ -93,6 +94,14 @@ void ItemActionVM::update(ItemStatus status, const std::optional<QString> &note,
     auto pending = std::make_shared<PendingUpdate>(std::move(completion));
     if (!m_networkManager) {
         failLater(pending);
+        return;
+    }
+    if (OutboxSender *outbox = m_networkManager->outbox()) {
+        // Saved in the outbox, the result counts as done; the row is marked until the server has it.
+        const OutboxEntry entry
+            = OutboxEntry::itemsUpdate(makePayload(status, note, std::nullopt), m_networkManager->clock()());
+        const bool saved = (picture ? outbox->add(entry, *picture) : outbox->add(entry)).has_value();
+        QTimer::singleShot(0, this, [pending, saved] { pending->finish(saved); });
         return;
     }
     pending->watch(this, m_networkManager, pending);

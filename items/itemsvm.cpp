@@ -5,7 +5,9 @@
 #include "api/apiqueue.h"
 #include "api/debuglog.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
 #include "items/itemsresponse.h"
+#include "tasks/dashboardvm.h"
 
 namespace ravelin {
 
@@ -28,9 +30,11 @@ void ItemsVM::clearSelection()
 
 void ItemsVM::fetchItems(std::function<void(bool)> completion)
 {
+    const Router route = Router::getItems(m_task->id);
     m_networkManager->request<ItemsResponse>(
-        Router::getItems(m_task->id), ApiQueue::shared(), this,
-        [this, completion = std::move(completion)](const Result<ItemsResponse> &result) {
+        route, ApiQueue::shared(), this,
+        [this, route, completion = std::move(completion)](const Result<ItemsResponse> &result) {
+            m_cachedAt = m_networkManager ? m_networkManager->cachedAnswerTime(route) : std::nullopt;
             if (!result.isSuccess()) {
                 debugLog(lcItems,
                          QStringLiteral("We got a failure trying to get the items. The error we got was: ")
@@ -39,6 +43,8 @@ void ItemsVM::fetchItems(std::function<void(bool)> completion)
                 return;
             }
             m_task->itemList.items = result.value().data;
+            if (const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr)
+                DashboardVM::applyPending(m_task->itemList.items, outbox->pending());
             completion(true);
         });
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/clock.h"
 #include "api/usersdata.h"
 #include "items/item.h"
 #include "tasks/task.h"
@@ -43,6 +44,9 @@ public:
     void setSelectedActionItem(ItemPtr item);
     void clearSelection();
 
+    // When the last fetch was answered from the offline cache: when the server
+    // had given that answer. None when it came from the server.
+    [[nodiscard]] std::optional<TimePoint> cachedAt() const { return m_cachedAt; }
     // Replaces the task's items with the server's (the status filter stays).
     void fetchItems(std::function<void(bool success)> completion);
 
@@ -61,6 +65,7 @@ private:
     UsersData m_users;
     QList<ItemPtr> m_selectedItems;
     ItemPtr m_selectedActionItem;
+    std::optional<TimePoint> m_cachedAt;
 };
 
 } // namespace ravelin

@@ -4,9 +4,12 @@
 #include "api/debuglog.h"
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
 #include "items/itemsresponse.h"
 #include "tasks/tasksresponse.h"
 #include "tasks/tasksupdateresponse.h"
+
+#include <QTimer>
 
 #include <vector>
 
@@ -50,10 +53,15 @@ void DashboardVM::fetchTasks(FetchCompletion completion)
     const Router route = Router::getAllTasks(m_users.currentUser.id, queryParams());
     const SortConfiguration sort = m_filterData->sortingConfig;
     const quint64 generation = ++m_generation;
+    const OutboxSender *outbox = m_networkManager->outbox();
     m_networkManager->request<TasksResponse, ArrangedTasks>(
         route, ApiQueue::shared(), this,
-        [sort](TasksResponse &&response) { return arrange(std::move(response.data), sort); },
-        [this, completion = std::move(completion), generation](const Result<ArrangedTasks> &result) {
+        [sort, pending = outbox ? outbox->pending() : PendingResults()](TasksResponse &&response) {
+            applyPending(response.data, pending);
+            return arrange(std::move(response.data), sort);
+        },
+        [this, completion = std::move(completion), generation, route](const Result<ArrangedTasks> &result) {
+            m_cachedAt = m_networkManager ? m_networkManager->cachedAnswerTime(route) : std::nullopt;
             if (!result.isSuccess()) {
                 debugLog(lcTasks, tasksFailure + result.error().localizedDescription());
                 completion(false, result.error());
@@ -77,7 +85,7 @@ void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> comp
 {
     m_networkManager->request<ItemsResponse>(
         Router::getItems(task->id), ApiQueue::shared(), this,
-        [task, completion = std::move(completion)](const Result<ItemsResponse> &result) {
+        [this, task, completion = std::move(completion)](const Result<ItemsResponse> &result) {
             if (!result.isSuccess()) {
                 debugLog(lcTasks,
                          QStringLiteral("We got a failure trying to get the items. The error we got was: ")
@@ -86,6 +94,8 @@ void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> comp
                 return;
             }
             task->itemList.items = result.value().data;
+            if (const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr)
+                applyPending(task->itemList.items, outbox->pending());
             debugLog(lcTasks, QStringLiteral("Fetched %1 items").arg(task->itemList.items.size()));
             completion(true);
         });
@@ -94,6 +104,10 @@ void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> comp
 void DashboardVM::updateTaskStatus(const TaskPtr &task, qint64 statusId,
                                    std::function<void(std::optional<TaskStatus>)> completion)
 {
+    if (OutboxSender *outbox = m_networkManager->outbox()) {
+        queueTaskStatus(*outbox, task, statusId, std::move(completion));
+        return;
+    }
     const Router route = Router::updateTaskStatus(task->id, statusId, m_users.currentUser.id);
     m_networkManager->request<TasksUpdateResponse>(
         route, ApiQueue::shared(), this,
@@ -110,6 +124,50 @@ void DashboardVM::updateTaskStatus(const TaskPtr &task, qint64 statusId,
             emit tasksChanged();
             completion(changed->currentStatus);
         });
+}
+
+void DashboardVM::queueTaskStatus(OutboxSender &outbox, const TaskPtr &task, qint64 statusId,
+                                  std::function<void(std::optional<TaskStatus>)> completion)
+{
+    // A block queues its own status change with its incident comment.
+    const bool queued = outbox.pending().taskStatusId(task->id) == statusId
+        || outbox.add(OutboxEntry::taskStatus(m_users.currentUser.id, task->id, statusId, m_networkManager->clock()()))
+               .has_value();
+    std::optional<TaskStatus> status;
+    if (queued) {
+        // Saved, the change shows at once; the card is marked until the server has it.
+        Task changed = *task;
+        changed.currentStatus = TaskStatuses::fromServerId(statusId);
+        changed.updaterUserId = m_users.currentUser.id;
+        if (m_taskList.updateTask(changed))
+            invalidateSections();
+        status = changed.currentStatus;
+    }
+    QTimer::singleShot(0, this, [this, completion = std::move(completion), status] {
+        if (status)
+            emit tasksChanged();
+        completion(status);
+    });
+}
+
+void DashboardVM::applyPending(QList<TaskPtr> &tasks, const PendingResults &pending)
+{
+    if (pending.isEmpty())
+        return;
+    for (const TaskPtr &task : std::as_const(tasks)) {
+        if (const std::optional<qint64> status = pending.taskStatusId(task->id))
+            task->currentStatus = TaskStatuses::fromServerId(*status);
+    }
+}
+
+void DashboardVM::applyPending(QList<ItemPtr> &items, const PendingResults &pending)
+{
+    if (pending.isEmpty())
+        return;
+    for (const ItemPtr &item : std::as_const(items)) {
+        if (const std::optional<ItemStatus> status = pending.itemStatus(item->id))
+            item->status = *status;
+    }
 }
 
 ArrangedTasks DashboardVM::arrange(QList<TaskPtr> tasks, const SortConfiguration &sort,

@@ -2,6 +2,7 @@
 
 #include "api/clock.h"
 #include "api/managererrors.h"
+#include "api/pendingresults.h"
 #include "api/tasksqueryparams.h"
 #include "api/usersdata.h"
 #include "filter/taskfilterdata.h"
@@ -18,6 +19,7 @@
 namespace ravelin {
 
 class NetworkManager;
+class OutboxSender;
 
 // One dashboard section: the tasks of one status, in sorted order.
 struct TaskSection
@@ -55,6 +57,10 @@ public:
     [[nodiscard]] NetworkManager *networkManager() const;
     [[nodiscard]] const UsersData &users() const { return m_users; }
 
+    // When the last fetch was answered from the offline cache: when the server
+    // had given that answer. None when it came from the server.
+    [[nodiscard]] std::optional<TimePoint> cachedAt() const { return m_cachedAt; }
+
     using FetchCompletion = std::function<void(bool success, std::optional<ManagerErrors> error)>;
     void fetchTasks(FetchCompletion completion);
     void fetchItems(const TaskPtr &task, std::function<void(bool success)> completion);
@@ -84,6 +90,11 @@ public:
     // (unblock), in progress -> 6 (complete); nothing for the other statuses.
     [[nodiscard]] static std::optional<qint64> nextStatusId(TaskStatus current);
 
+    // Gives fetched tasks and items the statuses that results still in the
+    // outbox set (what the worker did shows, even before the server has it).
+    static void applyPending(QList<TaskPtr> &tasks, const PendingResults &pending);
+    static void applyPending(QList<ItemPtr> &items, const PendingResults &pending);
+
     // Sorts, groups and counts tasks for the dashboard. `statuses` are the
     // tasks' statuses in the same order (taken on the main thread when the tasks
     // are shared); without them the tasks' own are read. Runs on any thread.
@@ -96,12 +107,15 @@ signals:
 
 private:
     void publish(ArrangedTasks arranged);
+    void queueTaskStatus(OutboxSender &outbox, const TaskPtr &task, qint64 statusId,
+                         std::function<void(std::optional<TaskStatus>)> completion);
 
     TaskFilterDataPtr m_filterData;
     TaskList m_taskList;
     QPointer<NetworkManager> m_networkManager;
     UsersData m_users;
     ArrangedTasks m_arranged;
+    std::optional<TimePoint> m_cachedAt;
     // Sections made for an older state of the list are dropped when they arrive.
     quint64 m_generation = 0;
 };
