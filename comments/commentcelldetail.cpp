@@ -26,6 +26,7 @@ CommentCellDetail CommentCellDetail::make(const Comment &comment, const Task &ta
     d.media = comment.media;
     d.isTaskComment = comment.itemIds.isEmpty();
     d.isIncident = comment.isIncident;
+    d.syncMark = comment.syncMark;
 
     if (d.isTaskComment) {
         if (d.isIncident)

@@ -36,6 +36,7 @@ struct CommentCellDetail
     QList<MediaPtr> media;
     bool isTaskComment = false; // about the task as a whole (no item ids)
     bool isIncident = false;
+    SyncMark syncMark = SyncMark::none;
     // A task incident: one fragment "Task Marked as Blocked". An item comment: one
     // fragment per named item of the task, each text ending with a line break
     // (unknown ids add nothing, so the list may be empty). Otherwise nothing.

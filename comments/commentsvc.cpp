@@ -122,6 +122,8 @@ void CommentsVC::viewDidLoad()
     taps->exclude(m_inputBar);
     connect(taps, &TapRecognizer::tapped, this, &CommentsVC::didTap);
     updateEmptyMessage();
+    // Comments still in the outbox are part of the thread: it is read again as they change.
+    followOutbox([this](bool) { pullToRefresh(); });
 }
 
 void CommentsVC::didTap()
@@ -179,6 +181,7 @@ void CommentsVC::fetched(bool success)
         AlertPresenter::presentTransient(this, failureTitle(), QString(), delays().longAlert);
         return;
     }
+    showCachedAt(requireViewModel().cachedAt(), m_scrollArea, refreshTitle());
     m_model->reload();
     updateEmptyMessage();
     if (!m_model->isEmpty())
@@ -212,16 +215,17 @@ void CommentsVC::customInputBarDidPressSend(const QString &text, const std::opti
         bar->reset();
         return;
     }
-    requireViewModel().postComment(text, picture,
-                                   [self = QPointer<CommentsVC>(this), bar = QPointer<CustomInputBar>(bar)](bool) {
-                                       if (!self)
-                                           return;
-                                       self->pullToRefresh();
-                                       if (bar) {
-                                           bar->inputTextView()->clearFocus();
-                                           bar->reset();
-                                       }
-                                   });
+    requireViewModel().postComment(
+        text, picture, [self = QPointer<CommentsVC>(this), bar = QPointer<CustomInputBar>(bar)](bool posted) {
+            if (!self)
+                return;
+            self->pullToRefresh();
+            // What the outbox could not keep stays in the bar.
+            if (bar && (posted || !self->outbox())) {
+                bar->inputTextView()->clearFocus();
+                bar->reset();
+            }
+        });
 }
 
 void CommentsVC::pictureTapped(int row)

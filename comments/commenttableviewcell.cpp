@@ -5,6 +5,7 @@
 #include "resources/namedimages.h"
 #include "views/cardshadow.h"
 #include "views/focusring.h"
+#include "views/syncmarkpainter.h"
 #include "views/textscale.h"
 
 #include <QFile>
@@ -236,6 +237,8 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
     }
 
     CardShadow::paintCard(*painter, QRectF(l.card), cardRadius, named(ColorNames::viewBackground, Qt::white));
+    SyncMarkPainter::paint(*painter, l.card.adjusted(0, 6, -10, -6), Qt::AlignRight | Qt::AlignBottom,
+                           index.data(CommentThreadModel::SyncMarkRole).value<SyncMark>(), option.font);
 
     painter->setFont(sized(option.font, 14, QFont::DemiBold));
     painter->setPen(named(ColorNames::labelText, Qt::black));

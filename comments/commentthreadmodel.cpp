@@ -2,6 +2,7 @@
 
 #include "api/debuglog.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
 #include "comments/commentsvm.h"
 #include "comments/elapsedtime.h"
 
@@ -18,6 +19,18 @@ CommentThreadModel::CommentThreadModel(Clock clock, QObject *parent)
             NetworkManager *network = m_viewModel ? m_viewModel->networkManager() : nullptr;
             if (!network) {
                 done(std::nullopt);
+                return;
+            }
+            // A comment still in the outbox shows the picture it was written with.
+            if (const std::optional<qint64> id = CommentsVM::outboxPictureId(path)) {
+                QImage picture;
+                if (OutboxSender *outbox = network->outbox())
+                    picture.loadFromData(outbox->picture(*id), "JPEG");
+                if (picture.isNull()) {
+                    done(std::nullopt);
+                    return;
+                }
+                done(picture.scaled(QSize(400, 300), Qt::KeepAspectRatio, Qt::SmoothTransformation));
                 return;
             }
             network->downloadImage(
@@ -88,7 +101,8 @@ bool CommentThreadModel::sameContents(const Row &a, const Row &b)
     };
     return a.day == b.day && x.user == y.user && x.userIconName == y.userIconName && x.text == y.text
         && x.sentDate == y.sentDate && x.kind == y.kind && x.isTaskComment == y.isTaskComment
-        && x.isIncident == y.isIncident && x.details == y.details && paths(x.media) == paths(y.media);
+        && x.isIncident == y.isIncident && x.details == y.details && paths(x.media) == paths(y.media)
+        && x.syncMark == y.syncMark;
 }
 
 void CommentThreadModel::updateRows(const QList<Row> &rows)
@@ -252,6 +266,7 @@ QVariant CommentThreadModel::data(const QModelIndex &index, int role) const
     case HasPictureRole: return path.has_value();
     case PictureFailedRole: return path && m_thumbnails->hasFailed(*path);
     case PictureIdentifierRole: return QStringLiteral("commentImgThumb_") + detail.text;
+    case SyncMarkRole: return QVariant::fromValue(detail.syncMark);
     case ThumbnailRole: {
         // Only what is kept: loading is the rows in sight's business.
         const QImage thumbnail = path ? m_thumbnails->thumbnail(*path) : QImage();
@@ -290,6 +305,7 @@ QHash<int, QByteArray> CommentThreadModel::roleNames() const
     names.insert(ThumbnailRole, "thumbnail");
     names.insert(PictureFailedRole, "pictureFailed");
     names.insert(PictureIdentifierRole, "pictureIdentifier");
+    names.insert(SyncMarkRole, "syncMark");
     return names;
 }
 

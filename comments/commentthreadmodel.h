@@ -59,6 +59,8 @@ public:
         PictureFailedRole,
         // "commentImgThumb_" + the comment's text: how automation finds the picture.
         PictureIdentifierRole,
+        // How the comment stands with the server (SyncMark): waiting in the outbox or refused.
+        SyncMarkRole,
     };
     Q_ENUM(Role)
 

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace ravelin {
 
@@ -56,7 +57,12 @@ NavigationBar::NavigationBar(QWidget *parent)
     setFixedHeight(preferredHeight());
     setAttribute(Qt::WA_OpaquePaintEvent);
 
-    auto *row = new QHBoxLayout(this);
+    // The buttons and the title in one row; the prompt, when there is one, in a
+    // band of its own under them, the whole width of the bar.
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto *row = new QHBoxLayout;
     row->setContentsMargins(6, 0, 6, 0);
     row->setSpacing(0);
 
@@ -86,13 +92,37 @@ NavigationBar::NavigationBar(QWidget *parent)
     titleFont.setWeight(QFont::DemiBold);
     m_title->setFont(titleFont);
 
+    m_prompt = new TitleLabel(this);
+    m_prompt->setObjectName(QStringLiteral("navigationPrompt"));
+    m_prompt->setAlignment(Qt::AlignCenter);
+    QFont promptFont = m_prompt->font();
+    promptFont.setPointSizeF(TextScale::scaled(9.5));
+    m_prompt->setFont(promptFont);
+    m_prompt->setVisible(false);
+    m_prompt->setFixedHeight(TextScale::scaled(promptHeight));
+
+    m_syncButton = new QToolButton(this);
+    m_syncButton->setObjectName(QStringLiteral("syncButton"));
+    m_syncButton->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    m_syncButton->setAutoRaise(true);
+    m_syncButton->setCursor(Qt::PointingHandCursor);
+    m_syncButton->setMinimumSize(TouchTarget::minimumSide, TouchTarget::minimumSide);
+    m_syncButton->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_syncButton->setVisible(false);
+    connect(m_syncButton, &QToolButton::clicked, this, &NavigationBar::syncRequested);
+
     row->addWidget(m_backButton);
     row->addLayout(m_left);
     row->addWidget(m_title, 1);
+    row->addWidget(m_syncButton);
     row->addLayout(m_right);
+    column->addLayout(row, 1);
+    column->addWidget(m_prompt);
 
     const QString text = barTextColor().name();
-    setStyleSheet(QStringLiteral("QLabel#navigationTitle { color: %1; }"
+    setStyleSheet(QStringLiteral("QLabel#navigationTitle, QLabel#navigationPrompt { color: %1; }"
+                                 "QLabel#navigationPrompt { background: rgba(0,0,0,60); }"
+                                 "QToolButton#syncButton { background: rgba(255,255,255,40); }"
                                  "QToolButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
                                  " padding: 4px; font-size: %2pt; }"
                                  "QToolButton:pressed { background: rgba(255,255,255,40); }"
@@ -116,6 +146,35 @@ QString NavigationBar::title() const
 void NavigationBar::setTitle(const QString &title)
 {
     m_title->setText(title);
+}
+
+QString NavigationBar::prompt() const
+{
+    return m_prompt->text();
+}
+
+void NavigationBar::setPrompt(const QString &prompt)
+{
+    if (m_prompt->text() == prompt)
+        return;
+    m_prompt->setText(prompt);
+    m_prompt->setVisible(!prompt.isEmpty());
+    setFixedHeight(preferredHeight() + (prompt.isEmpty() ? 0 : m_prompt->height()));
+}
+
+QString NavigationBar::syncText() const
+{
+    return m_syncButton->text();
+}
+
+void NavigationBar::setSyncText(const QString &text)
+{
+    if (m_syncButton->text() == text)
+        return;
+    m_syncButton->setText(text);
+    m_syncButton->setAccessibleName(text);
+    m_syncButton->setVisible(!text.isEmpty());
+    orderTabs();
 }
 
 void NavigationBar::setBackVisible(bool visible)
@@ -168,6 +227,8 @@ void NavigationBar::orderTabs()
     // button instead, left to right.
     QList<QWidget *> order{m_backButton};
     for (QHBoxLayout *side : {m_left, m_right}) {
+        if (side == m_right)
+            order.append(m_syncButton);
         for (int i = 0; i < side->count(); ++i) {
             if (QWidget *button = side->itemAt(i)->widget())
                 order.append(button);

@@ -21,6 +21,7 @@ class NavigationBar : public QWidget
 
 public:
     static constexpr int barHeight = 52;
+    static constexpr int promptHeight = 22;
     // The bar's height at the worker's text size.
     [[nodiscard]] static int preferredHeight();
 
@@ -28,6 +29,15 @@ public:
 
     [[nodiscard]] QString title() const;
     void setTitle(const QString &title);
+    // A band under the title row ("Offline · updated 10 min ago"); hidden when
+    // empty. The bar grows by its height while it shows.
+    [[nodiscard]] QString prompt() const;
+    void setPrompt(const QString &prompt);
+    // The count of results not on the server yet ("3 waiting"), a button that
+    // opens them; hidden when empty.
+    [[nodiscard]] QString syncText() const;
+    void setSyncText(const QString &text);
+    [[nodiscard]] QToolButton *syncButton() const { return m_syncButton; }
     // The back button shows while there is a screen to go back to.
     void setBackVisible(bool visible);
     [[nodiscard]] bool isBackVisible() const;
@@ -40,6 +50,7 @@ public:
 
 signals:
     void backRequested();
+    void syncRequested();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -51,6 +62,8 @@ private:
 
     QToolButton *m_backButton = nullptr;
     QLabel *m_title = nullptr;
+    QLabel *m_prompt = nullptr;
+    QToolButton *m_syncButton = nullptr;
     QHBoxLayout *m_left = nullptr;
     QHBoxLayout *m_right = nullptr;
     QColor m_barColor;

@@ -13,10 +13,12 @@
 #include "host/desktopcamerapermission.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
+#include "host/outboxvc.h"
 #include "host/qtcameraframesource.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "host/screen.h"
 #include "host/silenthapticfeedback.h"
+#include "host/synctexts.h"
 #include "resources/namedcolors.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
@@ -24,6 +26,7 @@
 #include "views/keyboardnotifier.h"
 
 #include <QApplication>
+#include <QNetworkInformation>
 #include <QRandomGenerator>
 #include <QResizeEvent>
 #include <QSettings>
@@ -110,8 +113,24 @@ void RavelinNavVC::viewDidLoad()
             [offline, userId, clock = m_environment.clock](const Router &route, const QByteArray &body) {
                 offline->storeAnswer(userId, route.path(), body, clock());
             });
+        manager->setCacheReader(
+            [offline, userId](const Router &route) { return offline->cachedAnswer(userId, route.path()); });
         m_outboxSender = new OutboxSender(offline, manager, manager);
         m_outboxSender->setUserId(userId);
+        manager->setOutbox(m_outboxSender);
+        QNetworkInformation *reachability = m_environment.reachability;
+        if (reachability == nullptr && QNetworkInformation::loadDefaultBackend())
+            reachability = QNetworkInformation::instance();
+        m_outboxSender->followReachability(reachability);
+        // The bar counts what has not reached the server; the count opens the list.
+        const auto showCounts
+            = [this](int waiting, int refused) { m_bar->setSyncText(SyncTexts::countText(waiting, refused)); };
+        connect(m_outboxSender, &OutboxSender::countsChanged, this, showCounts);
+        showCounts(m_outboxSender->counts().waiting, m_outboxSender->counts().refused);
+        connect(m_bar, &NavigationBar::syncRequested, this, [this] {
+            if (!qobject_cast<OutboxVC *>(topScreen()))
+                push(new OutboxVC);
+        });
     }
 
     auto *viewModel = new DashboardVM(manager, std::move(users), m_environment.clock);
@@ -356,6 +375,7 @@ void RavelinNavVC::updateBar()
 {
     Screen *top = topScreen();
     m_bar->setTitle(top ? top->title() : QString());
+    m_bar->setPrompt(top ? top->prompt() : QString());
     m_bar->setBackVisible(m_stack.size() > 1);
     m_bar->setRightActions(top ? top->rightBarActions() : QList<QAction *>{});
     m_bar->setLeftActions(top ? top->leftBarActions() : QList<QAction *>{});

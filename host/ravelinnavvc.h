@@ -20,6 +20,7 @@
 #include <optional>
 
 class QNetworkAccessManager;
+class QNetworkInformation;
 class QSettings;
 class QStackedWidget;
 
@@ -87,6 +88,10 @@ public:
         // Where answers and unsent results are kept without a connection; none:
         // the library works online only. Not owned; used on the main thread.
         OfflineStore *offlineStore = nullptr;
+        // Tells the outbox when the network is back. When unset and there is an
+        // offline store, the platform's reachability backend is loaded, where one
+        // exists. Not owned.
+        QNetworkInformation *reachability = nullptr;
     };
 
     // The root screen is a new dashboard unless one is given.

@@ -1,8 +1,11 @@
 #include "host/screen.h"
 
 #include "api/debuglog.h"
+#include "api/outboxsender.h"
 #include "host/ravelinnavvc.h"
+#include "host/synctexts.h"
 #include "views/focuschain.h"
+#include "views/refreshablescrollarea.h"
 
 #include <QKeyEvent>
 
@@ -29,6 +32,14 @@ void Screen::setTitle(const QString &title)
     emit navigationItemChanged();
 }
 
+void Screen::setPrompt(const QString &prompt)
+{
+    if (m_prompt == prompt)
+        return;
+    m_prompt = prompt;
+    emit navigationItemChanged();
+}
+
 void Screen::setRightBarActions(const QList<QAction *> &actions)
 {
     if (m_rightBarActions == actions)
@@ -43,6 +54,39 @@ void Screen::setLeftBarActions(const QList<QAction *> &actions)
         return;
     m_leftBarActions = actions;
     emit navigationItemChanged();
+}
+
+OutboxSender *Screen::outbox() const
+{
+    return m_navigationHost ? m_navigationHost->outboxSender() : nullptr;
+}
+
+void Screen::followOutbox(std::function<void(bool)> changed)
+{
+    OutboxSender *sender = outbox();
+    if (!sender)
+        return;
+    // A sync sends results one after another: the screen looks once they settle.
+    m_outboxChanges = new QTimer(this);
+    m_outboxChanges->setSingleShot(true);
+    m_outboxChanges->setInterval(50);
+    connect(m_outboxChanges, &QTimer::timeout, this,
+            [this, changed = std::move(changed)] { changed(std::exchange(m_outboxSent, false)); });
+    connect(sender, &OutboxSender::entryChanged, this, [this](qint64, OutboxEntry::State state) {
+        m_outboxSent = m_outboxSent || state == OutboxEntry::State::sent;
+        m_outboxChanges->start();
+    });
+}
+
+void Screen::showCachedAt(std::optional<TimePoint> cachedAt, RefreshableScrollArea *refresh,
+                          const QString &onlineRefreshTitle)
+{
+    const QString offline = cachedAt && m_navigationHost
+        ? SyncTexts::offlinePrompt(*cachedAt, m_navigationHost->environment().clock())
+        : QString();
+    setPrompt(offline);
+    if (refresh)
+        refresh->setRefreshTitle(offline.isEmpty() ? onlineRefreshTitle : offline);
 }
 
 RavelinNavVC *Screen::navigationHost() const

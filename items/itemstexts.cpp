@@ -110,6 +110,17 @@ ItemsAlert updateResult(const QStringList &names, bool success)
     return alert;
 }
 
+ItemsAlert savedResult(const QStringList &names)
+{
+    ItemsAlert alert = updateResult(names, true);
+    alert.title = names.size() == 1 ? QCoreApplication::translate("ItemsTexts", "Item Status Saved")
+                                    : QCoreApplication::translate("ItemsTexts", "Items Status Saved");
+    alert.attributedMessage.append(QStringLiteral("\n\n")
+                                       + QCoreApplication::translate("ItemsTexts", "Waiting to be sent to the server."),
+                                   systemFont(12, QFont::Thin));
+    return alert;
+}
+
 ItemsAlert taskCompleted(const QString &taskName)
 {
     return {

@@ -181,6 +181,8 @@ struct Counts
 // " Status Update Failed!", and the styled message "\n " + noun + ":\n\n"
 // (thin) followed by the names, one per line (regular).
 [[nodiscard]] ItemsAlert updateResult(const QStringList &names, bool success);
+// The same for results kept in the outbox: saved on the device, not on the server yet.
+[[nodiscard]] ItemsAlert savedResult(const QStringList &names);
 // After completing the task, and after it was marked as blocked.
 [[nodiscard]] ItemsAlert taskCompleted(const QString &taskName);
 [[nodiscard]] ItemsAlert taskBlocked(const QString &taskName);

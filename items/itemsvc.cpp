@@ -1,6 +1,7 @@
 #include "items/itemsvc.h"
 
 #include "api/fatalerror.h"
+#include "api/outboxsender.h"
 #include "comments/commentsvc.h"
 #include "comments/commentsvm.h"
 #include "host/ownedviewmodel.h"
@@ -319,6 +320,17 @@ void ItemsVC::viewDidLoad()
     m_filterSegment->setSelectedSegmentIndex(ItemStatuses::segmentIndex(viewModel.task()->itemList.filterData.status));
     reloadData();
     pullToRefresh();
+    followOutbox([this](bool someSent) {
+        updateMarks();
+        if (someSent) // the server's answer replaces what the cache kept
+            reloadItems();
+    });
+}
+
+void ItemsVC::updateMarks()
+{
+    const OutboxSender *sender = outbox();
+    m_model->taskItems()->setSyncMarks(sender ? sender->pending().itemMarks() : SyncMarks());
 }
 
 void ItemsVC::pullToRefresh()
@@ -338,6 +350,8 @@ void ItemsVC::reloadItems()
             return;
         }
         self->m_singleSelection.reset();
+        self->showCachedAt(self->requireViewModel().cachedAt(), self->m_scrollArea, ItemsTexts::refreshTitle());
+        self->updateMarks();
         self->reloadData();
     });
 }
@@ -496,7 +510,9 @@ void ItemsVC::didUpdateItemStatus(bool success)
         names.append(item->name);
     viewModel.clearSelection();
     m_singleSelection.reset();
-    const ItemsAlert result = ItemsTexts::updateResult(names, success);
+    // Kept in the outbox, the result is saved, not yet updated on the server.
+    const ItemsAlert result
+        = success && outbox() ? ItemsTexts::savedResult(names) : ItemsTexts::updateResult(names, success);
     Alert alert;
     alert.title = result.title;
     alert.attributedMessage = result.attributedMessage;

@@ -53,6 +53,7 @@ public:
     // Starts the refresh indicator and fetches the items.
     void pullToRefresh();
     void reloadItems();
+    void updateMarks();
     // Shows the task's items and counts as the view model has them now.
     void reloadData();
 

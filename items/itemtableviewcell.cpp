@@ -5,6 +5,7 @@
 #include "resources/namedcolors.h"
 #include "resources/namedimages.h"
 #include "views/cardshadow.h"
+#include "views/syncmarkpainter.h"
 #include "views/textscale.h"
 
 #include <QFontMetrics>
@@ -158,6 +159,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
 
     const QRect card = cardFrame(option.rect);
     CardShadow::paintCard(*painter, QRectF(card), cornerRadius, named(ColorNames::viewBackground, Qt::white));
+    SyncMarkPainter::paint(*painter, card.adjusted(0, 4, -8, -4), Qt::AlignRight | Qt::AlignBottom,
+                           index.data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), option.font);
 
     int left = card.left() + leading;
     if (m_editing) {

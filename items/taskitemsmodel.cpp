@@ -124,6 +124,7 @@ QVariant TaskItemsModel::data(const QModelIndex &index, int role) const
     case StatusImageRole: return ItemsTexts::statusImageName(item->status);
     case HasQRCodeRole: return item->qrCode.has_value();
     case HasSwipeActionsRole: return !ItemsTexts::swipeActions(*item).isEmpty();
+    case SyncMarkRole: return QVariant::fromValue(syncMark(item->id));
     default: return {};
     }
 }
@@ -131,6 +132,21 @@ QVariant TaskItemsModel::data(const QModelIndex &index, int role) const
 Qt::ItemFlags TaskItemsModel::flags(const QModelIndex &index) const
 {
     return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+}
+
+void TaskItemsModel::setSyncMarks(const SyncMarks &marks)
+{
+    const QList<qint64> changed = PendingResults::changedIds(m_marks, marks);
+    m_marks = marks;
+    if (changed.isEmpty())
+        return;
+    const QSet<qint64> ids(changed.cbegin(), changed.cend());
+    for (int row = 0; row < m_rows.size(); ++row) {
+        if (ids.contains(m_rows.at(row)->id)) {
+            const QModelIndex changedRow = index(row);
+            emit dataChanged(changedRow, changedRow, {SyncMarkRole});
+        }
+    }
 }
 
 QHash<int, QByteArray> TaskItemsModel::roleNames() const
@@ -143,6 +159,7 @@ QHash<int, QByteArray> TaskItemsModel::roleNames() const
     names.insert(StatusImageRole, "statusImage");
     names.insert(HasQRCodeRole, "hasQRCode");
     names.insert(HasSwipeActionsRole, "hasSwipeActions");
+    names.insert(SyncMarkRole, "syncMark");
     return names;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/pendingresults.h"
 #include "items/item.h"
 #include "tasks/task.h"
 
@@ -36,6 +37,8 @@ public:
         HasQRCodeRole,
         // Whether the row offers its swipe actions (open items only).
         HasSwipeActionsRole,
+        // How the row's result stands with the server (SyncMark).
+        SyncMarkRole,
     };
     Q_ENUM(Role)
 
@@ -53,12 +56,18 @@ public:
     // The roles whose values differ between two versions of an item.
     [[nodiscard]] static QList<int> changedRoles(const Item &before, const Item &after);
 
+    // The marks of results still in the outbox, by id; rows whose mark
+    // changes get dataChanged with SyncMarkRole.
+    void setSyncMarks(const SyncMarks &marks);
+    [[nodiscard]] SyncMark syncMark(qint64 id) const { return m_marks.value(id, SyncMark::none); }
+
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
+    SyncMarks m_marks;
     TaskPtr m_task;
     QList<ItemPtr> m_rows;
 };

@@ -2,6 +2,7 @@
 
 #include "api/fatalerror.h"
 #include "api/networkmanager.h"
+#include "api/outboxsender.h"
 #include "filter/filtervc.h"
 #include "host/ownedviewmodel.h"
 #include "host/ravelinnavvc.h"
@@ -16,6 +17,7 @@
 #include "tasks/dashboardvm.h"
 #include "tasks/piechartview.h"
 #include "tasks/taskcard.h"
+#include "tasks/taskcollectionmodel.h"
 #include "tasks/taskstrip.h"
 #include "views/alertpresenter.h"
 #include "views/refreshablescrollarea.h"
@@ -151,6 +153,11 @@ void DashboardVC::viewDidLoad()
     m_scrollArea->setTintColor(refreshTint());
     m_scrollArea->setRefreshTitle(DashboardTexts::refreshTitle());
     pullToRefresh();
+    followOutbox([this](bool someSent) {
+        updateMarks();
+        if (someSent) // the server's answer replaces what the cache kept
+            refreshData();
+    });
 }
 
 void DashboardVC::viewDidAppear()
@@ -184,6 +191,7 @@ void DashboardVC::tasksLoaded(bool success)
         presentFetchFailure();
         return;
     }
+    showCachedAt(requireViewModel().cachedAt(), m_scrollArea, DashboardTexts::refreshTitle());
     const bool hasTasks = !requireViewModel().taskList().tasks.isEmpty();
     fadeHeader(hasTasks, [this] {
         m_scrollArea->endRefreshing();
@@ -311,8 +319,17 @@ void DashboardVC::reloadTable()
         row->setTag(section);
         row->setTasks(rowData.tasks);
     }
+    updateMarks();
 
     m_emptyLabel->setVisible(sections == 0 && !m_scrollArea->isRefreshing());
+}
+
+void DashboardVC::updateMarks()
+{
+    const OutboxSender *sender = outbox();
+    const SyncMarks marks = sender ? sender->pending().taskMarks() : SyncMarks();
+    for (TaskTableViewCell *row : std::as_const(m_rows))
+        row->collectionModel()->setSyncMarks(marks);
 }
 
 void DashboardVC::openTask(const TaskPtr &task)

@@ -115,6 +115,8 @@ private:
     void presentFetchFailure();
     void updateChart();
     void reloadTable();
+    // The marks of changes still in the outbox, on every strip's cards.
+    void updateMarks();
     void showStatusPrompt(const TaskPtr &task);
     void sendStatusChange(const TaskPtr &task, qint64 statusId);
     void openTaskItems(const TaskPtr &task);

@@ -6,6 +6,7 @@
 #include "tasks/taskcollectionmodel.h"
 #include "tasks/taskcollectionviewcelldelegate.h"
 #include "views/cardshadow.h"
+#include "views/syncmarkpainter.h"
 #include "views/textscale.h"
 #include "views/touchtarget.h"
 
@@ -192,6 +193,10 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
     // Yellow and orange need a deeper tone to read on a light chip.
     painter->setPen(chipColor.darker(task->priority == TaskPriority::medium ? 165 : 125));
     painter->drawText(chip, Qt::AlignCenter, priority);
+    // A change not on the server yet: marked right of the chip.
+    SyncMarkPainter::paint(
+        *painter, QRect(int(chip.right()) + px(6), content.top(), content.width(), int(chip.height())),
+        Qt::AlignLeft | Qt::AlignVCenter, index.data(TaskCollectionModel::SyncMarkRole).value<SyncMark>(), option.font);
 
     // Item progress, top right.
     const ChartData items = DashboardTexts::itemsChart(task->progress);

@@ -2,6 +2,8 @@
 
 #include "tasks/dashboardtexts.h"
 
+#include <QSet>
+
 namespace ravelin {
 
 TaskCollectionModel::TaskCollectionModel(QObject *parent)
@@ -37,6 +39,7 @@ QVariant TaskCollectionModel::data(const QModelIndex &index, int role) const
     case PriorityRole: return TaskPriorities::rawValue(task.priority);
     case ProgressRole: return int(task.progress.total);
     case ShowsAcknowledgeRole: return DashboardTexts::showsAcknowledgeButton(task);
+    case SyncMarkRole: return QVariant::fromValue(syncMark(task.id));
     default: return {};
     }
 }
@@ -44,6 +47,21 @@ QVariant TaskCollectionModel::data(const QModelIndex &index, int role) const
 Qt::ItemFlags TaskCollectionModel::flags(const QModelIndex &index) const
 {
     return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemNeverHasChildren : Qt::NoItemFlags;
+}
+
+void TaskCollectionModel::setSyncMarks(const SyncMarks &marks)
+{
+    const QList<qint64> changed = PendingResults::changedIds(m_marks, marks);
+    m_marks = marks;
+    if (changed.isEmpty())
+        return;
+    const QSet<qint64> ids(changed.cbegin(), changed.cend());
+    for (int row = 0; row < m_tasks.size(); ++row) {
+        if (ids.contains(m_tasks.at(row)->id)) {
+            const QModelIndex changedRow = index(row);
+            emit dataChanged(changedRow, changedRow, {SyncMarkRole});
+        }
+    }
 }
 
 QHash<int, QByteArray> TaskCollectionModel::roleNames() const
@@ -56,6 +74,7 @@ QHash<int, QByteArray> TaskCollectionModel::roleNames() const
     names.insert(PriorityRole, "priority");
     names.insert(ProgressRole, "progress");
     names.insert(ShowsAcknowledgeRole, "showsAcknowledge");
+    names.insert(SyncMarkRole, "syncMark");
     return names;
 }
 

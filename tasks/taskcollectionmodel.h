@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/pendingresults.h"
 #include "tasks/task.h"
 
 #include <QAbstractListModel>
@@ -33,6 +34,8 @@ public:
         ProgressRole,
         // Whether the card offers the acknowledge button.
         ShowsAcknowledgeRole,
+        // How the row's result stands with the server (SyncMark).
+        SyncMarkRole,
     };
     Q_ENUM(Role)
 
@@ -44,12 +47,18 @@ public:
     // The task of a row; nothing outside the list.
     [[nodiscard]] TaskPtr task(int row) const { return m_tasks.value(row); }
 
+    // The marks of results still in the outbox, by id; rows whose mark
+    // changes get dataChanged with SyncMarkRole.
+    void setSyncMarks(const SyncMarks &marks);
+    [[nodiscard]] SyncMark syncMark(qint64 id) const { return m_marks.value(id, SyncMark::none); }
+
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
+    SyncMarks m_marks;
     QList<TaskPtr> m_tasks;
 };
 

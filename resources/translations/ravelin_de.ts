@@ -357,6 +357,18 @@
         <source>OK</source>
         <translation>OK</translation>
     </message>
+    <message>
+        <source>Item Status Saved</source>
+        <translation>Status des Prüfpunkts gespeichert</translation>
+    </message>
+    <message>
+        <source>Items Status Saved</source>
+        <translation>Status der Prüfpunkte gespeichert</translation>
+    </message>
+    <message>
+        <source>Waiting to be sent to the server.</source>
+        <translation>Wartet auf das Senden an den Server.</translation>
+    </message>
 </context>
 <context>
     <name>ItemsVM</name>
@@ -405,6 +417,73 @@
     <message>
         <source>Descending</source>
         <translation>Absteigend</translation>
+    </message>
+</context>
+<context>
+    <name>SyncTexts</name>
+    <message>
+        <source>updated just now</source>
+        <translation>gerade aktualisiert</translation>
+    </message>
+    <message>
+        <source>updated %1 min ago</source>
+        <translation>aktualisiert vor %1 Min.</translation>
+    </message>
+    <message>
+        <source>updated %1 h ago</source>
+        <translation>aktualisiert vor %1 Std.</translation>
+    </message>
+    <message>
+        <source>updated %1 d ago</source>
+        <translation>aktualisiert vor %1 Tg.</translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation>Offline</translation>
+    </message>
+    <message>
+        <source>%1 waiting</source>
+        <translation>%1 wartend</translation>
+    </message>
+    <message>
+        <source>%1 not sent</source>
+        <translation>%1 nicht gesendet</translation>
+    </message>
+    <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
+        <source>Not sent</source>
+        <translation>Nicht gesendet</translation>
+    </message>
+    <message>
+        <source>Task %1</source>
+        <translation>Aufgabe %1</translation>
+    </message>
+    <message>
+        <source>Status: %1</source>
+        <translation>Status: %1</translation>
+    </message>
+    <message>
+        <source>Items reported: %1</source>
+        <translation>Prüfpunkte gemeldet: %1</translation>
+    </message>
+    <message>
+        <source>Items completed: %1</source>
+        <translation>Prüfpunkte erledigt: %1</translation>
+    </message>
+    <message>
+        <source>Comment: %1</source>
+        <translation>Kommentar: %1</translation>
+    </message>
+    <message>
+        <source>Blocked: %1</source>
+        <translation>Blockiert: %1</translation>
+    </message>
+    <message>
+        <source>photo</source>
+        <translation>Foto</translation>
     </message>
 </context>
 <context>
@@ -814,6 +893,29 @@
     <message>
         <source>Done</source>
         <translation>Fertig</translation>
+    </message>
+</context>
+<context>
+    <name>ravelin::OutboxVC</name>
+    <message>
+        <source>Not sent</source>
+        <translation>Nicht gesendet</translation>
+    </message>
+    <message>
+        <source>Sync now</source>
+        <translation>Jetzt senden</translation>
+    </message>
+    <message>
+        <source>Everything has reached the server.</source>
+        <translation>Alles ist beim Server angekommen.</translation>
+    </message>
+    <message>
+        <source>Send again</source>
+        <translation>Erneut senden</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
     </message>
 </context>
 <context>

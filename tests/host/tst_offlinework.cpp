@@ -1,0 +1,194 @@
+#include "api/memoryofflinestore.h"
+#include "api/outboxsender.h"
+#include "api/settings.h"
+#include "host/navigationbar.h"
+#include "host/notificationcenter.h"
+#include "host/outboxlistmodel.h"
+#include "host/outboxvc.h"
+#include "items/itemactionvc.h"
+#include "items/taskitemsmodel.h"
+#include "support/apiharness.h"
+#include "support/fixtures.h"
+#include "support/hostfixture.h"
+#include "support/shots.h"
+
+#include <QAbstractItemModelTester>
+#include <QJsonArray>
+#include <QListView>
+#include <QNetworkProxy>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTest>
+
+using namespace ravelin;
+using namespace ravelin::test;
+
+namespace {
+
+constexpr int timeoutMs = 10000;
+constexpr qint64 taskId = 8;
+const QString itemsPath = QStringLiteral("/api/items/taskId/8");
+const QString updatePath = QStringLiteral("/api/item/status");
+
+} // namespace
+
+// Work without a connection through the whole host: screens open from what the
+// cache kept, results wait in the outbox with their marks and the bar's count,
+// and reach the server once when the network is back.
+class TestOfflineWork : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void openFromTheCacheAndSendOnceBackOnline();
+    void refusedResultWaitsInTheNotSentList();
+
+private:
+    std::unique_ptr<RavelinNavVC> host();
+    // Every request of the harness's network fails as without a connection.
+    void setOffline(bool offline);
+    // Completes the open item on row 0 of the items screen.
+    void completeFirstItem(ItemsVC &screen);
+    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
+
+    std::unique_ptr<ApiHarness> m_api;
+    std::unique_ptr<MemoryOfflineStore> m_store;
+    NotificationCenter m_center;
+    std::unique_ptr<RavelinNavVC> m_host;
+};
+
+void TestOfflineWork::init()
+{
+    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
+    m_api = std::make_unique<ApiHarness>();
+    m_store = std::make_unique<MemoryOfflineStore>();
+    m_api->server.on(
+        "GET", "/api/tasks/assigned-user/7",
+        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    m_api->server.on(
+        "GET", itemsPath,
+        CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3), itemJson(2, taskId, "Seal", 3)})});
+    m_api->server.on("PUT", updatePath, CannedResponse{200, R"({"success":true})"});
+}
+
+void TestOfflineWork::cleanup()
+{
+    m_host.reset();
+    m_api.reset();
+    m_store.reset();
+    Settings::setCurrent(Settings::defaults());
+}
+
+std::unique_ptr<RavelinNavVC> TestOfflineWork::host()
+{
+    RavelinNavVC::Environment environment;
+    environment.offlineStore = m_store.get();
+    return showHost(*m_api, m_center, std::move(environment));
+}
+
+void TestOfflineWork::setOffline(bool offline)
+{
+    if (!offline) {
+        m_api->network.setProxy(QNetworkProxy::NoProxy);
+        return;
+    }
+    // A proxy on a loopback port nobody listens on refuses every connection.
+    QTcpServer closed;
+    QVERIFY(closed.listen(QHostAddress::LocalHost));
+    const quint16 port = closed.serverPort();
+    closed.close();
+    m_api->network.setProxy(QNetworkProxy(QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), port));
+    m_api->network.clearConnectionCache();
+}
+
+void TestOfflineWork::completeFirstItem(ItemsVC &screen)
+{
+    screen.actOnRow(0);
+    auto *sheet = qobject_cast<ItemActionVC *>(m_host->presentedScreen());
+    QVERIFY(sheet);
+    sheet->completeButton()->click();
+}
+
+void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
+{
+    // Online once: the dashboard and the task's items are kept.
+    m_host = host();
+    QVERIFY(openOnlyTask(*m_host, 2, timeoutMs));
+    QCOMPARE(m_host->navigationBar()->prompt(), QString());
+    m_host.reset();
+
+    // Restarted without a connection: both open from the cache, without an alert.
+    setOffline(true);
+    m_host = host();
+    QVERIFY(waitForDashboard(*m_host, 1, timeoutMs));
+    QVERIFY(topAlert(m_host->dashboard()).isEmpty());
+    QCOMPARE(m_host->navigationBar()->prompt(), QStringLiteral("Offline · updated just now"));
+    QCOMPARE(m_host->dashboard()->refreshControl()->refreshTitle(), m_host->navigationBar()->prompt());
+    ItemsVC *screen = openOnlyTask(*m_host, 2, timeoutMs);
+    QVERIFY(screen);
+    QVERIFY(m_host->navigationBar()->prompt().startsWith(QStringLiteral("Offline")));
+
+    // Completed offline: the item shows done, marked, and the bar counts it.
+    TaskItemsModel *items = screen->itemModel()->taskItems();
+    QAbstractItemModelTester tester(items, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy resets(items, &QAbstractItemModel::modelReset);
+    completeFirstItem(*screen);
+    QTRY_COMPARE_WITH_TIMEOUT(items->item(0)->status, ItemStatus::ok, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(items->index(0).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::waiting,
+                              timeoutMs);
+    QCOMPARE(items->index(1).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none);
+    QCOMPARE(m_host->navigationBar()->syncText(), QStringLiteral("1 waiting"));
+    QCOMPARE(requests(updatePath), 0);
+    grabShot(*m_host, QStringLiteral("offline-items-waiting"));
+
+    // Back online: sent once, the mark goes row by row and the count with it.
+    setOffline(false);
+    m_host->outboxSender()->syncNow();
+    QTRY_COMPARE_WITH_TIMEOUT(items->index(0).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none,
+                              timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_host->outboxSender()->isIdle(), timeoutMs);
+    QCOMPARE(requests(updatePath), 1);
+    QCOMPARE(m_host->navigationBar()->syncText(), QString());
+    QCOMPARE(resets.size(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_host->navigationBar()->prompt(), QString(), timeoutMs);
+}
+
+void TestOfflineWork::refusedResultWaitsInTheNotSentList()
+{
+    m_api->server.on("PUT", updatePath, CannedResponse{409, R"({"message":"Task reassigned"})"});
+    m_host = host();
+    ItemsVC *screen = openOnlyTask(*m_host, 2, timeoutMs);
+    QVERIFY(screen);
+    completeFirstItem(*screen);
+    QTRY_COMPARE_WITH_TIMEOUT(m_host->navigationBar()->syncText(), QStringLiteral("1 not sent"), timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        screen->itemModel()->taskItems()->index(0).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(),
+        SyncMark::notSent, timeoutMs);
+
+    // The count opens the list; the refused result can be discarded there.
+    m_host->navigationBar()->syncButton()->click();
+    auto *list = qobject_cast<OutboxVC *>(m_host->topScreen());
+    QVERIFY(list);
+    QAbstractItemModelTester tester(list->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QCOMPARE(list->model()->rowCount(), 1);
+    grabShot(*m_host, QStringLiteral("offline-not-sent"));
+    const QString row = list->model()->index(0).data().toString();
+    QVERIFY2(row.contains(QStringLiteral("Items completed: 1")) && row.contains(QStringLiteral("Task reassigned")),
+             qPrintable(row));
+    auto *discard = list->findChild<QPushButton *>(QStringLiteral("discardButton"));
+    QVERIFY(!discard->isEnabled());
+    list->listView()->setCurrentIndex(list->model()->index(0));
+    QVERIFY(discard->isEnabled());
+    QSignalSpy removed(list->model(), &QAbstractItemModel::rowsRemoved);
+    discard->click();
+    QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, timeoutMs);
+    QCOMPARE(m_host->navigationBar()->syncText(), QString());
+    QCOMPARE(requests(updatePath), 1);
+}
+
+QTEST_MAIN(TestOfflineWork)
+#include "tst_offlinework.moc"
