@@ -236,9 +236,10 @@ int main(int argc, char *argv[])
         return QApplication::exec();
     }
 
-    DemoTour demoTour(&window,
-                      DemoTour::Options{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
-                                        !options.apiHost.has_value()});
+    DemoTour::Options tourOptions{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
+                                  !options.apiHost.has_value()};
+    tourOptions.atScale = options.itemsPerTask > 0 || options.commentsPerTask > 0;
+    DemoTour demoTour(&window, std::move(tourOptions));
     QTimer::singleShot(0, &window, [&demoTour] { QApplication::exit(demoTour.run()); });
     return QApplication::exec();
 }
