@@ -1,6 +1,7 @@
 #include "demo/app/demohostwindow.h"
 
 #include "api/debuglog.h"
+#include "api/outboxsender.h"
 #include "api/sessionstore.h"
 #include "demo/app/democamera.h"
 #include "demo/app/hostapiclient.h"
@@ -10,6 +11,7 @@
 #include "demo/app/hostpanel.h"
 #include "demo/app/scenepicker.h"
 #include "demo/app/signinscreen.h"
+#include "demo/app/switchablenetworkaccess.h"
 #include "demo/app/taskeventsheet.h"
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
@@ -19,6 +21,7 @@
 #include "views/alertpresenter.h"
 #include "views/alertview.h"
 
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -81,6 +84,16 @@ DemoHostWindow::DemoHostWindow(HostSetup setup, Environment environment, QWidget
     m_panel = new HostPanel(this);
     connect(m_panel, &HostPanel::closeRequested, this, &DemoHostWindow::closeHostPanel);
     connect(m_panel, &HostPanel::signOutRequested, this, &DemoHostWindow::signOut);
+
+    connect(m_bar, &HostBar::offlineToggled, this, &DemoHostWindow::setOffline);
+    connect(m_signInScreen, &SignInScreen::offlineToggled, this, &DemoHostWindow::setOffline);
+    if (m_environment.network)
+        connect(m_environment.network, &SwitchableNetworkAccess::offlineChanged, this,
+                &DemoHostWindow::networkSwitched);
+    m_bar->offlineButton()->setEnabled(m_environment.network != nullptr);
+    m_signInScreen->offlineButton()->setEnabled(m_environment.network != nullptr);
+    m_bar->setOffline(isOffline());
+    m_signInScreen->setOffline(isOffline());
 }
 
 DemoHostWindow::~DemoHostWindow()
@@ -137,6 +150,7 @@ void DemoHostWindow::startSession(qint64 userId, const QMap<qint64, QStringList>
     environment.imagePicker = m_environment.imagePicker ? m_environment.imagePicker : m_scenePicker.get();
     environment.cameraFrameSource = m_environment.cameraFrameSource;
     environment.trustPolicy = m_environment.trustPolicy;
+    environment.offlineStore = m_environment.offlineStore;
     if (!environment.cameraFrameSource) {
         // The scanner looks at a wall with the sticker of an open checkpoint of the task on screen.
         environment.cameraFrameSource
@@ -216,6 +230,29 @@ void DemoHostWindow::closeHostPanel()
     // The dashboard's panel button follows, so that its next tap opens the panel again.
     if (m_navVC && m_navVC->dashboard() && m_navVC->dashboard()->headerView())
         m_navVC->dashboard()->headerView()->setPanelButtonSelected(false);
+}
+
+bool DemoHostWindow::isOffline() const
+{
+    return m_environment.network && m_environment.network->isOffline();
+}
+
+void DemoHostWindow::setOffline(bool offline)
+{
+    if (m_environment.network)
+        m_environment.network->setOffline(offline);
+}
+
+void DemoHostWindow::networkSwitched(bool offline)
+{
+    m_bar->setOffline(offline);
+    m_signInScreen->setOffline(offline);
+    if (!offline && m_navVC) {
+        // Back online: what waited goes now, as a phone's reachability would have it.
+        if (OutboxSender *sender = m_navVC->outboxSender())
+            sender->syncNow();
+    }
+    emit offlineChanged(offline);
 }
 
 QString DemoHostWindow::currentToken() const

@@ -15,7 +15,6 @@
 #include <memory>
 #include <optional>
 
-class QNetworkAccessManager;
 class QSettings;
 class QStackedWidget;
 class QVBoxLayout;
@@ -28,16 +27,20 @@ class HostBar;
 class HostPanel;
 class NotificationCenter;
 class ImagePicker;
+class OfflineStore;
 class RavelinNavVC;
 class ScenePicker;
 class SignInScreen;
+class SwitchableNetworkAccess;
 class TaskEventSheet;
 
 // The demo host application's window, phone sized: its sign-in screen, then the
 // task client (a RavelinNavVC) over the host's bar, with the host's side panel
 // and task event sheet on top. It is the library's RavelinNavVCDelegate: it
 // shows its panel when asked, signs in again when the session expires and
-// uploads the library's pictures to the deployment.
+// uploads the library's pictures to the deployment. Its "Offline" switch (on
+// the host bar and the sign-in screen) cuts the host's network; back online it
+// has the library send what waited, as a phone's reachability would.
 class DemoHostWindow
     : public QWidget
     , public RavelinNavVCDelegate
@@ -51,7 +54,8 @@ public:
     struct Environment
     {
         QSettings *userDefaults = nullptr;
-        QNetworkAccessManager *network = nullptr;
+        // The host's and the library's requests, all of them.
+        SwitchableNetworkAccess *network = nullptr;
         NotificationCenter *notifications = nullptr;
         Clock clock = systemClock();
         // How the library picks pictures; when unset, the host's drawn pictures
@@ -61,6 +65,9 @@ public:
         std::function<std::unique_ptr<CameraFrameSource>()> cameraFrameSource = {};
         // Which server certificates the library accepts; any when unset.
         TrustPolicy trustPolicy = {};
+        // Where the library keeps answers and unsent results; none: online only.
+        // Not owned; it outlives the window.
+        OfflineStore *offlineStore = nullptr;
     };
 
     // The signed-in session as the host has it.
@@ -93,6 +100,7 @@ public:
     [[nodiscard]] HostBar *hostBar() const { return m_bar; }
     [[nodiscard]] TaskEventSheet *taskEventSheet() const { return m_sheet; }
     [[nodiscard]] HostApiClient *apiClient() const { return m_client; }
+    [[nodiscard]] SwitchableNetworkAccess *network() const { return m_environment.network; }
 
     // The host's menu: the tasks it can post events about (the signed-in
     // worker's first), the sheet, the posting itself and the emergency switch.
@@ -101,6 +109,10 @@ public:
     void postTaskEvent(qint64 taskId, const QString &taskName, const QString &kind);
     void setEmergency(bool inForce);
     void closeHostPanel();
+
+    // The host's network off (every request fails at once) or on again.
+    [[nodiscard]] bool isOffline() const;
+    void setOffline(bool offline);
 
     // RavelinNavVCDelegate
     // The flag tells whether the library's panel button was on: on hides the
@@ -114,10 +126,12 @@ signals:
     void signInFailed(const QString &reason);
     void returnedToSignIn();
     void swiped(bool isShown);
+    void offlineChanged(bool offline);
 
 private:
     void startSession(qint64 userId, const QMap<qint64, QStringList> &assets, const QString &token);
     void endSession(const QString &message, bool isError);
+    void networkSwitched(bool offline);
     [[nodiscard]] QString currentToken() const;
     [[nodiscard]] QString workerName(qint64 userId, const QMap<qint64, QStringList> &assets) const;
 

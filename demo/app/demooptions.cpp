@@ -27,6 +27,21 @@ bool isOption(const QString &argument, const QString &name)
     return argument == name || argument.startsWith(name + QLatin1Char('='));
 }
 
+// "--name N" with N a whole number from 0; `what` names what is counted.
+std::optional<QString> readCount(const QStringList &arguments, qsizetype &index, const QString &name,
+                                 const QString &what, int &count)
+{
+    QString error;
+    const auto value = valueOf(arguments, index, name, error);
+    if (!value)
+        return error;
+    bool valid = false;
+    count = value->toInt(&valid);
+    if (!valid || count < 0)
+        return QStringLiteral("%1 takes a number of %2, not \"%3\"").arg(name, what, *value);
+    return std::nullopt;
+}
+
 bool isHostAndPort(const QString &text)
 {
     const qsizetype colon = text.lastIndexOf(QLatin1Char(':'));
@@ -74,13 +89,24 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
         } else if (argument == QLatin1String("--load-dashboard")) {
             options.mode = Mode::loadDashboard;
         } else if (isOption(argument, QStringLiteral("--tasks"))) {
-            const auto value = valueOf(arguments, i, QStringLiteral("--tasks"), error);
-            if (!value)
-                return Parsed::failure(error);
-            bool valid = false;
-            options.tasksPerWorker = value->toInt(&valid);
-            if (!valid || options.tasksPerWorker < 0)
-                return Parsed::failure(QStringLiteral("--tasks takes a number of tasks, not \"%1\"").arg(*value));
+            if (const auto refusal
+                = readCount(arguments, i, QStringLiteral("--tasks"), QStringLiteral("tasks"), options.tasksPerWorker))
+                return Parsed::failure(*refusal);
+        } else if (isOption(argument, QStringLiteral("--items"))) {
+            if (const auto refusal
+                = readCount(arguments, i, QStringLiteral("--items"), QStringLiteral("items"), options.itemsPerTask))
+                return Parsed::failure(*refusal);
+        } else if (isOption(argument, QStringLiteral("--comments"))) {
+            if (const auto refusal = readCount(arguments, i, QStringLiteral("--comments"), QStringLiteral("comments"),
+                                               options.commentsPerTask))
+                return Parsed::failure(*refusal);
+        } else if (isOption(argument, QStringLiteral("--offline-store"))) {
+            const auto value = valueOf(arguments, i, QStringLiteral("--offline-store"), error);
+            if (!value || value->isEmpty())
+                return Parsed::failure(error.isEmpty() ? QStringLiteral("--offline-store needs a folder") : error);
+            options.offlineStoreFolder = *value;
+        } else if (argument == QLatin1String("--start-offline")) {
+            options.startOffline = true;
         } else if (isOption(argument, QStringLiteral("--text-scale"))) {
             const auto value = valueOf(arguments, i, QStringLiteral("--text-scale"), error);
             if (!value)
@@ -124,8 +150,9 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
         }
     }
 
-    if (options.apiHost && options.tasksPerWorker > 0)
-        return Parsed::failure(QStringLiteral("--tasks is for the embedded demo server, not for --api-host"));
+    if (options.apiHost && (options.tasksPerWorker > 0 || options.itemsPerTask > 0 || options.commentsPerTask > 0))
+        return Parsed::failure(
+            QStringLiteral("--tasks, --items and --comments are for the embedded demo server, not for --api-host"));
     if (options.apiHost) {
         if (!token || !userId)
             return Parsed::failure(QStringLiteral("--api-host needs --token and --user-id as well"));
@@ -148,9 +175,10 @@ Parsed DemoOptions::parse(const QStringList &arguments, const Display &display)
 
 QString DemoOptions::usage()
 {
-    return QStringLiteral("Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--text-scale F]\n"
-                          "                    [--language L] [--api-host HOST:PORT --token T --user-id N]\n"
-                          "                    [--ca-certificate FILE]\n"
+    return QStringLiteral("Usage: ravelin-demo [--tour OUTDIR | --load-dashboard] [--tasks N] [--items N]\n"
+                          "                    [--comments N] [--text-scale F] [--language L]\n"
+                          "                    [--api-host HOST:PORT --token T --user-id N]\n"
+                          "                    [--ca-certificate FILE] [--offline-store FOLDER] [--start-offline]\n"
                           "\n"
                           "Runs the Ravelin task client inside a demo host application.\n"
                           "\n"
@@ -167,6 +195,12 @@ QString DemoOptions::usage()
                           "                       resident memory, and exits (offscreen without a display).\n"
                           "  --tasks N            Gives every field worker of the embedded demo server N\n"
                           "                       tasks: the dashboard at scale.\n"
+                          "  --items N            Gives every field worker's first task in progress N\n"
+                          "                       checkpoints: the checklist at scale.\n"
+                          "  --comments N         Gives every field worker's first task in progress N\n"
+                          "                       comments, every fifth with a picture: the thread at scale.\n"
+                          "                       With --items or --comments the tour also opens that task\n"
+                          "                       and a small one and reports how long each took to show.\n"
                           "  --text-scale F       Enlarges the system font by the factor F (1 to 3), as a\n"
                           "                       worker who needs large text does: --text-scale 1.5.\n"
                           "  --language L         Shows the library's texts in the language L (de: German).\n"
@@ -179,6 +213,15 @@ QString DemoOptions::usage()
                           "                       (PEM), as a deployment that checks its server does:\n"
                           "                       the one ravelin-demo-server --write-certificate wrote.\n"
                           "                       Without it any certificate is accepted.\n"
+                          "  --offline-store FOLDER\n"
+                          "                       Keeps the task client's offline store (the answers it\n"
+                          "                       shows without a connection and the results still to\n"
+                          "                       send) in FOLDER across runs. Without it every run starts\n"
+                          "                       with an empty store in a folder of its own.\n"
+                          "  --start-offline      Starts with the host's network off, as the \"Offline\"\n"
+                          "                       switch of the host bar and sign-in screen turns it off:\n"
+                          "                       every request fails at once. Switched back on, the task\n"
+                          "                       client sends what waited.\n"
                           "  -h, --help           Shows this text.\n");
 }
 

@@ -11,6 +11,7 @@
 #include "demo/app/hostbar.h"
 #include "demo/app/hostpanel.h"
 #include "demo/app/signinscreen.h"
+#include "demo/app/switchablenetworkaccess.h"
 #include "demo/app/taskeventsheet.h"
 #include "demo/app/workerrow.h"
 #include "filter/filtervc.h"
@@ -120,6 +121,8 @@ int DemoTour::run()
     try {
         stepSignIn();
         stepDashboard();
+        if (m_options.atScale)
+            stepAtScale();
         stepAcknowledge();
         stepStart();
         stepItems();
@@ -211,6 +214,149 @@ void DemoTour::stepDashboard()
                .arg(viewModel.taskList().tasks.size())
                .arg(viewModel.sections().size())
                .arg(sectionsText()));
+}
+
+void DemoTour::stepAtScale()
+{
+    m_currentStep = QStringLiteral("at-scale");
+    // The worker's tasks in progress by the size of their checklists.
+    QList<std::pair<qint64, TaskPtr>> inProgress;
+    for (const TaskPtr &task : dashboard().viewModel()->taskList().tasks) {
+        if (task && task->currentStatus == TaskStatus::in_progress)
+            inProgress.append({task->progress.ok + task->progress.nok + task->progress.open, task});
+    }
+    std::stable_sort(inProgress.begin(), inProgress.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    if (inProgress.size() < 2) {
+        skip(m_currentStep, QStringLiteral("fewer than two tasks in progress to compare"));
+        return;
+    }
+    const TaskPtr small = inProgress.constFirst().second;
+    const TaskPtr big = inProgress.constLast().second;
+    const auto itemCount
+        = [this] { return ItemsTexts::counts(itemsScreen().viewModel()->task()->itemList.items).total; };
+    const auto commentCount = [this] { return commentsScreen().viewModel()->comments().size(); };
+    const auto figures = [](const Opening &opening) {
+        return QStringLiteral("%1 ms (longest stall %2 ms)").arg(opening.shownMs).arg(opening.longestStallMs);
+    };
+
+    // The small one first: what the big one takes longer is what its size costs.
+    const Opening smallChecklist = openChecklist(small);
+    const auto smallItems = itemCount();
+    const Opening smallThread = openThread();
+    const auto smallComments = commentCount();
+    backToDashboard();
+
+    const Opening bigChecklist = openChecklist(big);
+    record(QStringLiteral("at-scale-checklist"),
+           QStringLiteral("'%1' %2 items shown in %3; '%4' %5 items in %6: %7 ms later")
+               .arg(big->name)
+               .arg(itemCount())
+               .arg(figures(bigChecklist), small->name)
+               .arg(smallItems)
+               .arg(figures(smallChecklist))
+               .arg(bigChecklist.shownMs - smallChecklist.shownMs));
+
+    const Opening bigThread = openThread();
+    // Pictures in sight, and within one more screen up or down.
+    CommentsVC &screen = commentsScreen();
+    CommentThreadView *view = screen.tableView();
+    const QRect sight = view->sight();
+    const QRect nearby = sight.adjusted(0, -sight.height(), 0, sight.height());
+    int withPicture = 0;
+    int inSight = 0;
+    int within = 0;
+    for (int row = 0; row < screen.threadModel()->rowCount(); ++row) {
+        if (!screen.threadModel()->index(row).data(CommentThreadModel::HasPictureRole).toBool())
+            continue;
+        ++withPicture;
+        const QRect picture = view->pictureRect(row);
+        inSight += picture.intersects(sight) ? 1 : 0;
+        within += picture.intersects(nearby) ? 1 : 0;
+    }
+    record(QStringLiteral("at-scale-thread"),
+           QStringLiteral("%1 comments (%2 with a picture) shown in %3, %4 pictures fetched (%5 in sight, %6 within "
+                          "a screen more); %7 comments in %8: %9 ms later")
+               .arg(commentCount())
+               .arg(withPicture)
+               .arg(figures(bigThread))
+               .arg(bigThread.picturesFetched)
+               .arg(inSight)
+               .arg(within)
+               .arg(smallComments)
+               .arg(figures(smallThread))
+               .arg(bigThread.shownMs - smallThread.shownMs));
+    backToDashboard();
+}
+
+DemoTour::Opening DemoTour::openChecklist(const TaskPtr &task)
+{
+    m_currentStep = QStringLiteral("at-scale: '%1'").arg(task->name);
+    return measureOpening(
+        QStringLiteral("the checklist of '%1'").arg(task->name), [this, task] { dashboard().openTask(task); },
+        [this] {
+            auto *screen = qobject_cast<ItemsVC *>(navVC().topScreen());
+            return screen && !screen->refreshControl()->isRefreshing() && screen->refreshControl()->indicatorBand() == 0
+                && screen->itemModel()->rowCount() > 0 && !AlertPresenter::visibleAlert(m_window);
+        });
+}
+
+DemoTour::Opening DemoTour::openThread()
+{
+    ItemsVC &items = itemsScreen();
+    return measureOpening(
+        QStringLiteral("the thread of '%1'").arg(items.title()), [&items] { items.commentsButton()->trigger(); },
+        [this] {
+            auto *screen = qobject_cast<CommentsVC *>(navVC().topScreen());
+            return screen && !screen->isFetching() && screen->refreshControl()->indicatorBand() == 0
+                && !screen->threadModel()->isEmpty();
+        });
+}
+
+void DemoTour::backToDashboard()
+{
+    const int since = m_refreshesEnded;
+    navVC().popToRoot();
+    waitForRefreshAfter(since, QStringLiteral("the dashboard to reload after going back"));
+}
+
+DemoTour::Opening DemoTour::measureOpening(const QString &what, const std::function<void()> &open,
+                                           const std::function<bool()> &shown)
+{
+    constexpr qint64 beatMs = 5;
+    Opening opening;
+    QElapsedTimer clock;
+    qint64 lastBeat = 0;
+    const auto beat = [&] {
+        const qint64 now = clock.elapsed();
+        opening.longestStallMs = std::max(opening.longestStallMs, now - lastBeat - beatMs);
+        lastBeat = now;
+    };
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    heartbeat.setInterval(int(beatMs));
+    QObject::connect(&heartbeat, &QTimer::timeout, m_window, beat);
+    QMetaObject::Connection fetches;
+    if (SwitchableNetworkAccess *network = m_window->network()) {
+        fetches
+            = QObject::connect(network, &SwitchableNetworkAccess::requestMade, m_window, [&opening](const QUrl &url) {
+                  if (url.path().startsWith(QLatin1String("/files/")))
+                      ++opening.picturesFetched;
+              });
+    }
+    clock.start();
+    heartbeat.start();
+    open();
+    waitFor(what, shown);
+    // Shown means painted: the window draws once more before the clock stops.
+    m_window->repaint();
+    opening.shownMs = clock.elapsed();
+    beat();
+    heartbeat.stop();
+    // What the screen fetches right after it shows counts too.
+    settle(1000ms);
+    QObject::disconnect(fetches);
+    return opening;
 }
 
 void DemoTour::stepAcknowledge()

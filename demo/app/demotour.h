@@ -30,10 +30,14 @@ class RavelinNavVC;
 // assigned task, starting an acknowledged one, its items (filtered, one
 // completed with a photo, two reported, one found by scanning its QR code),
 // its comments, blocking it, narrowing the dashboard to one priority sorted by
-// name, the host panel, a task event and the emergency flag. After each step it
+// name, the host panel, a task event and the emergency flag. At scale it first
+// opens a small task in progress and the biggest one, with their threads, and
+// tells how long each took to show and the longest the main thread was held
+// up meanwhile. After each step it
 // writes a picture of the whole window ("NN-step-name.png") and a one-line summary (to summary.txt and
 // standard output). Every wait is bounded; the first step that fails ends the
-// tour with its reason.
+// tour with its reason. A step can take the host's network away and give it
+// back with DemoHostWindow::setOffline(), as the host bar's "Offline" switch does.
 class DemoTour
 {
 public:
@@ -46,6 +50,8 @@ public:
         // Against the seeded demo data every step must find what it needs;
         // against another server a step without material is skipped.
         bool strict = true;
+        // The server has a task with a long checklist or thread: measure opening it.
+        bool atScale = false;
     };
 
     DemoTour(DemoHostWindow *window, Options options);
@@ -69,6 +75,7 @@ private:
 
     void stepSignIn();
     void stepDashboard();
+    void stepAtScale();
     void stepAcknowledge();
     void stepStart();
     void stepItems();
@@ -97,6 +104,19 @@ private:
     static void type(QPlainTextEdit *field, const QString &text);
     // A tap (press and release) at a point of a widget; false when the point is outside it.
     static bool tap(QWidget *widget, QPoint position);
+    // How long a screen took to show (until its content is in and painted) and
+    // the longest gap between the main thread's turns meanwhile.
+    struct Opening
+    {
+        qint64 shownMs = 0;
+        qint64 longestStallMs = 0;
+        int picturesFetched = 0; // requests for files under "/files/"
+    };
+    Opening measureOpening(const QString &what, const std::function<void()> &open, const std::function<bool()> &shown);
+    // From the dashboard, the task's checklist; from the checklist, its thread.
+    Opening openChecklist(const TaskPtr &task);
+    Opening openThread();
+    void backToDashboard();
     void waitFor(const QString &what, const std::function<bool()> &condition);
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeout);
     void settle(std::chrono::milliseconds duration);

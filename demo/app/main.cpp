@@ -2,10 +2,12 @@
 // the embedded demo server (or another server that speaks the same API), in a
 // window or as a headless tour that writes pictures.
 
+#include "api/sqliteofflinestore.h"
 #include "demo/app/demohostwindow.h"
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
 #include "demo/app/hostbrand.h"
+#include "demo/app/switchablenetworkaccess.h"
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
 #include "host/notificationcenter.h"
@@ -19,10 +21,10 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QSslCertificate>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
@@ -169,8 +171,27 @@ int main(int argc, char *argv[])
     QApplication::setOrganizationName(QStringLiteral("Ravelin"));
     QApplication::setApplicationName(hostbrand::productName);
 
-    QNetworkAccessManager network;
+    // Every request of the host and of the task client goes through it.
+    SwitchableNetworkAccess network;
+    network.setOffline(options.startOffline);
     const std::unique_ptr<QSettings> userDefaults = openUserDefaults();
+
+    // The task client's offline store: in the folder given, or a new one for this
+    // run (so that every tour starts alike). It outlives the window.
+    std::optional<QTemporaryDir> runFolder;
+    QString storeFolder = options.offlineStoreFolder;
+    if (storeFolder.isEmpty()) {
+        runFolder.emplace(QDir::temp().filePath(QStringLiteral("ravelin-demo-XXXXXX")));
+        storeFolder = runFolder->isValid() ? runFolder->path() : QString();
+    }
+    std::unique_ptr<SqliteOfflineStore> offlineStore;
+    if (!storeFolder.isEmpty() && QDir().mkpath(storeFolder))
+        offlineStore = std::make_unique<SqliteOfflineStore>(storeFolder);
+    if (!offlineStore || !offlineStore->isOpen()) {
+        std::fprintf(stderr, "The offline store could not be opened in %s: the task client works online only\n",
+                     qPrintable(storeFolder));
+        offlineStore.reset();
+    }
 
     std::unique_ptr<DemoServer> server;
     HostSetup setup;
@@ -178,7 +199,8 @@ int main(int argc, char *argv[])
         setup = presetSetup(options);
     } else {
         const DemoClock clock = systemDemoClock();
-        const DemoData data = DemoData::seeded(clock(), options.tasksPerWorker);
+        DemoData data = DemoData::seeded(clock(), options.tasksPerWorker);
+        data.scaleFirstTasksInProgress(options.itemsPerTask, options.commentsPerTask, clock());
         server = std::make_unique<DemoServer>(data, clock);
         if (!server->start(0)) {
             std::fprintf(stderr, "The demo server could not listen on 127.0.0.1\n");
@@ -192,6 +214,7 @@ int main(int argc, char *argv[])
     // Pictures are the host's drawn ones, in the window as in the headless tour.
     DemoHostWindow::Environment environment{userDefaults.get(), &network, &NotificationCenter::defaultCenter(),
                                             systemClock()};
+    environment.offlineStore = offlineStore.get();
     if (!options.caCertificateFile.isEmpty()) {
         const auto policy = trustedCertificates(options.caCertificateFile);
         if (!policy.isSuccess()) {
@@ -213,9 +236,10 @@ int main(int argc, char *argv[])
         return QApplication::exec();
     }
 
-    DemoTour demoTour(&window,
-                      DemoTour::Options{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
-                                        !options.apiHost.has_value()});
+    DemoTour::Options tourOptions{options.tourDir, std::chrono::milliseconds(15000), std::nullopt,
+                                  !options.apiHost.has_value()};
+    tourOptions.atScale = options.itemsPerTask > 0 || options.commentsPerTask > 0;
+    DemoTour demoTour(&window, std::move(tourOptions));
     QTimer::singleShot(0, &window, [&demoTour] { QApplication::exit(demoTour.run()); });
     return QApplication::exec();
 }

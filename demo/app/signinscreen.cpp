@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 namespace ravelin {
@@ -132,6 +133,22 @@ SignInScreen::SignInScreen(QWidget *parent)
     m_serverNote->setAlignment(Qt::AlignCenter);
     m_serverNote->setWordWrap(true);
     column->addWidget(m_serverNote);
+    column->addSpacing(8);
+
+    m_offline = new QPushButton(QStringLiteral("Offline"), this);
+    m_offline->setObjectName(QStringLiteral("signInOfflineButton"));
+    m_offline->setCheckable(true);
+    m_offline->setCursor(Qt::PointingHandCursor);
+    m_offline->setFont(hostbrand::font(13, QFont::DemiBold));
+    m_offline->setMinimumHeight(32);
+    m_offline->setToolTip(QStringLiteral("Switch the host's network off and on"));
+    m_offline->setStyleSheet(QStringLiteral("QPushButton { color: %1; background: transparent; border: 1px solid %2;"
+                                            " border-radius: 10px; padding: 0 14px; }"
+                                            "QPushButton:checked { background: %3; border-color: %3; color: %4; }")
+                                 .arg(hostbrand::secondaryText().name(), hostbrand::hairline().name(),
+                                      hostbrand::accent().name(), hostbrand::text().name()));
+    connect(m_offline, &QPushButton::toggled, this, &SignInScreen::offlineToggled);
+    column->addWidget(m_offline, 0, Qt::AlignHCenter);
 }
 
 void SignInScreen::setWorkers(const QList<HostSetup::Worker> &workers)
@@ -177,6 +194,12 @@ bool SignInScreen::selectWorker(qint64 workerId)
 void SignInScreen::setServerNote(const QString &note)
 {
     m_serverNote->setText(note);
+}
+
+void SignInScreen::setOffline(bool offline)
+{
+    const QSignalBlocker blocker(m_offline);
+    m_offline->setChecked(offline);
 }
 
 void SignInScreen::setBusy(bool busy)

@@ -16,9 +16,10 @@ namespace ravelin {
 
 class WorkerRow;
 
-// The host's first screen: its brand, the demo field workers to choose from and
-// the "Sign in" button. It only asks; the window signs in and answers with
-// setBusy() and setMessage().
+// The host's first screen: its brand, the demo field workers to choose from,
+// the "Sign in" button and, at the foot, the host's "Offline" switch (the
+// sign-in needs the network too). It only asks; the window signs in and
+// answers with setBusy() and setMessage().
 class SignInScreen : public QWidget
 {
     Q_OBJECT
@@ -46,9 +47,13 @@ public:
     [[nodiscard]] QString message() const;
 
     [[nodiscard]] QPushButton *signInButton() const { return m_signInButton; }
+    [[nodiscard]] QPushButton *offlineButton() const { return m_offline; }
+    // Sets the switch without telling anyone (it follows the host's network).
+    void setOffline(bool offline);
 
 signals:
     void signInRequested(qint64 workerId);
+    void offlineToggled(bool offline);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -62,6 +67,7 @@ private:
     QPushButton *m_signInButton = nullptr;
     QLabel *m_message = nullptr;
     QLabel *m_serverNote = nullptr;
+    QPushButton *m_offline = nullptr;
     QLabel *m_logo = nullptr;
     bool m_busy = false;
 };

@@ -1,3 +1,6 @@
+#include "api/outboxsender.h"
+#include "api/sessionstore.h"
+#include "api/sqliteofflinestore.h"
 #include "demo/app/demohostwindow.h"
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
@@ -7,6 +10,7 @@
 #include "demo/app/scenepicker.h"
 #include "demo/app/signinanswer.h"
 #include "demo/app/signinscreen.h"
+#include "demo/app/switchablenetworkaccess.h"
 #include "demo/app/taskeventsheet.h"
 #include "demo/server/demoserver.h"
 #include "host/navigationbar.h"
@@ -83,6 +87,9 @@ private slots:
     void initials();
     void options_data();
     void options();
+    void scaleAndOfflineOptions_data();
+    void scaleAndOfflineOptions();
+    void offlineSwitchHoldsResultsUntilOnline();
 
 private:
     // Signs the worker in from the sign-in screen; with `dashboard`, also waits
@@ -93,7 +100,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<QSettings> m_settings;
-    std::unique_ptr<QNetworkAccessManager> m_network;
+    std::unique_ptr<SwitchableNetworkAccess> m_network;
     std::unique_ptr<NotificationCenter> m_center;
     std::unique_ptr<DemoServer> m_server;
     std::unique_ptr<DemoHostWindow> m_window;
@@ -114,7 +121,7 @@ void TestDemoHost::init()
     QVERIFY(m_server->start(0));
     m_dir = std::make_unique<QTemporaryDir>();
     m_settings = std::make_unique<QSettings>(m_dir->filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat);
-    m_network = std::make_unique<QNetworkAccessManager>();
+    m_network = std::make_unique<SwitchableNetworkAccess>();
     m_center = std::make_unique<NotificationCenter>();
 
     HostSetup setup;
@@ -521,6 +528,9 @@ void TestDemoHost::options_data()
     refused("tasks for another server", {"--tasks", "5", "--api-host", "h:1", "--token", "T", "--user-id", "7"});
     refused("text scale below 1", {"--text-scale", "0.5"});
     refused("no language", {"--language", "xx-nonsense"});
+    refused("comments for another server", {"--comments", "5", "--api-host", "h:1", "--token", "T", "--user-id", "7"});
+    refused("negative items", {"--items", "-1"});
+    refused("offline store without folder", {"--offline-store"});
 }
 
 void TestDemoHost::options()
@@ -546,6 +556,76 @@ void TestDemoHost::options()
     QCOMPARE(parsed.value().language, arguments.contains(QStringLiteral("--language")) ? "de" : "");
     // The tour is forced only when it was not asked for.
     QCOMPARE(parsed.value().tourForcedByDisplay, mode == DemoOptions::Mode::tour && arguments.isEmpty());
+}
+
+void TestDemoHost::scaleAndOfflineOptions_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("items");
+    QTest::addColumn<int>("comments");
+    QTest::addColumn<QString>("storeFolder");
+    QTest::addColumn<bool>("startOffline");
+
+    QTest::newRow("at scale") << QStringList{"--items", "10000", "--comments=2000"} << 10000 << 2000 << QString()
+                              << false;
+    QTest::newRow("kept store, offline") << QStringList{"--offline-store", "/tmp/store", "--start-offline"} << 0 << 0
+                                         << "/tmp/store" << true;
+}
+
+void TestDemoHost::scaleAndOfflineOptions()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, items);
+    QFETCH(int, comments);
+    QFETCH(QString, storeFolder);
+    QFETCH(bool, startOffline);
+
+    const auto parsed = DemoOptions::parse(arguments, DemoOptions::Display{":0", "", ""});
+    QVERIFY(parsed.isSuccess());
+    QCOMPARE(parsed.value().itemsPerTask, items);
+    QCOMPARE(parsed.value().commentsPerTask, comments);
+    QCOMPARE(parsed.value().offlineStoreFolder, storeFolder);
+    QCOMPARE(parsed.value().startOffline, startOffline);
+}
+
+void TestDemoHost::offlineSwitchHoldsResultsUntilOnline()
+{
+    // A window with an offline store, so that the task client keeps what it cannot send.
+    const HostSetup setup = m_window->setup();
+    m_window.reset();
+    SqliteOfflineStore store(m_dir->filePath(QStringLiteral("offline")));
+    QVERIFY(store.isOpen());
+    m_window = std::make_unique<DemoHostWindow>(
+        setup,
+        DemoHostWindow::Environment{
+            m_settings.get(), m_network.get(), m_center.get(), systemClock(), &m_picker, {}, {}, &store});
+    m_window->show();
+    RavelinNavVC *navVC = signIn(1, true);
+    QVERIFY(navVC);
+    OutboxSender *sender = navVC->outboxSender();
+    QVERIFY(sender);
+    // No retry of its own while the test runs: only going online sends again.
+    sender->setBackoff({std::chrono::minutes(10), std::chrono::minutes(10)});
+    // A token from this very second counts as stale, and a stale one cannot be
+    // renewed offline: the results wait for a fresh one.
+    QTRY_VERIFY_WITH_TIMEOUT(SessionStore(m_settings.get()).load()->isTokenFresh(systemClock()()), kTimeoutMs);
+
+    m_window->hostBar()->offlineButton()->click();
+    QVERIFY(m_network->isOffline());
+    QVERIFY(m_window->signInScreen()->offlineButton()->isChecked());
+    const auto assigned = std::find_if(m_data.tasks.cbegin(), m_data.tasks.cend(), [](const DemoTask &task) {
+        return task.assignedUserId == 1 && task.taskStatusId == 2;
+    });
+    QVERIFY(assigned != m_data.tasks.cend());
+    QVERIFY(sender->add(OutboxEntry::taskStatus(1, assigned->id, 3, systemClock()())));
+    // Tried once and failed: it waits.
+    QTRY_VERIFY_WITH_TIMEOUT(sender->entries().value(0).attempts > 0, kTimeoutMs);
+    QCOMPARE(sender->counts().waiting, 1);
+
+    m_window->hostBar()->offlineButton()->click();
+    QVERIFY(!m_network->isOffline());
+    QTRY_COMPARE_WITH_TIMEOUT(sender->counts().waiting, 0, kTimeoutMs);
+    m_window.reset(); // before the store it uses
 }
 
 QTEST_MAIN(TestDemoHost)

@@ -1,11 +1,11 @@
 #include "uimonkey.h"
 
 #include "demo/app/demohostwindow.h"
+#include "demo/app/switchablenetworkaccess.h"
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
 #include "host/notificationcenter.h"
 
-#include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -63,7 +63,7 @@ void TestUiMonkey::walk()
     QVERIFY(server.start(0));
     QTemporaryDir dir;
     QSettings settings(dir.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat);
-    QNetworkAccessManager network;
+    SwitchableNetworkAccess network;
     NotificationCenter center;
 
     HostSetup setup;
