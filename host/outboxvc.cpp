@@ -32,6 +32,8 @@ OutboxVC::OutboxVC(QWidget *parent)
     m_list->setObjectName(QStringLiteral("outboxList"));
     m_list->setModel(m_model);
     m_list->setWordWrap(true);
+    m_list->setResizeMode(QListView::Adjust);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->setTextElideMode(Qt::ElideNone);
     m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_list->setStyleSheet(QStringLiteral("QListView { border: none; background: transparent; }"

@@ -123,10 +123,8 @@ void RavelinNavVC::viewDidLoad()
             reachability = QNetworkInformation::instance();
         m_outboxSender->followReachability(reachability);
         // The bar counts what has not reached the server; the count opens the list.
-        const auto showCounts
-            = [this](int waiting, int refused) { m_bar->setSyncText(SyncTexts::countText(waiting, refused)); };
-        connect(m_outboxSender, &OutboxSender::countsChanged, this, showCounts);
-        showCounts(m_outboxSender->counts().waiting, m_outboxSender->counts().refused);
+        connect(m_outboxSender, &OutboxSender::countsChanged, this, &RavelinNavVC::updateBar);
+        updateBar();
         connect(m_bar, &NavigationBar::syncRequested, this, [this] {
             if (!qobject_cast<OutboxVC *>(topScreen()))
                 push(new OutboxVC);
@@ -379,6 +377,10 @@ void RavelinNavVC::updateBar()
     m_bar->setBackVisible(m_stack.size() > 1);
     m_bar->setRightActions(top ? top->rightBarActions() : QList<QAction *>{});
     m_bar->setLeftActions(top ? top->leftBarActions() : QList<QAction *>{});
+    // The count of results not on the server, except on their own list.
+    const OfflineStore::Counts counts = m_outboxSender ? m_outboxSender->counts() : OfflineStore::Counts{};
+    m_bar->setSyncText(qobject_cast<OutboxVC *>(top) ? QString()
+                                                     : SyncTexts::countText(counts.waiting, counts.refused));
 }
 
 void RavelinNavVC::didSwipe(bool isShown)

@@ -1,5 +1,6 @@
 #include "demo/app/demotour.h"
 
+#include "api/outboxsender.h"
 #include "comments/commentsvc.h"
 #include "comments/commentsvm.h"
 #include "comments/commentthreadmodel.h"
@@ -17,8 +18,11 @@
 #include "filter/filtervc.h"
 #include "filter/inputfield.h"
 #include "host/navigationbar.h"
+#include "host/outboxlistmodel.h"
+#include "host/outboxvc.h"
 #include "host/ravelinnavvc.h"
 #include "host/screen.h"
+#include "host/synctexts.h"
 #include "host/taskupdateevent.h"
 #include "items/blocktaskvc.h"
 #include "items/itemactionvc.h"
@@ -132,6 +136,7 @@ int DemoTour::run()
         stepScan();
         stepComments();
         stepBlock();
+        stepOffline();
         stepFilter();
         stepHostPanel();
         stepTaskEvent();
@@ -545,6 +550,8 @@ void DemoTour::finishItemAction(bool report, const QString &what,
         results << ItemsTexts::updateResult({QString()}, success).title
                 << ItemsTexts::updateResult({QString(), QString()}, success).title;
     }
+    // Kept in the outbox, a result is saved first and sent right after.
+    results << ItemsTexts::savedResult({QString()}).title << ItemsTexts::savedResult({QString(), QString()}).title;
     const auto isResult = [&results](const QString &title) { return results.contains(title); };
     waitFor(QStringLiteral("the result of %1").arg(what),
             [this, &isResult] { return alertTitled(m_window, isResult) != nullptr; });
@@ -739,26 +746,34 @@ void DemoTour::stepComments()
     waitForItems();
 }
 
-void DemoTour::stepBlock()
+QString DemoTour::blockOpenTask(const QString &sheetStep, const QString &reason)
 {
-    m_currentStep = QStringLiteral("block");
     ItemsVC &screen = itemsScreen();
     const TaskPtr task = screen.viewModel()->task();
     screen.markAsBlockedBtn()->click();
     auto *sheet = qobject_cast<BlockTaskVC *>(navVC().presentedScreen());
     if (!sheet)
         throw StepFailure(QStringLiteral("the block task sheet did not open"));
-    type(sheet->noteField(), QStringLiteral("Access road flooded, site cannot be reached."));
+    type(sheet->noteField(), reason);
     sheet->noteField()->clearFocus();
     settle(200ms);
-    record(QStringLiteral("block-sheet"), QStringLiteral("reason typed for '%1'").arg(task->name));
+    if (!sheetStep.isEmpty())
+        record(sheetStep, QStringLiteral("reason typed for '%1'").arg(task->name));
     sheet->blockButton()->click();
     const QString blockedTitle = ItemsTexts::taskBlocked(QString()).title;
     const auto isBlocked = [&blockedTitle](const QString &title) { return title == blockedTitle; };
     waitFor(QStringLiteral("the blocked alert"),
             [this, &isBlocked] { return alertTitled(m_window, isBlocked) != nullptr; });
     settle(150ms);
-    const QString alert = oneLine(alertTitled(m_window, isBlocked)->message().trimmed());
+    return oneLine(alertTitled(m_window, isBlocked)->message().trimmed());
+}
+
+void DemoTour::stepBlock()
+{
+    m_currentStep = QStringLiteral("block");
+    const TaskPtr task = itemsScreen().viewModel()->task();
+    const QString alert
+        = blockOpenTask(QStringLiteral("block-sheet"), QStringLiteral("Access road flooded, site cannot be reached."));
     // The dashboard sends the change once the alert has gone.
     const qint64 id = task->id;
     waitFor(QStringLiteral("task %1 to be Blocked").arg(id), [this, id] {
@@ -771,6 +786,178 @@ void DemoTour::stepBlock()
     const int since = m_refreshesEnded;
     navVC().popToRoot();
     waitForRefreshAfter(since, QStringLiteral("the dashboard to reload after going back"));
+}
+
+QString DemoTour::actOnOpenItem(bool report, const QString &note, bool withPhoto, const QString &step)
+{
+    ItemsVC &screen = itemsScreen();
+    int row = -1;
+    for (int i = 0; i < screen.itemModel()->rowCount() && row < 0; ++i) {
+        const ItemPtr item = screen.itemModel()->item(i);
+        if (item->status == ItemStatus::open && !item->qrCode)
+            row = i;
+    }
+    if (row < 0)
+        throw StepFailure(QStringLiteral("no open item without a QR code"));
+    const QString name = screen.itemModel()->item(row)->name;
+    screen.tableView()->scrollTo(screen.tableView()->model()->index(row, 0));
+    screen.actOnRow(row);
+    ItemActionVC &sheet = actionSheet();
+    type(sheet.noteField(), note);
+    if (withPhoto) {
+        sheet.addFileButton()->click();
+        waitFor(QStringLiteral("the photo"), [&sheet] { return sheet.attachedPicture().has_value(); });
+    }
+    sheet.noteField()->clearFocus();
+    settle(150ms);
+    finishItemAction(report, QStringLiteral("'%1'").arg(name), [this, &step, &name, report](const QString &result) {
+        record(step,
+               QStringLiteral("'%1' %2 -> \"%3\"")
+                   .arg(name, report ? QStringLiteral("reported") : QStringLiteral("completed with a photo"), result));
+    });
+    return name;
+}
+
+QString DemoTour::barState() const
+{
+    const NavigationBar *bar = navVC().navigationBar();
+    return QStringLiteral("bar \"%1\", band \"%2\"").arg(bar->syncText(), bar->prompt());
+}
+
+void DemoTour::stepOffline()
+{
+    m_currentStep = QStringLiteral("offline");
+    OutboxSender *outbox = navVC().outboxSender();
+    if (!outbox) {
+        skip(m_currentStep, QStringLiteral("the host has no offline store"));
+        return;
+    }
+    // A task in progress, looked at once while online, as a worker does before
+    // going down to the plant room: its checklist and thread are kept.
+    const TaskPtr task = findTask([](const Task &t) { return t.currentStatus == TaskStatus::in_progress; });
+    if (!task) {
+        skip(m_currentStep, QStringLiteral("no task in progress"));
+        return;
+    }
+    openChecklist(task);
+    openThread();
+    navVC().pop();
+    waitForItems();
+    backToDashboard();
+
+    m_currentStep = QStringLiteral("offline");
+    m_window->setOffline(true);
+    const int since = m_refreshesEnded;
+    dashboard().pullToRefresh();
+    waitForRefreshAfter(since, QStringLiteral("the dashboard to open from the cache"));
+    if (AlertPresenter::visibleAlert(m_window))
+        throw StepFailure(QStringLiteral("an alert instead of the kept dashboard"));
+    settle(200ms);
+    record(QStringLiteral("offline"),
+           QStringLiteral("network off: %1 tasks from the cache, %2")
+               .arg(dashboard().viewModel()->taskList().tasks.size())
+               .arg(barState()));
+
+    m_currentStep = QStringLiteral("offline-task");
+    openChecklist(task);
+    settle(200ms);
+    record(QStringLiteral("offline-task"),
+           QStringLiteral("'%1' from the cache: %2 items, %3")
+               .arg(task->name)
+               .arg(itemsScreen().itemModel()->rowCount())
+               .arg(barState()));
+
+    m_currentStep = QStringLiteral("offline-item-queued");
+    const QString completed = actOnOpenItem(false, QStringLiteral("Pump guard refitted, photo attached."), true,
+                                            QStringLiteral("offline-item-queued"));
+    m_currentStep = QStringLiteral("offline-report-queued");
+    const QString reported = actOnOpenItem(true, QStringLiteral("Drain blocked, water on the floor."), false,
+                                           QStringLiteral("offline-report-queued"));
+
+    m_currentStep = QStringLiteral("offline-comment-queued");
+    const QString text = QStringLiteral("No signal down here: results will follow. (%1)").arg(task->id);
+    itemsScreen().commentsButton()->trigger();
+    waitFor(QStringLiteral("the comments screen"),
+            [this] { return qobject_cast<CommentsVC *>(navVC().topScreen()) != nullptr; });
+    sendComment(text, true);
+    const QModelIndex last = commentsScreen().threadModel()->index(commentsScreen().threadModel()->lastCommentRow());
+    record(QStringLiteral("offline-comment-queued"),
+           QStringLiteral("comment with a photo: mark \"%1\", %2")
+               .arg(SyncTexts::markText(last.data(CommentThreadModel::SyncMarkRole).value<SyncMark>()), barState()));
+    navVC().pop();
+    waitForItems();
+
+    m_currentStep = QStringLiteral("offline-block-queued");
+    blockOpenTask({}, QStringLiteral("Pump room flooded, work stopped."));
+    waitFor(QStringLiteral("task %1 to be Blocked").arg(task->id), [this, id = task->id] {
+        const TaskPtr now = taskById(id);
+        return now && now->currentStatus == TaskStatus::blocked;
+    });
+    backToDashboard();
+    // The blocked card, marked, in sight.
+    for (TaskTableViewCell *row : dashboard().rows()) {
+        const qsizetype at = std::find_if(row->tasks().cbegin(), row->tasks().cend(),
+                                          [&task](const TaskPtr &t) { return t->id == task->id; })
+            - row->tasks().cbegin();
+        if (at < row->tasks().size()) {
+            dashboard().refreshControl()->ensureWidgetVisible(row, 0, 120);
+            row->scrollTo(row->model()->index(int(at), 0));
+        }
+    }
+    settle(200ms);
+    record(QStringLiteral("offline-block-queued"),
+           QStringLiteral("'%1' Blocked on the device, card marked \"%2\", %3")
+               .arg(task->name, SyncTexts::markText(outbox->pending().taskMarks().value(task->id, SyncMark::none)),
+                    barState()));
+
+    m_currentStep = QStringLiteral("offline-queued-list");
+    navVC().navigationBar()->syncButton()->click();
+    auto *list = qobject_cast<OutboxVC *>(navVC().topScreen());
+    if (!list)
+        throw StepFailure(QStringLiteral("the count did not open the list"));
+    settle(200ms);
+    const int queued = list->model()->rowCount();
+    record(QStringLiteral("offline-queued-list"), QStringLiteral("%1 results waiting to be sent").arg(queued));
+    navVC().pop();
+
+    m_currentStep = QStringLiteral("synced");
+    m_window->setOffline(false);
+    waitFor(QStringLiteral("the outbox to be sent"),
+            [outbox] { return outbox->isIdle() && outbox->counts() == OfflineStore::Counts{}; });
+    waitFor(QStringLiteral("the dashboard to show the server's answer"),
+            [this] { return dashboardIdle() && navVC().navigationBar()->prompt().isEmpty(); });
+    settle(300ms);
+    const TaskPtr after = taskById(task->id);
+    record(QStringLiteral("synced"),
+           QStringLiteral("network on: %1 results sent, '%2' is %3 on the server, %4")
+               .arg(queued)
+               .arg(task->name, after ? TaskStatuses::text(after->currentStatus) : QString(), barState()));
+
+    // What the server holds now, read back through the session's view models.
+    m_currentStep = QStringLiteral("synced-check");
+    DashboardVM &viewModel = *dashboard().viewModel();
+    std::optional<bool> itemsFetched;
+    viewModel.fetchItems(after, [&itemsFetched](bool success) { itemsFetched = success; });
+    CommentsVM thread(after, viewModel.networkManager(), viewModel.users());
+    std::optional<bool> threadFetched;
+    thread.fetchComments([&threadFetched](bool success) { threadFetched = success; });
+    waitFor(QStringLiteral("the task's items and thread from the server"),
+            [&itemsFetched, &threadFetched] { return itemsFetched && threadFetched; });
+    const auto statusOf = [&after](const QString &name) {
+        for (const ItemPtr &item : after->itemList.items) {
+            if (item->name == name)
+                return ItemStatuses::rawValue(item->status);
+        }
+        return QString();
+    };
+    const auto copies = std::count_if(thread.comments().cbegin(), thread.comments().cend(),
+                                      [&text](const CommentPtr &c) { return c->text.value_or(QString()) == text; });
+    if (copies != 1)
+        throw StepFailure(QStringLiteral("the comment is on the server %1 times").arg(copies));
+    record(QStringLiteral("synced-check"),
+           QStringLiteral("the server holds each result once: '%1' %2, '%3' %4, the comment once, '%5' %6")
+               .arg(completed, statusOf(completed), reported, statusOf(reported), after->name,
+                    TaskStatuses::text(after->currentStatus)));
 }
 
 void DemoTour::stepFilter()

@@ -85,6 +85,9 @@ private:
     void stepScan();
     void stepComments();
     void stepBlock();
+    // Without a connection: a task opened from the cache, results kept in the
+    // outbox with their marks, then sent once when the network is back.
+    void stepOffline();
     void stepFilter();
     void stepHostPanel();
     void stepTaskEvent();
@@ -96,6 +99,14 @@ private:
     CommentsVC &commentsScreen();
     // Writes a comment (with a photo from the picker) and sends it; waits until it shows.
     void sendComment(const QString &text, bool withPhoto);
+    // Blocks the open task with a reason; records the sheet (unless `sheetStep`
+    // is empty) and waits for the blocked alert. Answers the alert's message.
+    QString blockOpenTask(const QString &sheetStep, const QString &reason);
+    // Opens the first open item without a code on the items screen, with a note
+    // (and the picker's photo), and completes or reports it. Answers its name.
+    QString actOnOpenItem(bool report, const QString &note, bool withPhoto, const QString &step);
+    // The offline round's line: the bar's count and band.
+    [[nodiscard]] QString barState() const;
     void waitForItems();
     ItemActionVC &actionSheet();
     // Completes or reports from the open action sheet, records the result alert
