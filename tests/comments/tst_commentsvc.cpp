@@ -136,8 +136,6 @@ void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
     QVERIFY(screen->emptyMessageLabel()->isVisible());
     QCOMPARE(screen->emptyMessageLabel()->text(), QStringLiteral("No comments"));
-    QCOMPARE(screen->tableView()->objectName(), QStringLiteral("commentsTableView"));
-    QCOMPARE(screen->inputBar()->objectName(), QStringLiteral("commentsInputBar"));
 }
 
 void TestCommentsVC::sendRules_data()
@@ -172,7 +170,6 @@ void TestCommentsVC::sendRules()
     // Posted or not, the thread is fetched again and the bar starts over.
     QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) > fetches, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(bar->inputTextView()->toPlainText().isEmpty() && bar->attachments().isEmpty(), timeoutMs);
-    QCOMPARE(bar->inputTextView()->placeholderText(), QStringLiteral("Leave a comment ..."));
     const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
     QCOMPARE(posted.size(), posts ? 1 : 0);
     if (!posts)
@@ -206,9 +203,6 @@ void TestCommentsVC::timesAndDays()
     QCOMPARE(today.data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
     QVERIFY(today.data(CommentThreadModel::ShowsTimeRole).toBool());
     QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
-    QCOMPARE(today.data(CommentThreadModel::IdentifierRole).toString(), QStringLiteral("commentCell"));
-    QCOMPARE(today.data(CommentThreadModel::PictureIdentifierRole).toString(),
-             QStringLiteral("commentImgThumb_Valve closed"));
     m_host->grab().save(shots + QStringLiteral("comments.png"));
 }
 
@@ -230,10 +224,9 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     const int row = screen->threadModel()->lastCommentRow();
     QTRY_VERIFY_WITH_TIMEOUT(!table->pictureRect(row).isEmpty(), timeoutMs);
     // Tapped before it has arrived: the short alert, nothing opens.
+    AlertLog alerts;
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
-    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
-                                                                   : QString(),
-                              QStringLiteral("The operation couldn't be completed"), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("The operation couldn't be completed"));
     QVERIFY(!m_host->presentedScreen());
     release->store(true);
     QTRY_VERIFY_WITH_TIMEOUT(
@@ -242,7 +235,6 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
     auto *viewer = qobject_cast<ImageVC *>(m_host->presentedScreen());
     QVERIFY(viewer);
-    QCOMPARE(viewer->imageView()->objectName(), QStringLiteral("showCommentImg"));
     QVERIFY(!viewer->image().isNull());
     QTest::mouseClick(viewer->closeButton(), Qt::LeftButton);
     QVERIFY(!m_host->presentedScreen());
@@ -327,11 +319,10 @@ void TestCommentsVC::layoutPassesShareOneFetch()
 void TestCommentsVC::loadFailureAlert()
 {
     m_api->server.on("GET", commentsPath, CannedResponse{500, {}});
+    AlertLog alerts;
     CommentsVC *screen = openComments();
     QVERIFY(screen);
-    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
-                                                                   : QString(),
-                              CommentsVC::failureTitle(), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), CommentsVC::failureTitle());
     QVERIFY(screen->threadModel()->isEmpty());
 }
 

@@ -179,15 +179,15 @@ QRScannerVC *TestQRScannerVC::openScanner()
     environment.imagePicker = &m_picker;
     environment.cameraPermission = &m_permission;
     environment.hapticFeedback = &m_haptics;
-    // The hand-over as the test wants it; alerts stay up while the test reads them.
-    environment.delays = Delays::uniform(std::chrono::minutes(1));
-    environment.delays.scannerHandOver = m_handOver;
     environment.cameraFrameSource = [this] {
         auto source = std::make_unique<TestFrameSource>(m_cameraAvailable);
         m_camera = source.get();
         return source;
     };
-    m_host = showHost(*m_api, m_center, std::move(environment));
+    // The hand-over as the test wants it; alerts stay up while the test reads them.
+    Delays delays = Delays::uniform(std::chrono::minutes(1));
+    delays.scannerHandOver = m_handOver;
+    m_host = makeHost(*m_api, m_center, HostOptions{std::move(environment), delays});
     ItemsVC *items = openOnlyTask(*m_host, 4, timeoutMs);
     if (!items)
         return nullptr;

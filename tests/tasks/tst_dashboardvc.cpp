@@ -76,21 +76,6 @@ TaskPtr makeTask(TaskStatus status)
     return task;
 }
 
-// The cards of a row as UI automation finds them: one accessible item per card
-// on the row's accessibility interface, identified through the model's
-// identifier role.
-QStringList accessibleCards(TaskTableViewCell *row)
-{
-    QStringList identifiers;
-    QAccessibleInterface *table = QAccessible::queryAccessibleInterface(row);
-    for (int i = 0; table && i < table->childCount(); ++i) {
-        QAccessibleTableCellInterface *cell = table->child(i)->tableCellInterface();
-        identifiers.append(
-            row->model()->index(cell->rowIndex(), 0).data(TaskCollectionModel::IdentifierRole).toString());
-    }
-    return identifiers;
-}
-
 QModelIndex cardIndex(TaskTableViewCell *row, int item)
 {
     return row->model()->index(item, 0);
@@ -200,28 +185,26 @@ std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
 
 void TestDashboardVC::statusPrompts_data()
 {
-    // The prompts' texts are checked on the screen, in statusChanges.
+    // The prompts' texts are checked on the screen, in statusChanges; which cards
+    // show the acknowledge button in tst_tasklist rolesOfACard.
     QTest::addColumn<TaskStatus>("status");
     QTest::addColumn<qint64>("newStatusId"); // 0: no prompt, the task opens at once
-    QTest::addColumn<bool>("acknowledgeButton");
-    QTest::newRow("assigned") << TaskStatus::assigned << qint64(3) << true;
-    QTest::newRow("acknowledged") << TaskStatus::acknowledged << qint64(4) << false;
-    QTest::newRow("blocked") << TaskStatus::blocked << qint64(4) << false;
-    QTest::newRow("in progress") << TaskStatus::in_progress << qint64(0) << false;
-    QTest::newRow("completed") << TaskStatus::complete << qint64(0) << false;
-    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0) << false;
+    QTest::newRow("assigned") << TaskStatus::assigned << qint64(3);
+    QTest::newRow("acknowledged") << TaskStatus::acknowledged << qint64(4);
+    QTest::newRow("blocked") << TaskStatus::blocked << qint64(4);
+    QTest::newRow("in progress") << TaskStatus::in_progress << qint64(0);
+    QTest::newRow("completed") << TaskStatus::complete << qint64(0);
+    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0);
 }
 
 void TestDashboardVC::statusPrompts()
 {
     QFETCH(TaskStatus, status);
     QFETCH(qint64, newStatusId);
-    QFETCH(bool, acknowledgeButton);
     const TaskPtr task = makeTask(status);
     QCOMPARE(DashboardTexts::promptsBeforeOpening(status), newStatusId != 0);
     const std::optional<StatusPrompt> prompt = DashboardTexts::statusPrompt(*task);
     QCOMPARE(prompt ? prompt->newStatusId : 0, newStatusId);
-    QCOMPARE(DashboardTexts::showsAcknowledgeButton(*task), acknowledgeButton);
 }
 
 void TestDashboardVC::chartData()
@@ -248,7 +231,6 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QVERIFY(host);
     DashboardVC *dashboard = host->dashboard();
     grabShot(*host, QStringLiteral("dashboard"));
-    QCOMPARE(dashboard->tableView()->objectName(), QStringLiteral("TasksDashboardTableView"));
 
     QStringList headers;
     for (QLabel *label : dashboard->sectionHeaderLabels())
@@ -256,30 +238,20 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QCOMPARE(headers, (QStringList{"ASSIGNED (1 task)", "IN PROGRESS (2 task)", "COMPLETED (1 task)"}));
 
     // One row per section; newest first within a section (the default sort); an
-    // unknown category shows as the first one. Cards are found among the
-    // accessible items by their identifiers, and read through the model.
-    QStringList rows;
-    QStringList identifiers;
+    // unknown category shows as the first one. What a card reads and how
+    // automation finds it: tst_tasklist rolesOfACard and
+    // tst_accessibility listItemsCarryNamesAndIdentifiers.
     QStringList cards;
     for (TaskTableViewCell *row : dashboard->rows()) {
-        rows.append(row->objectName());
-        identifiers += accessibleCards(row);
         for (int item = 0; item < row->count(); ++item) {
             const QModelIndex card = cardIndex(row, item);
-            cards.append(QStringList{card.data().toString(), card.data(TaskCollectionModel::CategoryRole).toString(),
-                                     card.data(TaskCollectionModel::PriorityRole).toString(),
-                                     card.data(TaskCollectionModel::ProgressRole).toString()}
-                             .join(QLatin1Char('|')));
+            cards.append(card.data().toString() + QLatin1Char('|')
+                         + card.data(TaskCollectionModel::CategoryRole).toString());
         }
     }
-    QCOMPARE(rows, (QStringList{"statusCell_Assigned", "statusCell_InProgress", "statusCell_Completed"}));
-    QCOMPARE(identifiers, (QStringList{"task_assigned", "task_in_progress", "task_in_progress", "task_complete"}));
-    QCOMPARE(cards,
-             (QStringList{"Meter C|Meters|Highest|0", "Valve B|Pumps|Medium|0", "Valve A|Pumps|High|50",
-                          "Tank D|All|Low|0"}));
+    QCOMPARE(cards, (QStringList{"Meter C|Meters", "Valve B|Pumps", "Valve A|Pumps", "Tank D|All"}));
 
     QCOMPARE(sliceValues(dashboard->pieChartView()), (QList<int>{0, 1, 0, 2, 0, 1}));
-    QCOMPARE(dashboard->pieChartView()->centerText(), QStringLiteral("Tasks"));
     QVERIFY(dashboard->headerView()->isVisible());
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }
@@ -326,7 +298,7 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QVERIFY(host);
     DashboardVC *dashboard = host->dashboard();
     // One section per status, in the order of the statuses; which cards show the
-    // button: statusPrompts and tst_taskcollectionmodel.
+    // button: statusPrompts and tst_tasklist rolesOfACard.
     QCOMPARE(dashboard->rows().size(), 6);
 
     // Held down, the painted button looks pressed; let go on it, it asks.
@@ -406,9 +378,10 @@ void TestDashboardVC::itemsFailureAlert()
     auto host = loaded({taskJson(8, "Pump", 4)});
     QVERIFY(host);
     auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    AlertLog alerts;
     tap(dashboard->rows().first(), 0);
-    QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard), (QStringList{"Items Loading", "Couldn't load task items", ""}),
-                              timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("Items Loading"));
+    QCOMPARE(alerts.last(), (QStringList{"Items Loading", "Couldn't load task items", ""}));
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
     QVERIFY(dashboard->segues.isEmpty());
     QCOMPARE(host->screens().size(), 1);
@@ -618,7 +591,7 @@ void TestDashboardVC::closingWhileFetching()
     QVERIFY(dashboard.isNull());
     // The answers arrive after everything is gone.
     QTRY_VERIFY_WITH_TIMEOUT(answered->load() >= 1, timeoutMs);
-    QTest::qWait(200);
+    QTRY_VERIFY_WITH_TIMEOUT(answersTaken(m_api->network), timeoutMs);
     QVERIFY(m_log->linesStartingWith(QStringLiteral("Fetched ")).isEmpty());
 }
 
