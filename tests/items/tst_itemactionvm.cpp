@@ -1,3 +1,4 @@
+#include "items/blocktaskvm.h"
 #include "items/itemactionvm.h"
 #include "support/apiharness.h"
 #include "support/fixtures.h"
@@ -26,6 +27,15 @@ QJsonObject entry(qint64 id, int status, const QJsonValue &text, const QJsonValu
     return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
 }
 
+ItemPtr namedItem(qint64 id, const QString &name)
+{
+    auto item = std::make_shared<Item>();
+    item->id = id;
+    item->name = name;
+    item->details = name + QStringLiteral(" details");
+    return item;
+}
+
 } // namespace
 
 class TestItemActionVM : public QObject
@@ -43,6 +53,12 @@ private slots:
     void completesWhenTheManagerIsGone_data();
     void completesWhenTheManagerIsGone();
 
+    void itemAndDetailsLines_data();
+    void itemAndDetailsLines();
+    void block_data();
+    void block();
+    void failedCommentIsNotABlock();
+
 private:
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
@@ -56,6 +72,7 @@ void TestItemActionVM::init()
     m_task->id = 5;
     m_users.currentUser.id = 7;
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
+    m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
 }
 
 void TestItemActionVM::cleanup()
@@ -87,7 +104,7 @@ void TestItemActionVM::updateBody_data()
     QTest::addColumn<ItemStatus>("status");
     QTest::addColumn<QString>("note");
     QTest::addColumn<bool>("withPicture");
-    // The wire form of notes and of several items: tst_itemsupdatepayload.
+    // The wire form of notes and of several items: tst_item wireForm.
     QTest::newRow("complete one, no note, no picture") << QList<qint64>{11} << ItemStatus::ok << "" << false;
     QTest::newRow("report two with note and picture") << QList<qint64>{12, 11} << ItemStatus::nok << "Leak" << true;
 }
@@ -175,6 +192,90 @@ void TestItemActionVM::completesWhenTheManagerIsGone()
     QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
                  .size(),
              1);
+}
+
+void TestItemActionVM::itemAndDetailsLines_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("itemLine");
+    QTest::addColumn<QString>("detailsLine");
+    QTest::newRow("no items") << QStringList{} << ""
+                              << "";
+    QTest::newRow("one item") << QStringList{"Seal"} << "Seal"
+                              << "Seal details";
+    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << ""
+                                 << "Seal\nGauge\nValve";
+}
+
+void TestItemActionVM::itemAndDetailsLines()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, itemLine);
+    QFETCH(QString, detailsLine);
+    for (int i = 0; i < names.size(); ++i)
+        m_task->itemList.items.append(namedItem(i + 1, names.at(i)));
+    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"), m_users);
+    QCOMPARE(vm.itemLine(), itemLine);
+    QCOMPARE(vm.detailsLine(), detailsLine);
+}
+
+void TestItemActionVM::block_data()
+{
+    QTest::addColumn<QString>("reason"); // "<none>" for absent
+    QTest::addColumn<bool>("withPicture");
+    QTest::addColumn<BlockTaskVM::Outcome>("outcome");
+    QTest::addColumn<QString>("sentText"); // text of the posted comment
+    using O = BlockTaskVM::Outcome;
+    QTest::newRow("nothing at all") << "<none>" << false << O::blockedWithoutComment << "";
+    QTest::newRow("empty reason") << "" << false << O::blockedWithoutComment << "";
+    QTest::newRow("one blank") << " " << false << O::blockedWithoutComment << "";
+    QTest::newRow("two blanks are a reason") << "  " << false << O::blocked << "  ";
+    QTest::newRow("a reason") << "Gate locked" << false << O::blocked << "Gate locked";
+    QTest::newRow("picture without reason") << "<none>" << true << O::blocked << " ";
+    QTest::newRow("picture and reason") << "Flooded" << true << O::blocked << "Flooded";
+}
+
+void TestItemActionVM::block()
+{
+    QFETCH(QString, reason);
+    QFETCH(bool, withPicture);
+    QFETCH(BlockTaskVM::Outcome, outcome);
+    QFETCH(QString, sentText);
+
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    std::optional<QImage> picture;
+    if (withPicture) {
+        picture = QImage(4, 4, QImage::Format_RGB32);
+        picture->fill(Qt::gray);
+    }
+    std::optional<BlockTaskVM::Outcome> result;
+    vm.block(reason == QLatin1String("<none>") ? std::nullopt : std::optional(reason), picture,
+             [&](BlockTaskVM::Outcome o) { result = o; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
+    QCOMPARE(*result, outcome);
+
+    const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
+    if (outcome == BlockTaskVM::Outcome::blockedWithoutComment) {
+        QCOMPARE(posted.size(), 0);
+        return;
+    }
+    QCOMPARE(posted.size(), 1);
+    const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
+    QCOMPARE(body.value("text").toString(), sentText);
+    QCOMPARE(body.value("is_incident").toBool(), true);
+    QCOMPARE(body.value("task_id").toInteger(), 5);
+    QCOMPARE(body.value("user_id").toInteger(), 7);
+    QCOMPARE(body.value("media_path").isNull(), !withPicture);
+}
+
+void TestItemActionVM::failedCommentIsNotABlock()
+{
+    m_api->server.on("POST", "/api/comment", CannedResponse{500, {}});
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    std::optional<BlockTaskVM::Outcome> result;
+    vm.block(QStringLiteral("Gate locked"), std::nullopt, [&](BlockTaskVM::Outcome o) { result = o; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
+    QCOMPARE(*result, BlockTaskVM::Outcome::failed);
 }
 
 QTEST_GUILESS_MAIN(TestItemActionVM)

@@ -2,7 +2,9 @@
 
 #include "support/shots.h"
 #include "views/cardshadow.h"
+#include "views/roundedview.h"
 
+#include <QGraphicsDropShadowEffect>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
@@ -32,6 +34,8 @@ private slots:
     void shadowLayersFollowTheCardAndPaintIt();
     void imageShadowIsReplacedNotStacked();
     void settersSignalOnlyOnChange();
+    void backgroundColourPaintsTheCardNotTheWidget();
+    void roundedViewSettersSignalOnlyOnChange();
 };
 
 void tst_ReusableShadowTableViewCell::shortCellIsFittedToTheMinimumHeight()
@@ -143,6 +147,52 @@ void tst_ReusableShadowTableViewCell::settersSignalOnlyOnChange()
     cell.setColor(Qt::yellow);
     cell.setColor(Qt::yellow);
     QCOMPARE(spy.count(), 2);
+}
+
+void tst_ReusableShadowTableViewCell::backgroundColourPaintsTheCardNotTheWidget()
+{
+    RoundedView view;
+    view.resize(100, 60);
+    view.setCornerRadius(12);
+    view.setBackgroundColor(Qt::red);
+    QCOMPARE(view.customBackgroundColor(), QColor(Qt::red));
+    QCOMPARE(view.backgroundColor().alpha(), 0);
+    QVERIFY(!view.autoFillBackground());
+
+    const QImage image = grabShot(view, QStringLiteral("roundedview-red"));
+    QCOMPARE(image.pixelColor(50, 30), QColor(Qt::red));
+    QCOMPARE(image.pixelColor(12, 12), QColor(Qt::red));
+    // The rounded corner stays clear; a square one is filled.
+    QVERIFY(image.pixelColor(0, 0) != QColor(Qt::red));
+    view.setCornerRadius(0);
+    QCOMPARE(view.grab().toImage().pixelColor(0, 0), QColor(Qt::red));
+
+    // A palette's window colour becomes the card colour as well.
+    QPalette palette = view.palette();
+    palette.setColor(QPalette::Window, Qt::blue);
+    view.setPalette(palette);
+    QCOMPARE(view.customBackgroundColor(), QColor(Qt::blue));
+    QCOMPARE(view.palette().color(QPalette::Window).alpha(), 0);
+    QCOMPARE(view.backgroundColor().alpha(), 0);
+    QCOMPARE(view.grab().toImage().pixelColor(50, 30), QColor(Qt::blue));
+}
+
+void tst_ReusableShadowTableViewCell::roundedViewSettersSignalOnlyOnChange()
+{
+    RoundedView view;
+    QSignalSpy spy(&view, &RoundedView::appearanceChanged);
+    view.setCornerRadius(8);
+    view.setCornerRadius(8);
+    view.setBorderWidth(1);
+    view.setBorderWidth(1);
+    view.setBorderColor(Qt::black);
+    view.setCustomBackgroundColor(Qt::white);
+    view.setBackgroundColor(Qt::green);
+    view.setBackgroundColor(Qt::green);
+    QCOMPARE(spy.count(), 3);
+    // The shadow takes the shadow colour.
+    view.setShadowColor(QColor(10, 20, 30));
+    QCOMPARE(qobject_cast<QGraphicsDropShadowEffect *>(view.graphicsEffect())->color().rgb(), QColor(10, 20, 30).rgb());
 }
 
 QTEST_MAIN(tst_ReusableShadowTableViewCell)

@@ -1,13 +1,18 @@
 #include "views/textviewwithplaceholder.h"
 
+#include "host/notificationcenter.h"
 #include "support/shots.h"
+#include "views/keyboardnotifier.h"
+#include "views/keyboardobserving.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
+#include <QList>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
+#include <memory>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -51,6 +56,17 @@ struct Form
     }
 };
 
+class Screen : public KeyboardObserving
+{
+public:
+    QList<QRectF> shown;
+    int hidden = 0;
+
+protected:
+    void keyboardWillShow(const QRectF &endFrame) override { shown.append(endFrame); }
+    void keyboardWillHide() override { ++hidden; }
+};
+
 } // namespace
 
 class tst_TextViewWithPlaceholder : public QObject
@@ -62,6 +78,9 @@ private slots:
     void setTextLeavesThePlaceholderStateAlone();
     void editsKeepToTheLimit_data();
     void editsKeepToTheLimit();
+    void showAndHideReachTheScreenOnce();
+    void removedOrDestroyedScreensHearNothing();
+    void notifierPostsOnlyChanges();
 };
 
 void tst_TextViewWithPlaceholder::placeholderShowsWhileEmptyAndUnfocused()
@@ -144,10 +163,63 @@ void tst_TextViewWithPlaceholder::editsKeepToTheLimit()
         form.textView->insertPlainText(inserted);
     }
 
-    // The first 512 units of the edited text, even when that splits a pair (the cases: tst_textlimit).
+    // The first 512 units of the edited text, even when that splits a pair (the cases: tst_attributedtext evaluate).
     const QString edited = QString(start).insert(position, inserted);
     QCOMPARE(form.textView->text().size(), std::min<qsizetype>(edited.size(), 512));
     QCOMPARE(form.textView->text(), edited.left(512));
+}
+
+void tst_TextViewWithPlaceholder::showAndHideReachTheScreenOnce()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    screen.addKeyboardObservers(center);
+
+    const QRectF frame(0, 500, 390, 344);
+    center.post(KeyboardNotificationNames::keyboardWillShow, frame);
+    center.post(KeyboardNotificationNames::keyboardWillShow, QStringLiteral("not a frame"));
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+    QCOMPARE(screen.shown, (QList<QRectF>{frame, QRectF()}));
+    QCOMPARE(screen.hidden, 1);
+}
+
+void tst_TextViewWithPlaceholder::removedOrDestroyedScreensHearNothing()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    screen.removeKeyboardObservers(center);
+    center.post(KeyboardNotificationNames::keyboardWillShow, QRectF(0, 0, 1, 1));
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+    QVERIFY(screen.shown.isEmpty());
+    QCOMPARE(screen.hidden, 0);
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillShow), 0);
+
+    auto gone = std::make_unique<Screen>();
+    gone->addKeyboardObservers(center);
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillHide), 1);
+    gone.reset();
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillHide), 0);
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+}
+
+void tst_TextViewWithPlaceholder::notifierPostsOnlyChanges()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    KeyboardNotifier notifier(center, nullptr);
+    const QRectF low(0, 500, 390, 344);
+    const QRectF high(0, 450, 390, 394);
+    notifier.keyboardChanged(false, QRectF()); // hidden while hidden
+    notifier.keyboardChanged(true, low);
+    notifier.keyboardChanged(true, low); // the same frame again
+    notifier.keyboardChanged(true, high);
+    notifier.keyboardChanged(false, QRectF());
+    notifier.keyboardChanged(false, QRectF());
+    QCOMPARE(screen.shown, (QList<QRectF>{low, high}));
+    QCOMPARE(screen.hidden, 1);
 }
 
 QTEST_MAIN(tst_TextViewWithPlaceholder)
