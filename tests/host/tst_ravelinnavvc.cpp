@@ -59,7 +59,6 @@ private slots:
     void cleanup();
     void storesSessionDataOnLoad();
     void keepsStoredSessionWithoutNetworkData();
-    void settingsCategoriesSortedBehindAll();
     void settingsFailureKeepsSettings();
     void wiresItselfAsDelegate();
     void didSwipeReachesTheHost();
@@ -117,6 +116,8 @@ void TestRavelinNavVC::storesSessionDataOnLoad()
     QTRY_VERIFY_WITH_TIMEOUT(!m_api->server.requests(QStringLiteral("/api/settings-constants")).isEmpty(), timeoutMs);
     QCOMPARE(m_api->server.requests(QStringLiteral("/api/settings-constants")).first().header("Authorization"),
              QByteArray("Bearer host-token"));
+    // The answered settings become the current ones (their order: tst_apidata keepsCategoriesSortedBehindAll).
+    QTRY_COMPARE_WITH_TIMEOUT(Settings::current().taskCategory.size(), 4, timeoutMs);
 }
 
 void TestRavelinNavVC::keepsStoredSessionWithoutNetworkData()
@@ -126,15 +127,6 @@ void TestRavelinNavVC::keepsStoredSessionWithoutNetworkData()
     QCOMPARE(m_api->store.load()->tokenString, QStringLiteral("tok")); // the harness's earlier session
     QTRY_VERIFY_WITH_TIMEOUT(!m_api->server.requests(QStringLiteral("/api/settings-constants")).isEmpty(), timeoutMs);
     QCOMPARE(m_api->server.requests().first().header("Authorization"), QByteArray("Bearer tok"));
-}
-
-void TestRavelinNavVC::settingsCategoriesSortedBehindAll()
-{
-    auto host = makeHost();
-    host->loadViewIfNeeded();
-    QTRY_COMPARE_WITH_TIMEOUT(Settings::current().taskCategory.size(), 4, timeoutMs);
-    const QList<TaskCategoryDefinition> expected{{0, "All"}, {2, "Meters"}, {5, "Pumps"}, {9, "Valves"}};
-    QCOMPARE(Settings::current().taskCategory, expected);
 }
 
 void TestRavelinNavVC::settingsFailureKeepsSettings()
@@ -233,7 +225,7 @@ void TestRavelinNavVC::rootMustBeTheDashboard()
 
 void TestRavelinNavVC::eventForShownTaskReturnsToDashboard()
 {
-    // The texts of each kind of event are checked in tst_taskupdateevent.
+    // The texts of each kind of event are checked in tst_notificationcenter typeTextsAndAlert.
     auto host = makeHost();
     host->show();
     host->push(new TaskScreen(7));

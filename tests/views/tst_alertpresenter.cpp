@@ -84,7 +84,6 @@ void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
     AlertView *found = AlertPresenter::visibleAlert(window.screen);
     QCOMPARE(found, shown);
     QVERIFY(found->isVisible());
-    QCOMPARE(found->objectName(), QStringLiteral("alert"));
     QCOMPARE(found->title(), alert.title);
     QCOMPARE(found->message(), alert.message);
     QCOMPARE(found->actionTitles(), (QStringList{"Yes", "No"}));
