@@ -3,7 +3,11 @@
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
 #include "items/blocktaskvc.h"
+#include "items/blocktaskvcdelegate.h"
+#include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
+#include "items/itemactionvcdelegate.h"
+#include "items/itemactionvm.h"
 #include "items/itemlistmodel.h"
 #include "items/itemstexts.h"
 #include "items/itemsvc.h"
@@ -22,6 +26,7 @@
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
+#include <QFocusEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -53,7 +58,19 @@ QJsonObject bodyOf(const RecordedRequest &request)
     return document.object();
 }
 
+// Counts what the sheets report once they have closed.
+struct Reports
+    : ItemActionVCDelegate
+    , BlockTaskVCDelegate
+{
+    void didUpdateItemStatus(bool) override { ++count; }
+    void didBlockTask() override { ++count; }
+    int count = 0;
+};
+
 } // namespace
+
+// The note sheets send once however often the worker taps while a request runs.
 
 class TestItemsVC : public QObject
 {
@@ -75,6 +92,9 @@ private slots:
     void completingReachesTheDashboard();
     void closingWhileLoading();
     void loadFailureAlert();
+
+    void oneRequestForADoubleTap_data();
+    void oneRequestForADoubleTap();
 
 private:
     // The dashboard with one in-progress task, opened on its items screen.
@@ -233,7 +253,7 @@ void TestItemsVC::updateResults()
     QVERIFY(screen->viewModel()->selectedItems().isEmpty());
 
     // The items in the order chosen, with the new status; the picture went up
-    // first. The whole body: tst_itemactionvm updateBody.
+    // first. The whole body: tst_itemsvm updateBody.
     QJsonArray items = lastBody(*m_api, QStringLiteral("/api/item/status")).value("items").toArray();
     QCOMPARE(items.size(), rows.size());
     for (int i = 0; i < rows.size(); ++i) {
@@ -413,6 +433,64 @@ void TestItemsVC::loadFailureAlert()
     QCOMPARE(alerts.waitForTitle(), ItemsTexts::loadFailureTitle());
     QVERIFY(!screen->refreshControl()->isRefreshing());
     QCOMPARE(screen->itemModel()->rowCount(), 1);
+}
+
+void TestItemsVC::oneRequestForADoubleTap_data()
+{
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("complete an item") << "complete"
+                                      << "/api/item/status";
+    QTest::newRow("report an item") << "report"
+                                    << "/api/item/status";
+    QTest::newRow("block the task") << "block"
+                                    << "/api/comment";
+}
+
+void TestItemsVC::oneRequestForADoubleTap()
+{
+    QFETCH(QString, sheet);
+    QFETCH(QString, path);
+
+    ApiHarness api;
+    api.server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
+    api.server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
+    auto task = std::make_shared<Task>();
+    task->id = 5;
+    auto item = std::make_shared<Item>();
+    item->id = 11;
+    item->taskId = 5;
+    UsersData users;
+    users.currentUser.id = 7;
+    Reports reports;
+
+    std::unique_ptr<NoteSheet> screen;
+    std::function<void()> tap;
+    if (sheet == "block") {
+        auto *block = new BlockTaskVC;
+        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), users));
+        block->setDelegate(&reports);
+        tap = [block] { block->block(); };
+        screen.reset(block);
+    } else {
+        auto *action = new ItemActionVC;
+        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), users));
+        action->setDelegate(&reports);
+        tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
+                                : std::function<void()>([action] { action->complete(); });
+        screen.reset(action);
+    }
+    screen->loadViewIfNeeded();
+    // The worker taps into the note (the placeholder goes) and writes.
+    QFocusEvent focusIn(QEvent::FocusIn);
+    QCoreApplication::sendEvent(screen->noteField(), &focusIn);
+    screen->noteField()->setText(QStringLiteral("Valve seized"));
+
+    tap();
+    tap();
+    // Once the answer has closed the sheet, one request went out and one report came back.
+    QTRY_COMPARE_WITH_TIMEOUT(reports.count, 1, timeoutMs);
+    QCOMPARE(api.server.requests(path).size(), 1);
 }
 
 QTEST_MAIN(TestItemsVC)
