@@ -92,15 +92,20 @@ inline bool waitForDashboard(RavelinNavVC &host, int taskCount, int timeoutMs = 
         timeoutMs);
 }
 
-// The topmost alert over a screen as title, message and button titles joined by "/".
-inline QStringList topAlert(const QWidget *screen)
+// An alert as title, message and button titles joined by "/"; nothing for none.
+inline QStringList alertTexts(const AlertView *alert)
 {
-    const AlertView *alert = AlertPresenter::visibleAlert(screen);
     return alert ? QStringList{alert->title(), alert->message(), alert->actionTitles().join(QLatin1Char('/'))}
                  : QStringList();
 }
 
-// Every alert shown while the log lives, as topAlert() reads it, oldest first:
+// The topmost alert over a screen, as alertTexts() reads it.
+inline QStringList topAlert(const QWidget *screen)
+{
+    return alertTexts(AlertPresenter::visibleAlert(screen));
+}
+
+// Every alert shown while the log lives, as alertTexts() reads it, oldest first:
 // what a test reads of an alert that may be gone by the time it looks.
 class AlertLog : public QObject
 {
@@ -121,15 +126,9 @@ protected:
     {
         if (event->type() == QEvent::Show) {
             if (auto *alert = qobject_cast<AlertView *>(watched))
-                shown.append(topAlertTexts(alert));
+                shown.append(alertTexts(alert));
         }
         return false;
-    }
-
-private:
-    static QStringList topAlertTexts(const AlertView *alert)
-    {
-        return {alert->title(), alert->message(), alert->actionTitles().join(QLatin1Char('/'))};
     }
 };
 
