@@ -136,13 +136,14 @@ private:
     void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
     [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     std::unique_ptr<RavelinNavVC> makeHost();
-    // Serves the tasks, shows the host and waits for the two fetches of the
-    // first appearance to be shown; nullptr when that does not happen.
-    std::unique_ptr<RavelinNavVC> loaded(const QJsonArray &tasks);
+    // Serves the tasks, shows a host (m_host) and waits for the two fetches of
+    // the first appearance to be shown; its dashboard, nullptr when that does not happen.
+    RecordingDashboard *loaded(const QJsonArray &tasks);
 
     std::unique_ptr<ApiHarness> m_api;
     NotificationCenter m_center;
     std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestDashboardVC::init()
@@ -155,6 +156,7 @@ void TestDashboardVC::init()
 
 void TestDashboardVC::cleanup()
 {
+    m_host.reset();
     m_log.reset();
     m_api.reset();
     Settings::setCurrent(Settings::defaults());
@@ -165,12 +167,12 @@ std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
     return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard, .shown = false});
 }
 
-std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
+RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
 {
     serveTasks(tasks);
-    auto host = makeHost();
-    host->show();
-    DashboardVC *dashboard = host->dashboard();
+    m_host = makeHost();
+    m_host->show();
+    auto *dashboard = static_cast<RecordingDashboard *>(m_host->dashboard());
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
         const QList<TaskTableViewCell *> rows = dashboard->rows();
@@ -178,7 +180,7 @@ std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
             && !dashboard->refreshControl()->isRefreshing() && dashboard->refreshControl()->indicatorBand() == 0
             && std::all_of(rows.begin(), rows.end(), [](const QWidget *row) { return row->isVisible(); });
     };
-    return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
+    return QTest::qWaitFor(ready, timeoutMs) ? dashboard : nullptr;
 }
 
 // Texts and decisions --------------------------------------------------------
@@ -224,13 +226,12 @@ void TestDashboardVC::sectionsHeadersAndCards()
     const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 3}},
                             QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 4}}};
-    auto host = loaded({taskJson(1, "Valve A", 4, 1, "2026-11-01T08:00:00.000Z", 3, counts),
-                        taskJson(2, "Valve B", 4, 2, "2026-11-02T08:00:00.000Z", 3),
-                        taskJson(3, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
-                        taskJson(4, "Tank D", 6, 3, "2026-11-04T08:00:00.000Z", 99)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
-    grabShot(*host, QStringLiteral("dashboard"));
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4, 1, "2026-11-01T08:00:00.000Z", 3, counts),
+                                            taskJson(2, "Valve B", 4, 2, "2026-11-02T08:00:00.000Z", 3),
+                                            taskJson(3, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
+                                            taskJson(4, "Tank D", 6, 3, "2026-11-04T08:00:00.000Z", 99)});
+    QVERIFY(dashboard);
+    grabShot(*m_host, QStringLiteral("dashboard"));
 
     QStringList headers;
     for (QLabel *label : dashboard->sectionHeaderLabels())
@@ -294,9 +295,8 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QJsonArray tasks;
     for (int status = 1; status <= 6; ++status)
         tasks.append(taskJson(status, QStringLiteral("Task %1").arg(status), status));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     // One section per status, in the order of the statuses; which cards show the
     // button: statusPrompts and tst_tasklist rolesOfACard.
     QCOMPARE(dashboard->rows().size(), 6);
@@ -340,9 +340,8 @@ void TestDashboardVC::statusChanges()
     changed["updaterUserId"] = 7;
     m_api->server.on("PUT", taskPath, CannedResponse{200, answer(changed)});
     m_api->server.on("GET", "/api/items/taskId/8", CannedResponse{200, answer(QJsonArray{itemJson(1, 8, "Seal", 3)})});
-    auto host = loaded({taskJson(8, "Pump", statusId, 2, "2026-11-01T08:00:00.000Z", 3)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(8, "Pump", statusId, 2, "2026-11-01T08:00:00.000Z", 3)});
+    QVERIFY(dashboard);
     TaskTableViewCell *row = dashboard->rows().first();
     const TaskPtr task = row->tasks().first();
     const int fetches = requests(tasksPath);
@@ -363,7 +362,7 @@ void TestDashboardVC::statusChanges()
         QCOMPARE(dashboard->senders, QList<TaskPtr>{task});
         QCOMPARE(task->itemList.items.size(), 1);
         // The destination is now on top of the dashboard.
-        QCOMPARE(host->screens().size(), 2);
+        QCOMPARE(m_host->screens().size(), 2);
         QCOMPARE(requests(tasksPath), fetches);
     } else {
         QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
@@ -375,23 +374,21 @@ void TestDashboardVC::statusChanges()
 void TestDashboardVC::itemsFailureAlert()
 {
     m_api->server.on("GET", "/api/items/taskId/8", CannedResponse{500, {}});
-    auto host = loaded({taskJson(8, "Pump", 4)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(8, "Pump", 4)});
+    QVERIFY(dashboard);
     AlertLog alerts;
     tap(dashboard->rows().first(), 0);
     QCOMPARE(alerts.waitForTitle(), QStringLiteral("Items Loading"));
     QCOMPARE(alerts.last(), (QStringList{"Items Loading", "Couldn't load task items", ""}));
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
     QVERIFY(dashboard->segues.isEmpty());
-    QCOMPARE(host->screens().size(), 1);
+    QCOMPARE(m_host->screens().size(), 1);
 }
 
 void TestDashboardVC::fetchFailureAlert()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     m_api->server.on("GET", tasksPath, CannedResponse{500, {}});
     dashboard->refreshAction()->trigger();
     QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard),
@@ -411,9 +408,8 @@ void TestDashboardVC::fetchFailureAlert()
 
 void TestDashboardVC::taskEventAlertThenRefresh()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     // Not an event: nothing happens.
     m_center.post(NotificationNames::taskEvent, QVariant(42));
     QCOMPARE(topAlert(dashboard), QStringList());
@@ -434,9 +430,8 @@ void TestDashboardVC::taskEventAlertThenRefresh()
 
 void TestDashboardVC::panelButtonSwipeAndFilter()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     DashboardHeaderView *header = dashboard->headerView();
     // The button passes its state from before the tap, then flips.
     QTest::mouseClick(header->panelButton(), Qt::LeftButton);
@@ -468,9 +463,8 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     QJsonArray tasks;
     for (int id = 1; id <= 5; ++id)
         tasks.append(taskJson(id, QStringLiteral("Valve %1").arg(id), 4));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     TaskTableViewCell *strip = dashboard->rows().first();
     QCOMPARE(strip->count(), 5);
 
@@ -512,9 +506,8 @@ void TestDashboardVC::wheelAndTapsAsOnAPhone()
         tasks.append(taskJson(id, QStringLiteral("Valve %1").arg(id), 2));
     for (int status = 3; status <= 5; ++status)
         tasks.append(taskJson(10 + status, QStringLiteral("Pump %1").arg(status), status));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     RefreshableScrollArea *page = dashboard->refreshControl();
     TaskTableViewCell *strip = dashboard->rows().first();
     QScrollBar *sideways = strip->horizontalScrollBar();
