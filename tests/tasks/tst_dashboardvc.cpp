@@ -188,7 +188,7 @@ RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
 void TestDashboardVC::statusPrompts_data()
 {
     // The prompts' texts are checked on the screen, in statusChanges; which cards
-    // show the acknowledge button in tst_tasklist rolesOfACard.
+    // show the acknowledge button in tst_dashboardvm rolesOfACard.
     QTest::addColumn<TaskStatus>("status");
     QTest::addColumn<qint64>("newStatusId"); // 0: no prompt, the task opens at once
     QTest::newRow("assigned") << TaskStatus::assigned << qint64(3);
@@ -240,7 +240,7 @@ void TestDashboardVC::sectionsHeadersAndCards()
 
     // One row per section; newest first within a section (the default sort); an
     // unknown category shows as the first one. What a card reads and how
-    // automation finds it: tst_tasklist rolesOfACard and
+    // automation finds it: tst_dashboardvm rolesOfACard and
     // tst_accessibility listItemsCarryNamesAndIdentifiers.
     QStringList cards;
     for (TaskTableViewCell *row : dashboard->rows()) {
@@ -298,7 +298,7 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     RecordingDashboard *dashboard = loaded(tasks);
     QVERIFY(dashboard);
     // One section per status, in the order of the statuses; which cards show the
-    // button: statusPrompts and tst_tasklist rolesOfACard.
+    // button: statusPrompts and tst_dashboardvm rolesOfACard.
     QCOMPARE(dashboard->rows().size(), 6);
 
     // Held down, the painted button looks pressed; let go on it, it asks.
@@ -311,7 +311,12 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QVERIFY(!dashboard->cardPainter()->pressedIndex().isValid());
     QCOMPARE(topAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
     QCOMPARE(topAlert(dashboard).value(2), QStringLiteral("Yes/No"));
-    // Asked at once: nothing was loaded or sent.
+    // Asked at once: nothing was loaded or sent, not even by the time a later
+    // refresh has been answered.
+    QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("No")));
+    const int fetches = requests(tasksPath);
+    dashboard->pullToRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) > fetches && answersTaken(m_api->network), timeoutMs);
     QCOMPARE(requests(QStringLiteral("/api/items/taskId/2")), 0);
     QCOMPARE(requests(QStringLiteral("/api/task/2")), 0);
 }

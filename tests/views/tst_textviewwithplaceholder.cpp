@@ -163,7 +163,7 @@ void tst_TextViewWithPlaceholder::editsKeepToTheLimit()
         form.textView->insertPlainText(inserted);
     }
 
-    // The first 512 units of the edited text, even when that splits a pair (the cases: tst_attributedtext evaluate).
+    // The first 512 units of the edited text, even when that splits a pair (the cases: tst_alertpresenter evaluate).
     const QString edited = QString(start).insert(position, inserted);
     QCOMPARE(form.textView->text().size(), std::min<qsizetype>(edited.size(), 512));
     QCOMPARE(form.textView->text(), edited.left(512));
