@@ -15,7 +15,6 @@
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
 
-#include <QAbstractItemModelTester>
 #include <QBuffer>
 #include <QJsonArray>
 #include <QLabel>
@@ -58,7 +57,6 @@ private slots:
     void emptyOnlyOnceTheFetchIsOver();
     void sendRules_data();
     void sendRules();
-    void timesAndDays();
     void onePictureLoadedOnceAndOpened();
     void characterLimit_data();
     void characterLimit();
@@ -179,31 +177,6 @@ void TestCommentsVC::sendRules()
     QCOMPARE(body.value("is_incident").toBool(), false);
     QCOMPARE(body.value("media_path").isString(), picture);
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
-}
-
-void TestCommentsVC::timesAndDays()
-{
-    m_api->server.on("GET", commentsPath,
-                     CannedResponse{200,
-                                    answer(QJsonArray{commentJson("Valve closed", serverDate(61)),
-                                                      commentJson("Started yesterday", serverDate(26 * 3600))})});
-    CommentsVC *screen = openComments();
-    QVERIFY(screen);
-    CommentThreadModel *model = screen->threadModel();
-    QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    // Yesterday's day, its comment, today's day, its comment.
-    QCOMPARE(model->rowCount(), 4);
-    QList<CommentThreadModel::RowKind> kinds;
-    for (int row = 0; row < 4; ++row)
-        kinds.append(model->index(row).data(CommentThreadModel::KindRole).value<CommentThreadModel::RowKind>());
-    using K = CommentThreadModel::RowKind;
-    QCOMPARE(kinds, (QList<K>{K::dayHeader, K::comment, K::dayHeader, K::comment}));
-    const QModelIndex today = model->index(3);
-    QCOMPARE(today.data().toString(), QStringLiteral("Valve closed"));
-    QCOMPARE(today.data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
-    QVERIFY(today.data(CommentThreadModel::ShowsTimeRole).toBool());
-    QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
-    m_host->grab().save(shots + QStringLiteral("comments.png"));
 }
 
 void TestCommentsVC::onePictureLoadedOnceAndOpened()

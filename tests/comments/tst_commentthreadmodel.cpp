@@ -71,6 +71,7 @@ private slots:
     void init();
     void cleanup();
 
+    void daysAndTimes();
     void answersTakenRowByRow_data();
     void answersTakenRowByRow();
     void picturesOnlyForTheRowsInSight();
@@ -135,6 +136,24 @@ QList<CommentPtr> TestCommentThreadModel::pictureComments(int count) const
     for (int n = 1; n <= count; ++n)
         out.append(comment(count - n, QStringLiteral("p/%1.jpg").arg(n)));
     return out;
+}
+
+void TestCommentThreadModel::daysAndTimes()
+{
+    // Yesterday's day and its comment, then today's; only the newest comment shows its time.
+    m_viewModel->setComments({comment(1), comment(26 * 60)});
+    CommentThreadModel model(fixedClock(m_api->now));
+    model.setViewModel(m_viewModel.get());
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    using K = CommentThreadModel::RowKind;
+    QList<K> kinds;
+    for (int row = 0; row < model.rowCount(); ++row)
+        kinds.append(model.index(row).data(CommentThreadModel::KindRole).value<K>());
+    QCOMPARE(kinds, (QList<K>{K::dayHeader, K::comment, K::dayHeader, K::comment}));
+    QCOMPARE(model.index(3).data().toString(), *comment(1)->text);
+    QCOMPARE(model.index(3).data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
+    QVERIFY(model.index(3).data(CommentThreadModel::ShowsTimeRole).toBool());
+    QVERIFY(!model.index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
 }
 
 void TestCommentThreadModel::answersTakenRowByRow_data()
