@@ -344,10 +344,10 @@ void TestDemoHost::sessionExpiryReturnsToSignIn()
 
     // A second expiry of the same session changes nothing; the next worker signs in afresh.
     m_window->sessionExpired();
-    QCOMPARE(returned.size(), 1);
     QPointer<RavelinNavVC> second = signIn(3);
     QVERIFY(second);
     QCOMPARE(second->currentUserId, std::optional<qint64>(3));
+    QCOMPARE(returned.size(), 1);
 }
 
 void TestDemoHost::tourWritesPicturesAndSummary()
