@@ -259,7 +259,7 @@ void TestFilterVC::apply()
     const std::optional<Query> query = queryAfterClosing(*host, filter);
     QVERIFY(query);
     // The dashboard asks again with the applied choices (the whole query:
-    // tst_dashboardvm changedFilterQuery, tst_router queryItems).
+    // tst_dashboardvm changedFilterQuery, tst_apidata queryItems).
     QCOMPARE(query->first().second, QString::number(start.toMSecsSinceEpoch()));
     QCOMPARE(query->mid(query->size() - 2), (Query{{"orderBy", orderBy}, {"sortBy", sortBy}}));
 }

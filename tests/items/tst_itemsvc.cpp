@@ -391,7 +391,7 @@ void TestItemsVC::completingReachesTheDashboard()
         topAlert(screen).mid(0, 2),
         (QStringList{"Task successfully completed!", "\n  The task status Pump station was changed to `Complete`\n "}));
     QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
-    // The rest of the body: tst_router updateTaskStatusBody.
+    // The rest of the body: tst_apidata updateTaskStatusBody.
     QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
     QTRY_VERIFY_WITH_TIMEOUT(requests(QStringLiteral("/api/tasks/assigned-user/7")) > fetches, timeoutMs);
 }

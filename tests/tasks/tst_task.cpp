@@ -291,7 +291,8 @@ void TestTask::statusServerIds()
         QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskStatuses::fromServerId(outOfRange));
 }
 
-// The wire values are checked in the query (tst_router), the ranks in sorting (tst_dashboardvm sortedTasks).
+// The wire values are checked in the query (tst_apidata queryItems), the ranks in sorting (tst_dashboardvm
+// sortedTasks).
 void TestTask::priorityWireValuesAndRanks()
 {
     QCOMPARE(TaskPriorities::allCases().size(), 5);
