@@ -114,7 +114,6 @@ private slots:
     // Texts and decisions.
     void statusPrompts_data();
     void statusPrompts();
-    void chartData();
 
     // The screen over the loopback server.
     void sectionsHeadersAndCards();
@@ -207,16 +206,6 @@ void TestDashboardVC::statusPrompts()
     QCOMPARE(DashboardTexts::promptsBeforeOpening(status), newStatusId != 0);
     const std::optional<StatusPrompt> prompt = DashboardTexts::statusPrompt(*task);
     QCOMPARE(prompt ? prompt->newStatusId : 0, newStatusId);
-}
-
-void TestDashboardVC::chartData()
-{
-    // The overall chart's slices are checked on the screen, in sectionsHeadersAndCards.
-    TaskProgress progress;
-    progress.ok = 3;
-    progress.nok = 1;
-    progress.open = 4;
-    QCOMPARE(DashboardTexts::itemsChart(progress).values, (QList<int>{3, 1, 4}));
 }
 
 // The screen -----------------------------------------------------------------
