@@ -14,13 +14,9 @@
 #include "tasks/task.h"
 #include "views/refreshablescrollarea.h"
 
-#include <QApplication>
-#include <QPixmap>
-#include <QScrollBar>
-#include <QVBoxLayout>
-#include <QWidget>
+#include "screenbench.h"
 
-#include <benchmark/benchmark.h>
+#include <QScrollBar>
 
 #include <memory>
 
@@ -59,16 +55,15 @@ QList<CommentPtr> thread(int count)
 // The thread as the comments screen shows it, in a phone-sized window. The
 // view model has no network: a thumbnail asked for fails at once, and is
 // counted all the same.
-struct Screen
+struct Screen : bench::PhoneWindow
 {
     explicit Screen(const QList<CommentPtr> &comments)
+        : PhoneWindow(false)
     {
-        window.resize(390, 844);
-        auto *column = new QVBoxLayout(&window);
-        column->setContentsMargins(0, 0, 0, 0);
+        layout->setContentsMargins(0, 0, 0, 0);
         area = new RefreshableScrollArea(&window);
         area->setWidgetResizable(true);
-        column->addWidget(area);
+        layout->addWidget(area);
         auto *content = new QWidget;
         auto *contentColumn = new QVBoxLayout(content);
         contentColumn->setContentsMargins(0, 6, 0, 30);
@@ -76,8 +71,7 @@ struct Screen
         contentColumn->addWidget(view);
         contentColumn->addStretch(1);
         area->setWidget(content);
-        window.show();
-        QCoreApplication::processEvents();
+        show();
 
         auto task = std::make_shared<Task>();
         task->id = 105;
@@ -97,19 +91,10 @@ struct Screen
         area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
     }
 
-    void frame()
-    {
-        for (int pass = 0; pass < 3; ++pass)
-            QCoreApplication::sendPostedEvents();
-        last = window.grab();
-    }
-
-    QWidget window;
     RefreshableScrollArea *area = nullptr;
     CommentThreadView *view = nullptr;
     CommentThreadModel *model = nullptr;
     std::unique_ptr<CommentsVM> viewModel;
-    QPixmap last;
 };
 
 void BM_CommentsScreenOpen(benchmark::State &state)
@@ -122,10 +107,7 @@ void BM_CommentsScreenOpen(benchmark::State &state)
         state.PauseTiming();
         requests = screen->model->thumbnails()->requestCount();
         measured = screen->view->measuredRowCount();
-        if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
-            screen->last.save(QStringLiteral("%1/comments-%2.png")
-                                  .arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS"))
-                                  .arg(state.range(0)));
+        screen->saveShot("comments", state);
         screen.reset();
         state.ResumeTiming();
     }
@@ -157,34 +139,9 @@ void BM_CommentsScreenNewComment(benchmark::State &state)
     state.SetItemsProcessed(state.iterations());
 }
 
-double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
-}
-
 } // namespace
 
-BENCHMARK(BM_CommentsScreenOpen)
-    ->Arg(20)
-    ->Arg(200)
-    ->Arg(2000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_CommentsScreenNewComment)
-    ->Arg(20)
-    ->Arg(200)
-    ->Arg(2000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
+RAVELIN_SCREEN_BENCHMARK(BM_CommentsScreenOpen, 20, 200, 2000);
+RAVELIN_SCREEN_BENCHMARK(BM_CommentsScreenNewComment, 20, 200, 2000);
 
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+RAVELIN_SCREEN_BENCHMARK_MAIN()

@@ -10,12 +10,7 @@
 #include "tasks/dashboardvm.h"
 #include "tasks/task.h"
 
-#include <QApplication>
-#include <QPixmap>
-#include <QVBoxLayout>
-#include <QWidget>
-
-#include <benchmark/benchmark.h>
+#include "screenbench.h"
 
 #include <memory>
 #include <random>
@@ -59,20 +54,18 @@ ArrangedTasks arrangedTasks(int count, unsigned seed)
 }
 
 // A phone-sized window with a dashboard that has never shown anything.
-struct Screen
+struct Screen : bench::PhoneWindow
 {
     Screen()
+        : PhoneWindow(false)
     {
-        window.resize(390, 844);
-        auto *dashboard = new DashboardVC(&window);
-        (new QVBoxLayout(&window))->addWidget(dashboard);
+        dashboard = new DashboardVC(&window);
+        layout->addWidget(dashboard);
         UsersData users;
         users.currentUser.id = 1;
         viewModel = new DashboardVM(nullptr, users, systemClock());
         dashboard->setViewModel(viewModel);
-        this->dashboard = dashboard;
-        window.show();
-        QCoreApplication::processEvents();
+        PhoneWindow::show();
     }
 
     // What an answer leads to on the main thread, up to the painted frame.
@@ -80,16 +73,9 @@ struct Screen
     {
         viewModel->takeTasks(arranged);
         dashboard->reloadData();
-        // New rows show and layouts run through posted events, and one may post
-        // the next (the table grows, then its scroll area follows): what the
-        // event loop does before the next frame.
-        for (int pass = 0; pass < 3; ++pass)
-            QCoreApplication::sendPostedEvents();
-        last = window.grab();
+        frame();
     }
 
-    QWidget window;
-    QPixmap last;
     DashboardVC *dashboard = nullptr;
     DashboardVM *viewModel = nullptr;
 };
@@ -117,9 +103,7 @@ void BM_DashboardRefresh(benchmark::State &state)
                                                arrangedTasks(int(state.range(0)), 2)};
     Screen screen;
     screen.show(answers[1]);
-    if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
-        screen.last.save(
-            QStringLiteral("%1/dashboard-%2.png").arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS")).arg(state.range(0)));
+    screen.saveShot("dashboard", state);
     std::size_t next = 0;
     for (auto _ : state) {
         screen.show(answers[next]);
@@ -128,34 +112,9 @@ void BM_DashboardRefresh(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
-}
-
 } // namespace
 
-BENCHMARK(BM_DashboardFirstFrame)
-    ->Arg(10)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_DashboardRefresh)
-    ->Arg(10)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
+RAVELIN_SCREEN_BENCHMARK(BM_DashboardFirstFrame, 10, 1000, 10000);
+RAVELIN_SCREEN_BENCHMARK(BM_DashboardRefresh, 10, 1000, 10000);
 
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+RAVELIN_SCREEN_BENCHMARK_MAIN()

@@ -12,14 +12,7 @@
 #include "items/itemtableview.h"
 #include "tasks/task.h"
 
-#include <QApplication>
-#include <QPixmap>
-#include <QVBoxLayout>
-#include <QWidget>
-
-#include <benchmark/benchmark.h>
-
-#include <memory>
+#include "screenbench.h"
 
 using namespace ravelin;
 
@@ -67,54 +60,28 @@ TaskPtr taskOf(const QList<ItemPtr> &items)
     return task;
 }
 
-// A phone-sized window.
-struct Window
+// A fresh items screen on a task whose answer has arrived.
+ItemsVC *openScreen(bench::PhoneWindow &window, const QList<ItemPtr> &items)
 {
-    Window()
-    {
-        window.resize(390, 844);
-        layout = new QVBoxLayout(&window);
-        window.show();
-        QCoreApplication::processEvents();
-    }
-
-    // Layouts run through posted events, one posting the next (the list grows,
-    // then its scroll area follows): what the event loop does before the next
-    // frame, and the frame.
-    void frame()
-    {
-        for (int pass = 0; pass < 3; ++pass)
-            QCoreApplication::sendPostedEvents();
-        last = window.grab();
-    }
-
-    // A fresh items screen on a task whose answer has arrived.
-    ItemsVC *open(const QList<ItemPtr> &items)
-    {
-        auto *screen = new ItemsVC(&window);
-        layout->addWidget(screen);
-        UsersData users;
-        users.currentUser.id = 1;
-        screen->setViewModel(new ItemsVM(taskOf({}), nullptr, users));
-        screen->reloadData();
-        screen->viewModel()->task()->itemList.items = items;
-        screen->reloadData();
-        frame();
-        return screen;
-    }
-
-    QWidget window;
-    QVBoxLayout *layout = nullptr;
-    QPixmap last;
-};
+    auto *screen = new ItemsVC(&window.window);
+    window.layout->addWidget(screen);
+    UsersData users;
+    users.currentUser.id = 1;
+    screen->setViewModel(new ItemsVM(taskOf({}), nullptr, users));
+    screen->reloadData();
+    screen->viewModel()->task()->itemList.items = items;
+    screen->reloadData();
+    window.frame();
+    return screen;
+}
 
 void BM_ItemsScreenOpen(benchmark::State &state)
 {
     const QList<ItemPtr> items = answer(int(state.range(0)));
-    Window window;
+    bench::PhoneWindow window;
     int measured = 0;
     for (auto _ : state) {
-        ItemsVC *screen = window.open(items);
+        ItemsVC *screen = openScreen(window, items);
         state.PauseTiming();
         measured = screen->tableView()->measuredRowCount();
         delete screen;
@@ -127,11 +94,9 @@ void BM_ItemsScreenOpen(benchmark::State &state)
 
 void BM_ItemsScreenFilter(benchmark::State &state)
 {
-    Window window;
-    ItemsVC *screen = window.open(answer(int(state.range(0))));
-    if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
-        window.last.save(
-            QStringLiteral("%1/items-%2.png").arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS")).arg(state.range(0)));
+    bench::PhoneWindow window;
+    ItemsVC *screen = openScreen(window, answer(int(state.range(0))));
+    window.saveShot("items", state);
     int segment = ItemStatuses::segmentIndex(ItemStatus::open);
     for (auto _ : state) {
         screen->filterChanged(segment);
@@ -146,8 +111,8 @@ void BM_ItemsScreenFilter(benchmark::State &state)
 void BM_ItemsScreenRefresh(benchmark::State &state)
 {
     const std::array<QList<ItemPtr>, 2> answers{answer(int(state.range(0))), answer(int(state.range(0)), 10)};
-    Window window;
-    ItemsVC *screen = window.open(answers[0]);
+    bench::PhoneWindow window;
+    ItemsVC *screen = openScreen(window, answers[0]);
     std::size_t next = 1;
     for (auto _ : state) {
         screen->viewModel()->task()->itemList.items = answers[next];
@@ -158,40 +123,10 @@ void BM_ItemsScreenRefresh(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
-}
-
 } // namespace
 
-BENCHMARK(BM_ItemsScreenOpen)
-    ->Arg(10)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ItemsScreenFilter)
-    ->Arg(10)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ItemsScreenRefresh)
-    ->Arg(10)
-    ->Arg(1000)
-    ->Arg(10000)
-    ->ComputeStatistics("min", minimum)
-    ->Unit(benchmark::kMillisecond);
+RAVELIN_SCREEN_BENCHMARK(BM_ItemsScreenOpen, 10, 1000, 10000);
+RAVELIN_SCREEN_BENCHMARK(BM_ItemsScreenFilter, 10, 1000, 10000);
+RAVELIN_SCREEN_BENCHMARK(BM_ItemsScreenRefresh, 10, 1000, 10000);
 
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}
+RAVELIN_SCREEN_BENCHMARK_MAIN()

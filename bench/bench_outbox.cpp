@@ -2,11 +2,9 @@
 // its row committed with WAL and synchronous FULL) and draining a queue of 500
 // results with pictures against a loopback HTTPS server, pictures uploaded first.
 
-#include "api/outboxsender.h"
-#include "api/sessionstore.h"
 #include "api/sqliteofflinestore.h"
 #include "demo/common/loopbackserver.h"
-#include "host/ravelinnavvcdelegate.h"
+#include "tests/support/outboxrig.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,9 +12,6 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QSettings>
 #include <QTemporaryDir>
 
 #include <httplib.h>
@@ -81,40 +76,6 @@ void writeResult(benchmark::State &state, int kind)
     }
 }
 
-// The host: stores pictures on the loopback server, as a host's upload would.
-class UploadingHost
-    : public NetworkManagerDelegate
-    , public RavelinNavVCDelegate
-{
-public:
-    UploadingHost(QNetworkAccessManager *network, QString baseUrl)
-        : m_network(network)
-        , m_baseUrl(std::move(baseUrl))
-    { }
-    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<UploadingHost *>(this); }
-    void didSwipe(bool) override { }
-    void sessionExpired() override { }
-    void uploadImage(const QImage &image, const QString &fileName, UploadCompletion completion) override
-    {
-        QByteArray jpeg;
-        QBuffer buffer(&jpeg);
-        buffer.open(QIODevice::WriteOnly);
-        image.save(&buffer, "JPEG", 85);
-        QNetworkReply *reply = m_network->put(
-            QNetworkRequest(QUrl(QStringLiteral("https://%1/upload/%2").arg(m_baseUrl, fileName))), jpeg);
-        QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] { reply->ignoreSslErrors(); });
-        QObject::connect(reply, &QNetworkReply::finished, reply, [reply, fileName, completion] {
-            reply->deleteLater();
-            const bool ok = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
-            completion(ok, QStringLiteral("uploads/") + fileName);
-        });
-    }
-
-private:
-    QNetworkAccessManager *m_network;
-    QString m_baseUrl;
-};
-
 void drainQueue(benchmark::State &state)
 {
     const int results = int(state.range(0));
@@ -131,15 +92,8 @@ void drainQueue(benchmark::State &state)
     for (auto _ : state) {
         state.PauseTiming();
         QTemporaryDir dir;
-        QSettings settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat);
-        SessionStore session(&settings);
-        session.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(system_clock::now() - seconds(60))});
-        QNetworkAccessManager network;
-        NetworkManager manager(&network, &session, systemClock());
-        UploadingHost host(&network, server.baseUrl());
-        manager.setDelegate(&host);
-        SqliteOfflineStore store(dir.filePath(QStringLiteral("store")));
-        OutboxSender sender(&store, &manager);
+        test::OutboxRig rig(dir.path(), server.baseUrl());
+        OutboxSender &sender = rig.sender;
         // Half item results, half comments, on 25 tasks, every one with a picture.
         for (int i = 0; i < results; ++i) {
             const qint64 task = 1 + i % 25;

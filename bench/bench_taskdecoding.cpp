@@ -104,86 +104,80 @@ QList<TaskPtr> qtDecode(const QByteArray &bytes)
 
 // --- The benchmarks ----------------------------------------------------------
 
-void BM_SimdjsonParse(benchmark::State &state)
+// Parses the answer's bytes `parse` way, again and again.
+template<class Parse>
+void parseAnswer(benchmark::State &state, Parse parse)
 {
     const QByteArray &bytes = answer();
-    simdjson::dom::parser parser;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(parse(bytes));
+    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
+}
+
+// Decodes the answer's tasks `decode` way, again and again.
+template<class Decode>
+void decodeAnswer(benchmark::State &state, Decode decode)
+{
+    const QByteArray &bytes = answer();
     for (auto _ : state) {
-        simdjson::dom::element root;
-        if (parser.parse(bytes.constData(), std::size_t(bytes.size())).get(root))
-            state.SkipWithError("parse failed");
-        benchmark::DoNotOptimize(root);
+        auto tasks = decode(bytes);
+        if (qsizetype(tasks.size()) != taskCount)
+            state.SkipWithError("wrong task count");
+        benchmark::DoNotOptimize(tasks.data());
     }
     state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
+    state.SetItemsProcessed(std::int64_t(state.iterations()) * taskCount);
+}
+
+simdjson::dom::element parseWith(simdjson::dom::parser &parser, const QByteArray &bytes, benchmark::State &state)
+{
+    simdjson::dom::element root;
+    if (parser.parse(bytes.constData(), std::size_t(bytes.size())).get(root))
+        state.SkipWithError("parse failed");
+    return root;
+}
+
+void BM_SimdjsonParse(benchmark::State &state)
+{
+    simdjson::dom::parser parser;
+    parseAnswer(state, [&](const QByteArray &bytes) { return parseWith(parser, bytes, state); });
 }
 
 // The same parse with a new parser each time, as one answer is decoded at a time:
 // the parser's buffers are allocated and first touched on every call.
 void BM_SimdjsonParseFreshParser(benchmark::State &state)
 {
-    const QByteArray &bytes = answer();
-    for (auto _ : state) {
+    parseAnswer(state, [&](const QByteArray &bytes) {
         simdjson::dom::parser parser;
-        simdjson::dom::element root;
-        if (parser.parse(bytes.constData(), std::size_t(bytes.size())).get(root))
-            state.SkipWithError("parse failed");
-        benchmark::DoNotOptimize(root);
-    }
-    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
+        return parseWith(parser, bytes, state);
+    });
 }
 
 void BM_SimdjsonParseAndFill(benchmark::State &state)
 {
-    const QByteArray &bytes = answer();
     simdjson::dom::parser parser;
-    for (auto _ : state) {
-        std::vector<PlainTask> tasks = parseAndFill(parser, bytes);
-        if (tasks.size() != std::size_t(taskCount))
-            state.SkipWithError("wrong task count");
-        benchmark::DoNotOptimize(tasks.data());
-    }
-    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
-    state.SetItemsProcessed(std::int64_t(state.iterations()) * taskCount);
+    decodeAnswer(state, [&](const QByteArray &bytes) { return parseAndFill(parser, bytes); });
 }
 
 void BM_RavelinDecode(benchmark::State &state)
 {
-    const QByteArray &bytes = answer();
     const json::Options options = networkOptions();
-    for (auto _ : state) {
-        TasksResponse response = json::decode<TasksResponse>(bytes, options);
-        if (response.data.size() != taskCount)
-            state.SkipWithError("wrong task count");
-        benchmark::DoNotOptimize(response.data.data());
-    }
-    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
-    state.SetItemsProcessed(std::int64_t(state.iterations()) * taskCount);
+    decodeAnswer(state, [&](const QByteArray &bytes) { return json::decode<TasksResponse>(bytes, options).data; });
 }
 
 // Our layer's share without the records: parse only.
 void BM_RavelinParseOnly(benchmark::State &state)
 {
-    const QByteArray &bytes = answer();
     const json::Options options = networkOptions();
-    for (auto _ : state) {
+    parseAnswer(state, [&](const QByteArray &bytes) {
         json::Document document(options);
-        const json::Value root = document.parse(bytes);
-        benchmark::DoNotOptimize(root);
-    }
-    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
+        return document.parse(bytes);
+    });
 }
 
 void BM_QtJsonDecode(benchmark::State &state)
 {
-    const QByteArray &bytes = answer();
-    for (auto _ : state) {
-        QList<TaskPtr> tasks = qtDecode(bytes);
-        if (tasks.size() != taskCount)
-            state.SkipWithError("wrong task count");
-        benchmark::DoNotOptimize(tasks.data());
-    }
-    state.SetBytesProcessed(std::int64_t(state.iterations()) * bytes.size());
-    state.SetItemsProcessed(std::int64_t(state.iterations()) * taskCount);
+    decodeAnswer(state, qtDecode);
 }
 
 // Dates: the same 1,000 server dates per iteration.

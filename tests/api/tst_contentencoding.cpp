@@ -110,7 +110,6 @@ void TestContentEncoding::answerThroughNetworkManager_data()
     QTest::newRow("gzip") << gzip << QByteArray("gzip") << true;
     QTest::newRow("compressed by the server") << settingsBody << QByteArray() << true;
     QTest::newRow("corrupt stream") << corrupted(test::gzip(settingsBody.repeated(50))) << QByteArray("gzip") << false;
-    QTest::newRow("cut-off stream") << gzip.left(gzip.size() / 2) << QByteArray("gzip") << false;
     QTest::newRow("bomb, 1 GiB from 1 MB") << test::gzipBomb(1024) << QByteArray("gzip") << false;
 }
 

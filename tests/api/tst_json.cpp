@@ -1,9 +1,16 @@
 #include "api/datecoding.h"
+#include "api/debuglog.h"
 #include "api/json.h"
+#include "api/sessionstore.h"
+#include "support/logcapture.h"
 
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ravelin;
+
+using namespace ravelin::test;
 
 class TestJson : public QObject
 {
@@ -21,6 +28,10 @@ private slots:
     void malformedJsonIsDataCorrupted();
     void stringsOutliveTheirAnswer_data();
     void stringsOutliveTheirAnswer();
+    void cleanup() { QLoggingCategory::setFilterRules(QString()); }
+    void linesGoToTheirSubsystem();
+    void hostsFilterByRules_data();
+    void hostsFilterByRules();
 };
 
 void TestJson::snakeCase_data()
@@ -173,6 +184,41 @@ void TestJson::stringsOutliveTheirAnswer()
     read[1].append(QStringLiteral(" changed"));
     read[0].prepend(QLatin1Char('>'));
     QCOMPARE(read, (QStringList{QLatin1Char('>') + text, "neighbour changed", text}));
+}
+
+void TestJson::linesGoToTheirSubsystem()
+{
+    // A line of the session store, written where the library writes it.
+    QTemporaryDir dir;
+    QSettings settings(dir.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+    SessionStore store(&settings);
+    LogCapture log;
+    QVERIFY(!store.load());
+    QCOMPARE(log.lines(), QStringList{"Couldnt find key"});
+    QCOMPARE(log.categories(), QStringList{"ravelin.api"});
+    debugLog(lcItems, QStringLiteral("Route response: "), QStringLiteral("200"));
+    QCOMPARE(log.lines().last(), QStringLiteral("Route response:  200"));
+    QCOMPARE(log.categories().last(), QStringLiteral("ravelin.items"));
+}
+
+void TestJson::hostsFilterByRules_data()
+{
+    QTest::addColumn<QString>("rules");
+    QTest::addColumn<QStringList>("kept");
+    QTest::newRow("no rules") << QString() << QStringList{"ravelin.api", "ravelin.tasks", "ravelin.comments"};
+    QTest::newRow("all off") << "ravelin.*.debug=false" << QStringList{};
+    QTest::newRow("only the network") << "ravelin.*.debug=false\nravelin.api.debug=true" << QStringList{"ravelin.api"};
+}
+
+void TestJson::hostsFilterByRules()
+{
+    QFETCH(QString, rules);
+    QFETCH(QStringList, kept);
+    QLoggingCategory::setFilterRules(rules);
+    LogCapture log;
+    for (const LogCategory category : {lcApi, lcTasks, lcComments})
+        debugLog(category, QStringLiteral("line"));
+    QCOMPARE(log.categories(), kept);
 }
 
 QTEST_GUILESS_MAIN(TestJson)

@@ -5,8 +5,8 @@
 #include "support/apiharness.h"
 #include "support/faultserver.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
-#include <QBuffer>
 #include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -42,17 +42,6 @@ QByteArray largeSettingsBody()
         categories += (i > 1 ? "," : "") + QByteArray(R"({"id":)") + QByteArray::number(i) + R"(,"name":"Category )"
             + QByteArray::number(i) + "\"}";
     return R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[)" + categories + "]}}";
-}
-
-QByteArray pictureBytes()
-{
-    QImage picture(16, 8, QImage::Format_RGB32);
-    picture.fill(Qt::darkCyan);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return png;
 }
 
 FaultServer::Script fault(FaultServer::Behaviour behaviour, int status, QByteArray body,
@@ -189,10 +178,10 @@ void TestNetworkFaults::faultyAnswer_data()
     QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
 
     QTest::newRow("picture closed mid-body")
-        << Call::download << fault(B::closeMidBody, 200, pictureBytes(), "image/png") << "transport error" << true;
-    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, pictureBytes(), "image/png") << "success"
+        << Call::download << fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg") << "transport error" << true;
+    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, test::jpeg(), "image/jpeg") << "success"
                                      << false;
-    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/png")
+    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/jpeg")
                                      << "invalidParsing" << false;
 }
 

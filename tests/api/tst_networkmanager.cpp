@@ -220,10 +220,13 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     m_api->manager.request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(),
                                                          receiver.get(), [&](const auto &) { called = true; });
     receiver.reset();
-    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(), 1, answerTimeoutMs);
-    QTest::qWait(300);
-    ApiQueue::shared().waitForDone();
-    QCoreApplication::processEvents();
+    // A later request of the same route answered: the earlier answer has come and gone.
+    const auto settled = [this] {
+        QVERIFY(requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants()).isSuccess());
+        ApiQueue::shared().waitForDone();
+        QCoreApplication::processEvents();
+    };
+    settled();
     QVERIFY(!called);
 
     // Destroying the manager with a request under way is just as quiet.
@@ -231,7 +234,7 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
                                                    [&](const auto &) { called = true; });
     manager.reset();
-    QTest::qWait(300);
+    settled();
     QVERIFY(!called);
 }
 

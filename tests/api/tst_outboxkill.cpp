@@ -2,19 +2,13 @@
 // again, and checks that the outbox and the loopback server end up with every
 // result it said was saved, and every comment once.
 
-#include "api/outboxsender.h"
-#include "api/sessionstore.h"
-#include "api/sqliteofflinestore.h"
-#include "host/ravelinnavvcdelegate.h"
 #include "outboxserver.h"
+#include "support/outboxrig.h"
 
 #include <QDir>
 #include <QGuiApplication>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QSettings>
 #include <QTest>
 
 #include <cstdio>
@@ -34,38 +28,6 @@ void say(const QString &line)
     std::fputs(qPrintable(line + QLatin1Char('\n')), stdout);
     std::fflush(stdout);
 }
-
-// The host of the child: stores pictures on the loopback server.
-class UploadingHost
-    : public NetworkManagerDelegate
-    , public RavelinNavVCDelegate
-{
-public:
-    UploadingHost(QNetworkAccessManager *network, QString baseUrl)
-        : m_network(network)
-        , m_baseUrl(std::move(baseUrl))
-    { }
-    [[nodiscard]] RavelinNavVCDelegate *hostDelegate() const override { return const_cast<UploadingHost *>(this); }
-    void didSwipe(bool) override { }
-    void sessionExpired() override { }
-    void uploadImage(const QImage &, const QString &fileName, UploadCompletion completion) override
-    {
-        say(QStringLiteral("upload ") + fileName);
-        QNetworkRequest request(QUrl(QStringLiteral("https://%1/upload/%2").arg(m_baseUrl, fileName)));
-        QNetworkReply *reply = m_network->put(request, QByteArray("jpeg"));
-        QObject::connect(reply, &QNetworkReply::sslErrors, reply, [reply] { reply->ignoreSslErrors(); });
-        QObject::connect(reply, &QNetworkReply::finished, reply, [reply, fileName, completion] {
-            reply->deleteLater();
-            const bool ok = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 200;
-            say(QStringLiteral("uploaded ") + fileName);
-            completion(ok, QStringLiteral("uploads/") + fileName);
-        });
-    }
-
-private:
-    QNetworkAccessManager *m_network;
-    QString m_baseUrl;
-};
 
 // The status id of a result names it on the server: results are told apart by it.
 OutboxEntry makeResult(int run, int i, TimePoint now, QByteArray &picture)
@@ -108,17 +70,12 @@ int runChild(const QStringList &args)
     const int run = args.at(4).toInt();
     const int count = args.at(5).toInt();
 
-    QSettings settings(QDir(folder).filePath(QStringLiteral("session.ini")), QSettings::IniFormat);
-    SessionStore session(&settings);
-    session.store(APIData{baseUrl, QStringLiteral("tok"), toDateTime(system_clock::now() - seconds(60))});
-    QNetworkAccessManager network;
-    NetworkManager manager(&network, &session, systemClock());
-    UploadingHost host(&network, baseUrl);
-    manager.setDelegate(&host);
-    SqliteOfflineStore store(QDir(folder).filePath(QStringLiteral("store")));
-    if (!store.isOpen())
+    test::OutboxRig rig(folder, baseUrl);
+    rig.encodesPictures = false;
+    rig.say = say;
+    if (!rig.store.isOpen())
         return 2;
-    OutboxSender sender(&store, &manager);
+    OutboxSender &sender = rig.sender;
     sender.setBackoff({milliseconds(10), milliseconds(50)});
     QObject::connect(&sender, &OutboxSender::entryChanged, [](qint64 id, OutboxEntry::State state) {
         say(QStringLiteral("state %1 %2").arg(id).arg(OutboxEntry::stateName(state)));

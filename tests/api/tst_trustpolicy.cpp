@@ -4,8 +4,8 @@
 #include "demo/common/selfsignedcertificate.h"
 #include "support/apiharness.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
-#include <QBuffer>
 #include <QTest>
 
 using namespace ravelin;
@@ -16,17 +16,6 @@ enum class Trust { any, systemStore, serverCertificate, otherCertificate, bothCe
 enum class Call { request, download };
 
 const QByteArray settingsBody = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})";
-
-QByteArray pictureBytes()
-{
-    QImage picture(16, 8, QImage::Format_RGB32);
-    picture.fill(Qt::darkCyan);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return png;
-}
 
 QSslCertificate certificateOf(const QByteArray &pem)
 {
@@ -98,7 +87,7 @@ void TestTrustPolicy::serverChecked()
 
     test::ApiHarness api;
     api.server.on("GET", QStringLiteral("/api/settings-constants"), test::CannedResponse{200, settingsBody});
-    api.server.on("GET", QStringLiteral("/files/p/a.png"), test::CannedResponse{200, pictureBytes(), "image/png"});
+    api.server.on("GET", QStringLiteral("/files/p/a.png"), test::CannedResponse{200, test::jpeg(), "image/jpeg"});
     const QSslCertificate server = certificateOf(api.server.certificatePem());
     const QSslCertificate other = certificateOf(m_other->certificatePem());
     const std::map<Trust, TrustPolicy> policies{

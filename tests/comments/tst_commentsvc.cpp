@@ -15,7 +15,6 @@
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
 
-#include <QAbstractItemModelTester>
 #include <QBuffer>
 #include <QJsonArray>
 #include <QLabel>
@@ -58,7 +57,6 @@ private slots:
     void emptyOnlyOnceTheFetchIsOver();
     void sendRules_data();
     void sendRules();
-    void timesAndDays();
     void onePictureLoadedOnceAndOpened();
     void characterLimit_data();
     void characterLimit();
@@ -136,8 +134,6 @@ void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
     QVERIFY(screen->emptyMessageLabel()->isVisible());
     QCOMPARE(screen->emptyMessageLabel()->text(), QStringLiteral("No comments"));
-    QCOMPARE(screen->tableView()->objectName(), QStringLiteral("commentsTableView"));
-    QCOMPARE(screen->inputBar()->objectName(), QStringLiteral("commentsInputBar"));
 }
 
 void TestCommentsVC::sendRules_data()
@@ -172,7 +168,6 @@ void TestCommentsVC::sendRules()
     // Posted or not, the thread is fetched again and the bar starts over.
     QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) > fetches, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(bar->inputTextView()->toPlainText().isEmpty() && bar->attachments().isEmpty(), timeoutMs);
-    QCOMPARE(bar->inputTextView()->placeholderText(), QStringLiteral("Leave a comment ..."));
     const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
     QCOMPARE(posted.size(), posts ? 1 : 0);
     if (!posts)
@@ -182,34 +177,6 @@ void TestCommentsVC::sendRules()
     QCOMPARE(body.value("is_incident").toBool(), false);
     QCOMPARE(body.value("media_path").isString(), picture);
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
-}
-
-void TestCommentsVC::timesAndDays()
-{
-    m_api->server.on("GET", commentsPath,
-                     CannedResponse{200,
-                                    answer(QJsonArray{commentJson("Valve closed", serverDate(61)),
-                                                      commentJson("Started yesterday", serverDate(26 * 3600))})});
-    CommentsVC *screen = openComments();
-    QVERIFY(screen);
-    CommentThreadModel *model = screen->threadModel();
-    QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    // Yesterday's day, its comment, today's day, its comment.
-    QCOMPARE(model->rowCount(), 4);
-    QList<CommentThreadModel::RowKind> kinds;
-    for (int row = 0; row < 4; ++row)
-        kinds.append(model->index(row).data(CommentThreadModel::KindRole).value<CommentThreadModel::RowKind>());
-    using K = CommentThreadModel::RowKind;
-    QCOMPARE(kinds, (QList<K>{K::dayHeader, K::comment, K::dayHeader, K::comment}));
-    const QModelIndex today = model->index(3);
-    QCOMPARE(today.data().toString(), QStringLiteral("Valve closed"));
-    QCOMPARE(today.data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
-    QVERIFY(today.data(CommentThreadModel::ShowsTimeRole).toBool());
-    QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
-    QCOMPARE(today.data(CommentThreadModel::IdentifierRole).toString(), QStringLiteral("commentCell"));
-    QCOMPARE(today.data(CommentThreadModel::PictureIdentifierRole).toString(),
-             QStringLiteral("commentImgThumb_Valve closed"));
-    m_host->grab().save(shots + QStringLiteral("comments.png"));
 }
 
 void TestCommentsVC::onePictureLoadedOnceAndOpened()
@@ -230,10 +197,9 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     const int row = screen->threadModel()->lastCommentRow();
     QTRY_VERIFY_WITH_TIMEOUT(!table->pictureRect(row).isEmpty(), timeoutMs);
     // Tapped before it has arrived: the short alert, nothing opens.
+    AlertLog alerts;
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
-    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
-                                                                   : QString(),
-                              QStringLiteral("The operation couldn't be completed"), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("The operation couldn't be completed"));
     QVERIFY(!m_host->presentedScreen());
     release->store(true);
     QTRY_VERIFY_WITH_TIMEOUT(
@@ -242,7 +208,6 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->pictureRect(row).center());
     auto *viewer = qobject_cast<ImageVC *>(m_host->presentedScreen());
     QVERIFY(viewer);
-    QCOMPARE(viewer->imageView()->objectName(), QStringLiteral("showCommentImg"));
     QVERIFY(!viewer->image().isNull());
     QTest::mouseClick(viewer->closeButton(), Qt::LeftButton);
     QVERIFY(!m_host->presentedScreen());
@@ -327,11 +292,10 @@ void TestCommentsVC::layoutPassesShareOneFetch()
 void TestCommentsVC::loadFailureAlert()
 {
     m_api->server.on("GET", commentsPath, CannedResponse{500, {}});
+    AlertLog alerts;
     CommentsVC *screen = openComments();
     QVERIFY(screen);
-    QTRY_COMPARE_WITH_TIMEOUT(AlertPresenter::visibleAlert(screen) ? AlertPresenter::visibleAlert(screen)->title()
-                                                                   : QString(),
-                              CommentsVC::failureTitle(), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), CommentsVC::failureTitle());
     QVERIFY(screen->threadModel()->isEmpty());
 }
 

@@ -72,8 +72,7 @@ private slots:
     void signInStoresTheSession();
     void refusedSignInStaysOnSignIn();
     void panelFollowsDidSwipe();
-    void uploadImageStoresPicture_data();
-    void uploadImageStoresPicture();
+    void uploadImageRefusedOutsideTheFolder();
     void emergencyTurnsTheBarRed();
     void taskEventCarriesItsType_data();
     void taskEventCarriesItsType();
@@ -189,22 +188,15 @@ std::pair<int, QByteArray> TestDemoHost::download(const QString &path, const QBy
 
 void TestDemoHost::signInStoresTheSession()
 {
-    // What the library stored when it took the session over, before any later token change.
-    QJsonObject storedAtStart;
-    connect(m_window.get(), &DemoHostWindow::sessionStarted, this, [&] {
-        storedAtStart
-            = QJsonDocument::fromJson(m_settings->value(QStringLiteral("quorApiData")).toByteArray()).object();
-    });
+    // How the library stores the session it is handed: tst_ravelinnavvc storesSessionDataOnLoad.
     RavelinNavVC *navVC = signIn(3);
     QVERIFY(navVC);
     QVERIFY(navVC->isVisible());
     QVERIFY(!m_window->signInScreen()->isVisible());
-    QCOMPARE(storedAtStart.value(QStringLiteral("baseURL")).toString(), m_server->baseUrl());
-    const QString token = storedAtStart.value(QStringLiteral("tokenString")).toString();
-    QVERIFY(!token.isEmpty());
-    QCOMPARE(token, m_window->session()->token);
-    // The stored token is one the server issued for this sign-in.
-    QCOMPARE(download(QStringLiteral("/api/settings-constants"), token.toUtf8()).first, 200);
+    QCOMPARE(navVC->networkData->baseUrl, m_server->baseUrl());
+    QCOMPARE(navVC->networkData->tokenString, m_window->session()->token);
+    // The token handed over is one the server issued for this sign-in.
+    QCOMPARE(download(QStringLiteral("/api/settings-constants"), m_window->session()->token.toUtf8()).first, 200);
 
     QCOMPARE(navVC->currentUserId, std::optional<qint64>(3));
     QCOMPARE(navVC->vcDelegate(), static_cast<RavelinNavVCDelegate *>(m_window.get()));
@@ -258,40 +250,17 @@ void TestDemoHost::panelFollowsDidSwipe()
     QVERIFY(panel->isShown());
 }
 
-void TestDemoHost::uploadImageStoresPicture_data()
+void TestDemoHost::uploadImageRefusedOutsideTheFolder()
 {
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<bool>("stored");
-    QTest::newRow("plain name") << QStringLiteral("comment_1795169730.jpg") << true;
-    QTest::newRow("path outside the folder") << QStringLiteral("../escape.jpg") << false;
-}
-
-void TestDemoHost::uploadImageStoresPicture()
-{
-    QFETCH(QString, fileName);
-    QFETCH(bool, stored);
+    // A stored picture comes back from the server in the tour (its comment-picture
+    // step opens the uploaded photo); a name that leaves the folder is refused.
     QVERIFY(signIn(1));
-
-    QImage picture(64, 48, QImage::Format_RGB32);
-    picture.fill(QColor(20, 160, 90));
     std::optional<std::pair<bool, std::optional<QString>>> answer;
-    m_window->uploadImage(picture, fileName, [&answer](bool success, std::optional<QString> path) {
-        answer = std::make_pair(success, path);
-    });
+    m_window->uploadImage(
+        QImage(8, 8, QImage::Format_RGB32), QStringLiteral("../escape.jpg"),
+        [&answer](bool success, std::optional<QString> path) { answer = std::make_pair(success, path); });
     QTRY_VERIFY_WITH_TIMEOUT(answer.has_value(), kTimeoutMs);
-    QCOMPARE(answer->first, stored);
-    QCOMPARE(answer->second.has_value(), stored);
-    if (!stored)
-        return;
-    QVERIFY(answer->second->endsWith(fileName));
-
-    // The answered path is where the server gives the picture back.
-    const auto [status, body] = download(QStringLiteral("/files/") + *answer->second);
-    QCOMPARE(status, 200);
-    const QImage back = QImage::fromData(body);
-    QCOMPARE(back.size(), picture.size());
-    const QColor middle = back.pixelColor(32, 24);
-    QVERIFY2(qAbs(middle.green() - 160) < 12 && qAbs(middle.red() - 20) < 12, qPrintable(middle.name()));
+    QCOMPARE(*answer, std::make_pair(false, std::optional<QString>()));
 }
 
 void TestDemoHost::emergencyTurnsTheBarRed()
@@ -382,10 +351,10 @@ void TestDemoHost::sessionExpiryReturnsToSignIn()
 
     // A second expiry of the same session changes nothing; the next worker signs in afresh.
     m_window->sessionExpired();
-    QCOMPARE(returned.size(), 1);
     QPointer<RavelinNavVC> second = signIn(3);
     QVERIFY(second);
     QCOMPARE(second->currentUserId, std::optional<qint64>(3));
+    QCOMPARE(returned.size(), 1);
 }
 
 void TestDemoHost::tourWritesPicturesAndSummary()

@@ -1,45 +1,23 @@
 #include "api/settings.h"
-#include "comments/commentsvc.h"
-#include "comments/commentthreadmodel.h"
-#include "comments/commentthreadview.h"
-#include "filter/filtervc.h"
-#include "filter/inputfield.h"
-#include "filter/inputsheet.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
-#include "items/itemlistmodel.h"
-#include "items/itemsvc.h"
-#include "items/qrscannervc.h"
 #include "resources/namedcolors.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/shots.h"
-#include "support/testpicker.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/taskcard.h"
 #include "tasks/taskcollectionmodel.h"
-#include "tasks/taskstrip.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 #include "views/touchtarget.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
-#include <QAction>
 #include <QApplication>
-#include <QBuffer>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -182,23 +160,19 @@ private slots:
     void init();
     void cleanup();
 
-    void everyControlIsNamedAndFitsAFinger_data();
-    void everyControlIsNamedAndFitsAFinger();
+    void everyControlIsNamedFitsAFingerAndTabsInOrder_data();
+    void everyControlIsNamedFitsAFingerAndTabsInOrder();
     void chartsReadAsText_data();
     void chartsReadAsText();
     void listItemsCarryNamesAndIdentifiers_data();
     void listItemsCarryNamesAndIdentifiers();
-    void tabFollowsTheScreen_data();
-    void tabFollowsTheScreen();
     void keysAct_data();
     void keysAct();
     void focusIsVisibleInBothAppearances_data();
     void focusIsVisibleInBothAppearances();
 
 private:
-    void screens();
-    // Opens the screen of that name with the keyboard focus where the keyboard
-    // would have it; false when it does not show.
+    // A new host, walked to the screen of that name (openScreen); false when it does not show.
     bool open(const QString &screen);
     [[nodiscard]] QWidget *view(const QString &objectName) const;
     // Where the worker is: the top screen, a presented screen, an alert.
@@ -272,98 +246,44 @@ bool TestAccessibility::open(const QString &screen)
     environment.imagePicker = &m_picker;
     m_host = showHost(*m_api, m_center, std::move(environment));
     m_host->activateWindow();
-    DashboardVC *dashboard = m_host->dashboard();
-    if (!QTest::qWaitForWindowActive(m_host.get())
-        || !QTest::qWaitFor(
-            [&] {
-                return dashboard->rows().size() == 3 && dashboard->rows().last()->isVisible()
-                    && !dashboard->refreshControl()->isRefreshing();
-            },
-            timeoutMs))
-        return false;
-    // The keyboard starts at the top of the window.
-    m_host->setFocus();
-    if (screen == QLatin1String("dashboard"))
-        return true;
-    if (screen == QLatin1String("prompt")) {
-        dashboard->openTask(dashboard->rows().first()->tasks().first());
-        return AlertPresenter::visibleAlert(m_host.get()) != nullptr;
-    }
-    if (screen == QLatin1String("filter") || screen == QLatin1String("date picker")) {
-        dashboard->filterAction()->trigger();
-        auto *filter = qobject_cast<FilterVC *>(m_host->topScreen());
-        m_host->setFocus();
-        if (!filter || screen == QLatin1String("filter"))
-            return filter;
-        QTest::keyClick(filter->dateStart(), Qt::Key_Return);
-        return filter->inputSheet()->isPresented();
-    }
-
-    dashboard->openTask(dashboard->rows().at(1)->tasks().first());
-    ItemsVC *items = nullptr;
-    if (!QTest::qWaitFor(
-            [&] {
-                items = qobject_cast<ItemsVC *>(m_host->topScreen());
-                return items && !items->refreshControl()->isRefreshing() && items->itemModel()->rowCount() == 4;
-            },
-            timeoutMs))
-        return false;
-    if (screen == QLatin1String("items")) {
-        m_host->setFocus();
-        return true;
-    }
-    if (screen == QLatin1String("item action")) {
-        items->actOnRow(3);
-        return m_host->presentedScreen();
-    }
-    if (screen == QLatin1String("scanner")) {
-        // No camera here: the scanner offers the photo.
-        items->checkpointBtnPressed()->trigger();
-        m_host->setFocus();
-        return qobject_cast<QRScannerVC *>(m_host->topScreen());
-    }
-    if (screen == QLatin1String("block task")) {
-        items->markAsBlockedBtn()->click();
-        return m_host->presentedScreen();
-    }
-    items->commentsButton()->trigger();
-    auto *comments = qobject_cast<CommentsVC *>(m_host->topScreen());
-    if (!comments
-        || !QTest::qWaitFor(
-            [&] {
-                return !comments->isFetching() && comments->threadModel()->rowCount() == 4
-                    && comments->tableView()->height() > 0;
-            },
-            timeoutMs))
-        return false;
-    if (screen == QLatin1String("comments")) {
-        m_host->setFocus();
-        return true;
-    }
-    comments->commentCellDidTapImage(QImage::fromData(jpeg()));
-    return m_host->presentedScreen();
+    // Three sections; the second's first task has four items and four comment rows.
+    return openScreen(*m_host, screen, ScreenRoute{.sections = 3, .taskRow = 1, .items = 4, .commentRows = 4},
+                      timeoutMs);
 }
 
-void TestAccessibility::screens()
+void TestAccessibility::everyControlIsNamedFitsAFingerAndTabsInOrder_data()
 {
     QTest::addColumn<QString>("screen");
-    for (const char *screen : {"dashboard", "prompt", "items", "item action", "block task", "scanner", "comments",
-                               "picture", "filter", "date picker"})
-        QTest::newRow(screen) << QString::fromLatin1(screen);
+    QTest::addColumn<QStringList>("round"); // one round of Tab, by the names heard
+    QTest::newRow("dashboard") << "dashboard"
+                               << QStringList{
+                                      "Refresh",          "Filter", "Panel", "Assigned: 1 task", "In Progress: 2 tasks",
+                                      "Completed: 1 task"};
+    QTest::newRow("prompt") << "prompt" << QStringList{"Yes", "No"};
+    QTest::newRow("items") << "items"
+                           << QStringList{
+                                  "Back", "Comments", "Scan Checkpoint", "Select",          "Completed",    "Incidents",
+                                  "Open", "All",      "Checklist",       "Mark as Blocked", "Complete Task"};
+    QTest::newRow("item action") << "item action" << QStringList{"Cancel", "Note", "Add Photo", "Complete"};
+    QTest::newRow("block task") << "block task" << QStringList{"Cancel", "Reason", "Add Photo", "Mark as Blocked"};
+    QTest::newRow("scanner") << "scanner" << QStringList{"Back", "Scan from photo"};
+    QTest::newRow("comments") << "comments" << QStringList{"Back", "Comments", "Add Picture", "Comment"};
+    QTest::newRow("picture") << "picture" << QStringList{"Close"};
+    QTest::newRow("filter") << "filter"
+                            << QStringList{"Back",       "Name",     "Priority", "Date", "Ascending", "Descending",
+                                           "Highest",    "High",     "Medium",   "Low",  "All",       "Created from",
+                                           "Created to", "Category", "Clear",    "Apply"};
+    QTest::newRow("date picker") << "date picker" << QStringList{"Month", "Day", "Year", "Done"};
 }
 
-void TestAccessibility::everyControlIsNamedAndFitsAFinger_data()
-{
-    screens();
-}
-
-void TestAccessibility::everyControlIsNamedAndFitsAFinger()
+void TestAccessibility::everyControlIsNamedFitsAFingerAndTabsInOrder()
 {
     // Whatever the worker can act on, and every picture and chart, is named in
     // words; what only holds others (cards, panes) may say nothing; and no name
     // is an identifier meant for automation ("statusCell_Assigned", "dateStart").
     // Whatever a finger can hit is at least as large as a finger.
     QFETCH(QString, screen);
+    QFETCH(QStringList, round);
     QVERIFY(open(screen));
     static const QList<QAccessible::Role> speaking{
         QAccessible::Button,   QAccessible::PushButton, QAccessible::CheckBox, QAccessible::RadioButton,
@@ -386,6 +306,8 @@ void TestAccessibility::everyControlIsNamedAndFitsAFinger()
     QVERIFY(all.size() > 3);
     const QStringList small = smallTargets(m_host.get());
     QVERIFY2(small.isEmpty(), qPrintable(small.join(QStringLiteral("; "))));
+    // Tab goes round the screen in its order.
+    QCOMPARE(tabRound().join(QStringLiteral(", ")), round.join(QStringLiteral(", ")));
 }
 
 void TestAccessibility::chartsReadAsText_data()
@@ -460,39 +382,6 @@ void TestAccessibility::listItemsCarryNamesAndIdentifiers()
     const ListItems items = listItems(listView);
     QCOMPARE(items.read.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
     QCOMPARE(items.identifiers, identifiers);
-}
-
-void TestAccessibility::tabFollowsTheScreen_data()
-{
-    QTest::addColumn<QString>("screen");
-    QTest::addColumn<QStringList>("round");
-    QTest::newRow("dashboard") << "dashboard"
-                               << QStringList{
-                                      "Refresh",          "Filter", "Panel", "Assigned: 1 task", "In Progress: 2 tasks",
-                                      "Completed: 1 task"};
-    QTest::newRow("prompt") << "prompt" << QStringList{"Yes", "No"};
-    QTest::newRow("items") << "items"
-                           << QStringList{
-                                  "Back", "Comments", "Scan Checkpoint", "Select",          "Completed",    "Incidents",
-                                  "Open", "All",      "Checklist",       "Mark as Blocked", "Complete Task"};
-    QTest::newRow("item action") << "item action" << QStringList{"Cancel", "Note", "Add Photo", "Complete"};
-    QTest::newRow("block task") << "block task" << QStringList{"Cancel", "Reason", "Add Photo", "Mark as Blocked"};
-    QTest::newRow("scanner") << "scanner" << QStringList{"Back", "Scan from photo"};
-    QTest::newRow("comments") << "comments" << QStringList{"Back", "Comments", "Add Picture", "Comment"};
-    QTest::newRow("picture") << "picture" << QStringList{"Close"};
-    QTest::newRow("filter") << "filter"
-                            << QStringList{"Back",       "Name",     "Priority", "Date", "Ascending", "Descending",
-                                           "Highest",    "High",     "Medium",   "Low",  "All",       "Created from",
-                                           "Created to", "Category", "Clear",    "Apply"};
-    QTest::newRow("date picker") << "date picker" << QStringList{"Month", "Day", "Year", "Done"};
-}
-
-void TestAccessibility::tabFollowsTheScreen()
-{
-    QFETCH(QString, screen);
-    QFETCH(QStringList, round);
-    QVERIFY(open(screen));
-    QCOMPARE(tabRound().join(QStringLiteral(", ")), round.join(QStringLiteral(", ")));
 }
 
 void TestAccessibility::keysAct_data()

@@ -1,11 +1,18 @@
 #include "api/json.h"
 #include "items/item.h"
+#include "items/itemlist.h"
+#include "items/itemlistmodel.h"
 #include "items/itemsresponse.h"
+#include "items/itemsupdatepayload.h"
+#include "items/itemsupdateresponse.h"
+#include "items/taskitemsmodel.h"
 #include "support/fatalerrortrap.h"
 
+#include <QAbstractItemModelTester>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace ravelin;
@@ -40,6 +47,67 @@ ItemPtr decodeItem(const QJsonObject &patch = {}, const QStringList &removed = {
     return response.data.first();
 }
 
+// Items with ids 1, 2, 3, ... and the given statuses, in order.
+ItemList makeList(const QList<ItemStatus> &statuses, ItemStatus filter)
+{
+    ItemList list;
+    for (ItemStatus s : statuses) {
+        auto item = std::make_shared<Item>();
+        item->id = list.items.size() + 1;
+        item->status = s;
+        list.items.append(item);
+    }
+    list.filterData.status = filter;
+    return list;
+}
+
+QList<qint64> ids(const QList<ItemPtr> &items)
+{
+    QList<qint64> out;
+    for (const ItemPtr &i : items)
+        out.append(i->id);
+    return out;
+}
+
+// "1 2* 3": items 1 to 3, open, item 2 completed.
+QList<ItemPtr> items(const QString &rows)
+{
+    QList<ItemPtr> out;
+    for (QString entry : rows.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        auto item = std::make_shared<Item>();
+        item->status = entry.endsWith(QLatin1Char('*')) ? ItemStatus::ok : ItemStatus::open;
+        entry.remove(QLatin1Char('*'));
+        item->id = entry.toLongLong();
+        item->name = QStringLiteral("Item %1").arg(item->id);
+        out.append(item);
+    }
+    return out;
+}
+
+QString ids(const ItemListModel &model)
+{
+    QStringList out;
+    for (int row = 0; row < model.rowCount(); ++row)
+        out.append(QString::number(model.item(row)->id));
+    return out.join(QLatin1Char(' '));
+}
+
+// "first-last" of each range a row signal reported.
+QStringList ranges(const QSignalSpy &spy)
+{
+    QStringList out;
+    for (const QList<QVariant> &signal : spy)
+        out.append(QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt()));
+    return out;
+}
+
+TaskPtr taskWith(const QString &rows)
+{
+    auto task = std::make_shared<Task>();
+    task->itemList.items = items(rows);
+    return task;
+}
+
 } // namespace
 
 class TestItem : public QObject
@@ -57,6 +125,17 @@ private slots:
     void decodingErrors_data();
     void decodingErrors();
     void encodesTheLocalForm();
+    void wireForm_data();
+    void wireForm();
+    void decodesTheUpdateAnswer();
+    void filteredItems_data();
+    void filteredItems();
+    void filteredItemsFollowTheItems();
+    void codesItemsAndFilter();
+    void answerTakenRowByRow_data();
+    void answerTakenRowByRow();
+    void filterRemovesAndInsertsRows();
+    void statusChangeUnderAFilter();
 };
 
 void TestItem::decodesEveryField()
@@ -171,6 +250,218 @@ void TestItem::encodesTheLocalForm()
     QVERIFY(!bare.contains("dateUpdated"));
     QCOMPARE(bare["isAudit"], QJsonValue(false));
     QCOMPARE(bare["status"].toString(), "Open");
+}
+
+void TestItem::wireForm_data()
+{
+    QTest::addColumn<QList<qint64>>("itemIds");
+    QTest::addColumn<ItemStatus>("status");
+    QTest::addColumn<QString>("note");
+    QTest::addColumn<QString>("mediaPath"); // empty: no photo
+    QTest::addColumn<QJsonArray>("expected"); // under "items"
+
+    auto entry = [](qint64 id, int status, QJsonValue text, QJsonValue media) {
+        return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
+    };
+    const QJsonValue null(QJsonValue::Null);
+    const QString photo("files/7_1_photo_3.jpg");
+    QTest::newRow("no note, no photo") << QList<qint64>{301} << ItemStatus::ok << QString() << QString()
+                                       << QJsonArray{entry(301, 1, null, null)};
+    QTest::newRow("empty note is null") << QList<qint64>{301} << ItemStatus::ok << QString("") << QString()
+                                        << QJsonArray{entry(301, 1, null, null)};
+    QTest::newRow("a blank note is not empty")
+        << QList<qint64>{8} << ItemStatus::ok << QString(" ") << QString() << QJsonArray{entry(8, 1, " ", null)};
+    QTest::newRow("incident with note and photo, every item the same")
+        << QList<qint64>{5, 3, 9} << ItemStatus::nok << QString("Seal broken") << photo
+        << QJsonArray{entry(5, 2, "Seal broken", photo), entry(3, 2, "Seal broken", photo),
+                      entry(9, 2, "Seal broken", photo)};
+    QTest::newRow("no items") << QList<qint64>{} << ItemStatus::ok << QString("x") << QString() << QJsonArray{};
+}
+
+void TestItem::wireForm()
+{
+    QFETCH(QList<qint64>, itemIds);
+    QFETCH(ItemStatus, status);
+    QFETCH(QString, note);
+    QFETCH(QString, mediaPath);
+    QFETCH(QJsonArray, expected);
+    QList<ItemPtr> items;
+    for (qint64 id : itemIds) {
+        items.append(std::make_shared<Item>());
+        items.last()->id = id;
+    }
+    const auto payload = ItemsUpdatePayload::make(41, 7, items, status, note,
+                                                  mediaPath.isEmpty() ? std::nullopt : std::optional(mediaPath));
+    const QJsonObject body{{"task_id", 41}, {"updater_user_id", 7}, {"items", expected}};
+    QCOMPARE(payload.encode(), body);
+    // The request body is the compact form, nulls written out.
+    QCOMPARE(payload.toJson(), QJsonDocument(body).toJson(QJsonDocument::Compact));
+}
+
+void TestItem::decodesTheUpdateAnswer()
+{
+    const auto decode = [](const QByteArray &body) {
+        return json::decode<ItemsUpdateResponse>(
+            body, {json::KeyDecoding::convertFromSnakeCase, json::DateDecoding::serverFormat, nullptr});
+    };
+    // Only "success" is kept: the echoed data is not read, not even its dates.
+    QVERIFY(decode(R"({"success":true,"data":{"task_id":41,"updater_user_id":7,"items":[{"id":301,
+        "item_status_id":1,"updated":true,"date_updated":"not a date"}]}})")
+                .success);
+    QVERIFY(!decode(R"({"success":false})").success);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)decode(R"({"data":{}})"));
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)decode(R"({"success":"true"})"));
+}
+
+void TestItem::filteredItems_data()
+{
+    QTest::addColumn<QList<ItemStatus>>("statuses");
+    QTest::addColumn<ItemStatus>("filter");
+    QTest::addColumn<QList<qint64>>("expected");
+    const auto ok = ItemStatus::ok, nok = ItemStatus::nok, open = ItemStatus::open;
+    const QList<ItemStatus> mixed{open, ok, nok, open, ok};
+    QTest::newRow("all keeps every item in order") << mixed << ItemStatus::all << QList<qint64>{1, 2, 3, 4, 5};
+    QTest::newRow("open") << mixed << open << QList<qint64>{1, 4};
+    QTest::newRow("incidents") << mixed << nok << QList<qint64>{3};
+    QTest::newRow("open when all are done") << QList<ItemStatus>{ok, nok, ok} << open << QList<qint64>{};
+}
+
+void TestItem::filteredItems()
+{
+    QFETCH(QList<ItemStatus>, statuses);
+    QFETCH(ItemStatus, filter);
+    QTEST(ids(makeList(statuses, filter).filteredItems()), "expected");
+}
+
+void TestItem::filteredItemsFollowTheItems()
+{
+    // A list starts empty, showing all.
+    QCOMPARE(ItemList().filterData.status, ItemStatus::all);
+    ItemList list = makeList({ItemStatus::open, ItemStatus::open}, ItemStatus::open);
+    QCOMPARE(list.filteredItems().size(), 2);
+    // Items are shared: a status changed through any holder shows at once.
+    list.filteredItems().first()->status = ItemStatus::ok;
+    QCOMPARE(ids(list.filteredItems()), (QList<qint64>{2}));
+    list.filterData.status = ItemStatus::ok;
+    QCOMPARE(ids(list.filteredItems()), (QList<qint64>{1}));
+}
+
+void TestItem::codesItemsAndFilter()
+{
+    const QJsonObject o = makeList({ItemStatus::nok}, ItemStatus::open).encode();
+    QCOMPARE(o.keys(), (QStringList{"filterData", "items"}));
+    QCOMPARE(o["filterData"].toObject(), (QJsonObject{{"status", "Open"}}));
+    QCOMPARE(o["items"].toArray().size(), 1);
+    QCOMPARE(o["items"].toArray().first().toObject()["status"].toString(), "Incidents");
+
+    const QByteArray body = R"({"items":[{"id":5,"taskId":1,"name":"n","details":"d","isAudit":"0",
+        "dateCreated":"2026-01-01T00:00:00.000Z","itemStatusId":2}],"filterData":{"status":"Completed"}})";
+    const ItemList decoded = json::decode<ItemList>(body);
+    QCOMPARE(ids(decoded.items), (QList<qint64>{5}));
+    QCOMPARE(decoded.filterData.status, ItemStatus::ok);
+    QVERIFY(decoded.filteredItems().isEmpty());
+    // The filter is read by its exact text.
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)json::decode<ItemFilterData>(R"({"status":"open"})"));
+}
+
+void TestItem::answerTakenRowByRow_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QStringList>("removed");
+    QTest::addColumn<QStringList>("inserted");
+    QTest::addColumn<QStringList>("changed");
+
+    QTest::newRow("first answer") << ""
+                                  << "1 2 3" << QStringList{} << QStringList{"0-2"} << QStringList{};
+    QTest::newRow("same answer") << "1 2 3"
+                                 << "1 2 3" << QStringList{} << QStringList{} << QStringList{};
+    QTest::newRow("one new at the end") << "1 2"
+                                        << "1 2 3" << QStringList{} << QStringList{"2-2"} << QStringList{};
+    QTest::newRow("one gone") << "1 2 3"
+                              << "1 3" << QStringList{"1-1"} << QStringList{} << QStringList{};
+    QTest::newRow("one completed") << "1 2 3"
+                                   << "1 2* 3" << QStringList{} << QStringList{} << QStringList{"1-1"};
+    QTest::newRow("gone, new and changed")
+        << "1 2 3 4"
+        << "2* 4 5 6" << QStringList{"2-2", "0-0"} << QStringList{"2-3"} << QStringList{"0-0"};
+}
+
+void TestItem::answerTakenRowByRow()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QStringList, removed);
+    QFETCH(QStringList, inserted);
+    QFETCH(QStringList, changed);
+
+    const TaskPtr task = taskWith(before);
+    ItemListModel model;
+    model.setTask(task);
+    QAbstractItemModelTester sourceTester(model.taskItems(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    TaskItemsModel *source = model.taskItems();
+    QSignalSpy resets(source, &QAbstractItemModel::modelReset);
+    QSignalSpy removes(source, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserts(source, &QAbstractItemModel::rowsInserted);
+    QSignalSpy changes(source, &QAbstractItemModel::dataChanged);
+
+    task->itemList.items = items(after);
+    model.reload();
+
+    QCOMPARE(ids(model), QString(after).remove(QLatin1Char('*')));
+    QCOMPARE(resets.size(), 0);
+    QCOMPARE(ranges(removes), removed);
+    QCOMPARE(ranges(inserts), inserted);
+    QStringList changedRows;
+    for (const QList<QVariant> &signal : changes) {
+        changedRows.append(
+            QStringLiteral("%1-%2").arg(signal.at(0).toModelIndex().row()).arg(signal.at(1).toModelIndex().row()));
+        // A status change names the roles it touches.
+        QVERIFY(signal.at(2).value<QList<int>>().contains(TaskItemsModel::StatusRole));
+    }
+    QCOMPARE(changedRows, changed);
+}
+
+void TestItem::filterRemovesAndInsertsRows()
+{
+    const TaskPtr task = taskWith("1 2* 3 4*");
+    ItemListModel model;
+    model.setTask(task);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    QSignalSpy removes(&model, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserts(&model, &QAbstractItemModel::rowsInserted);
+
+    task->itemList.filterData.status = ItemStatus::open;
+    model.reload();
+    QCOMPARE(ids(model), QStringLiteral("1 3"));
+    QCOMPARE(model.item(1), task->itemList.filteredItems().at(1));
+    QVERIFY(!removes.isEmpty());
+
+    task->itemList.filterData.status = ItemStatus::all;
+    model.reload();
+    QCOMPARE(ids(model), QStringLiteral("1 2 3 4"));
+    QVERIFY(!inserts.isEmpty());
+    QCOMPARE(resets.size(), 0);
+}
+
+void TestItem::statusChangeUnderAFilter()
+{
+    const TaskPtr task = taskWith("1 2 3");
+    task->itemList.filterData.status = ItemStatus::open;
+    ItemListModel model;
+    model.setTask(task);
+    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSignalSpy removes(&model, &QAbstractItemModel::rowsRemoved);
+    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+
+    // Item 2 completed: it leaves the "Open" rows, and only it.
+    task->itemList.items = items("1 2* 3");
+    model.reload();
+    QCOMPARE(ids(model), QStringLiteral("1 3"));
+    QCOMPARE(ranges(removes), QStringList{"1-1"});
+    QCOMPARE(resets.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestItem)

@@ -3,7 +3,11 @@
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
 #include "items/blocktaskvc.h"
+#include "items/blocktaskvcdelegate.h"
+#include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
+#include "items/itemactionvcdelegate.h"
+#include "items/itemactionvm.h"
 #include "items/itemlistmodel.h"
 #include "items/itemstexts.h"
 #include "items/itemsvc.h"
@@ -22,6 +26,7 @@
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
+#include <QFocusEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
@@ -39,21 +44,25 @@ constexpr qint64 taskId = 8;
 const QString itemsPath = QStringLiteral("/api/items/taskId/8");
 const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
-QStringList shownAlert(const QWidget *screen)
-{
-    QStringList shown;
-    if (const AlertView *alert = AlertPresenter::visibleAlert(screen))
-        shown << alert->title() << alert->message();
-    return shown;
-}
-
 QJsonObject bodyOf(const RecordedRequest &request)
 {
     const QJsonDocument document = QJsonDocument::fromJson(request.body);
     return document.object();
 }
 
+// Counts what the sheets report once they have closed.
+struct Reports
+    : ItemActionVCDelegate
+    , BlockTaskVCDelegate
+{
+    void didUpdateItemStatus(bool) override { ++count; }
+    void didBlockTask() override { ++count; }
+    int count = 0;
+};
+
 } // namespace
+
+// The note sheets send once however often the worker taps while a request runs.
 
 class TestItemsVC : public QObject
 {
@@ -75,6 +84,9 @@ private slots:
     void completingReachesTheDashboard();
     void closingWhileLoading();
     void loadFailureAlert();
+
+    void oneRequestForADoubleTap_data();
+    void oneRequestForADoubleTap();
 
 private:
     // The dashboard with one in-progress task, opened on its items screen.
@@ -130,7 +142,6 @@ void TestItemsVC::headerCountsAndFilteredRows()
     QCOMPARE((QStringList{screen->overviewLbl()->text(), screen->acceptedCountLbl()->text(),
                           screen->rejectedCountLbl()->text(), screen->assignedByLbl()->text()}),
              (QStringList{"4 Total", "2 Completed", "1 Incidents", "Dispatch Desk"}));
-    QCOMPARE(screen->overviewLbl()->objectName(), QStringLiteral("totalItemsCount"));
     QVERIFY(screen->statusBreakdown()->isVisible());
     m_host->grab().save(shots + QStringLiteral("items.png"));
 
@@ -159,7 +170,7 @@ void TestItemsVC::multipleSelectionWithNothingChosen()
     QVERIFY(screen->saveBtn()->isVisible() && screen->multipleSelectionBtn()->isHidden()
             && screen->taskBtnsStack()->isHidden());
     QTest::mouseClick(screen->saveBtn(), Qt::LeftButton);
-    QCOMPARE(shownAlert(screen), (QStringList{"No items selected", " "}));
+    QCOMPARE(topAlert(screen).mid(0, 2), (QStringList{"No items selected", " "}));
     // The mode is left once the alert has gone, and nothing was opened.
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isMultipleSelection(), timeoutMs);
     QVERIFY(!AlertPresenter::visibleAlert(screen));
@@ -200,6 +211,7 @@ void TestItemsVC::updateResults()
     QFETCH(QString, message);
     if (!serverAccepts)
         m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
+    AlertLog alerts;
     ItemsVC *screen = openItems(
         {itemJson(11, taskId, "Gauge", 3), itemJson(12, taskId, "Seal", 3), itemJson(13, taskId, "Valve", 3)});
     QVERIFY(screen);
@@ -226,27 +238,23 @@ void TestItemsVC::updateResults()
     }
     QTest::mouseClick(report ? action->reportButton() : action->completeButton(), Qt::LeftButton);
 
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen).value(0), title, timeoutMs);
-    QCOMPARE(AlertPresenter::visibleAlert(screen)->attributedMessage()->plainText(), message);
+    const int loads = requestCount(*m_api, itemsPath);
+    QCOMPARE(alerts.waitForTitle(), title);
+    QCOMPARE(alerts.last().value(1), message);
     QVERIFY(!presented());
     QVERIFY(screen->viewModel()->selectedItems().isEmpty());
 
-    // The body: the items in the order chosen, the new status, the note (null when
-    // empty) and the path the host gave the picture, which went up first.
-    const auto sent = m_api->server.requests(QStringLiteral("/api/item/status"));
-    QCOMPARE(sent.size(), 1);
-    QJsonArray items;
-    for (const int row : rows)
-        items.append(QJsonObject{
-            {"id", 11 + row},
-            {"item_status_id", report ? 2 : 1},
-            {"text", note.isEmpty() ? QJsonValue() : QJsonValue(note)},
-            {"media_path",
-             picture ? QJsonValue(QStringLiteral("uploads/") + m_api->host.uploads.value(0).second) : QJsonValue()}});
-    QCOMPARE(bodyOf(sent.first()), (QJsonObject{{"task_id", taskId}, {"updater_user_id", 7}, {"items", items}}));
+    // The items in the order chosen, with the new status; the picture went up
+    // first. The whole body: tst_itemsvm updateBody.
+    QJsonArray items = lastBody(*m_api, QStringLiteral("/api/item/status")).value("items").toArray();
+    QCOMPARE(items.size(), rows.size());
+    for (int i = 0; i < rows.size(); ++i) {
+        QCOMPARE(items.at(i)["id"].toInt(), 11 + rows.at(i));
+        QCOMPARE(items.at(i)["item_status_id"].toInt(), report ? 2 : 1);
+        QCOMPARE(items.at(i)["media_path"].isString(), picture);
+    }
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
     // Once the alert is gone the items load again.
-    const int loads = requests(itemsPath);
     QTRY_COMPARE_WITH_TIMEOUT(requests(itemsPath), loads + 1, timeoutMs);
 }
 
@@ -328,31 +336,28 @@ void TestItemsVC::completeAndReportRules()
     QVERIFY(!action->reportButton()->isEnabled());
     QTest::keyClicks(action->noteField(), QStringLiteral("Cracked"));
     QVERIFY(action->reportButton()->isEnabled());
-    QCOMPARE(action->requiredLabel()->text(), QStringLiteral("* Mandatory field for `Report`"));
 }
 
 void TestItemsVC::blockingReachesTheDashboard()
 {
     ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
     QVERIFY(screen);
+    AlertLog alerts;
     QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
     auto *block = qobject_cast<BlockTaskVC *>(presented());
     QVERIFY(block);
-    QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text(),
-                          block->noteField()->placeholderText()}),
-             (QStringList{"Gauge", "Gauge details", "Provide a reason for blocking the task"}));
+    QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text()}),
+             (QStringList{"Gauge", "Gauge details"}));
     m_host->grab().save(shots + QStringLiteral("block-task.png"));
     // A single blank is no reason: nothing is posted, the task is blocked all the same.
     block->noteField()->setFocus();
     QTest::keyClick(block->noteField(), Qt::Key_Space);
     QTest::mouseClick(block->blockButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(
-        shownAlert(screen),
-        (QStringList{"Task marked as blocked!", "\n  The task status Pump station was changed to `Blocked`\n "}),
-        timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("Task marked as blocked!"));
+    QCOMPARE(alerts.last().value(1), QStringLiteral("\n  The task status Pump station was changed to `Blocked`\n "));
     QVERIFY(!presented());
     QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
-    QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()).value("task_status_id").toInt(), 5);
+    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
     QCOMPARE(requests(QStringLiteral("/api/comment")), 0);
 }
 
@@ -366,8 +371,9 @@ void TestItemsVC::failedBlockKeepsTheSheet()
     QVERIFY(block);
     block->noteField()->setFocus();
     QTest::keyClicks(block->noteField(), QStringLiteral("Gate locked"));
+    AlertLog alerts;
     QTest::mouseClick(block->blockButton(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(block), (QStringList{"Failed to mark task as blocked!", ""}), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("Failed to mark task as blocked!"));
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(block), timeoutMs);
     QCOMPARE(presented(), block);
     QCOMPARE(block->noteField()->text(), QStringLiteral("Gate locked"));
@@ -382,11 +388,11 @@ void TestItemsVC::completingReachesTheDashboard()
     const int fetches = requests(QStringLiteral("/api/tasks/assigned-user/7"));
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
     QCOMPARE(
-        shownAlert(screen),
+        topAlert(screen).mid(0, 2),
         (QStringList{"Task successfully completed!", "\n  The task status Pump station was changed to `Complete`\n "}));
     QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
-    QCOMPARE(bodyOf(m_api->server.requests(QStringLiteral("/api/task/8")).first()),
-             (QJsonObject{{"task_status_id", 6}, {"updater_user_id", 7}, {"assigned_user_id", 7}}));
+    // The rest of the body: tst_apidata updateTaskStatusBody.
+    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
     QTRY_VERIFY_WITH_TIMEOUT(requests(QStringLiteral("/api/tasks/assigned-user/7")) > fetches, timeoutMs);
 }
 
@@ -398,11 +404,13 @@ void TestItemsVC::closingWhileLoading()
         QThread::msleep(300);
         return CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3)})};
     });
+    const int loads = requests(itemsPath);
     screen->pullToRefresh();
     QPointer<ItemsVC> guard(screen);
     m_host->pop();
     QTRY_VERIFY_WITH_TIMEOUT(guard.isNull(), timeoutMs);
-    QTest::qWait(500);
+    // The answer arrives after the screen is gone.
+    QTRY_VERIFY_WITH_TIMEOUT(requests(itemsPath) > loads && answersTaken(m_api->network), timeoutMs);
     QCOMPARE(m_host->screens().size(), 1);
 }
 
@@ -412,10 +420,69 @@ void TestItemsVC::loadFailureAlert()
     QVERIFY(screen);
     // The server fails while the screen fetches its items again: the rows stay.
     m_api->server.on("GET", itemsPath, CannedResponse{500, {}});
+    AlertLog alerts;
     screen->pullToRefresh();
-    QTRY_COMPARE_WITH_TIMEOUT(shownAlert(screen).value(0), ItemsTexts::loadFailureTitle(), timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), ItemsTexts::loadFailureTitle());
     QVERIFY(!screen->refreshControl()->isRefreshing());
     QCOMPARE(screen->itemModel()->rowCount(), 1);
+}
+
+void TestItemsVC::oneRequestForADoubleTap_data()
+{
+    QTest::addColumn<QString>("sheet");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("complete an item") << "complete"
+                                      << "/api/item/status";
+    QTest::newRow("report an item") << "report"
+                                    << "/api/item/status";
+    QTest::newRow("block the task") << "block"
+                                    << "/api/comment";
+}
+
+void TestItemsVC::oneRequestForADoubleTap()
+{
+    QFETCH(QString, sheet);
+    QFETCH(QString, path);
+
+    ApiHarness api;
+    api.server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
+    api.server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
+    auto task = std::make_shared<Task>();
+    task->id = 5;
+    auto item = std::make_shared<Item>();
+    item->id = 11;
+    item->taskId = 5;
+    UsersData users;
+    users.currentUser.id = 7;
+    Reports reports;
+
+    std::unique_ptr<NoteSheet> screen;
+    std::function<void()> tap;
+    if (sheet == "block") {
+        auto *block = new BlockTaskVC;
+        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), users));
+        block->setDelegate(&reports);
+        tap = [block] { block->block(); };
+        screen.reset(block);
+    } else {
+        auto *action = new ItemActionVC;
+        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), users));
+        action->setDelegate(&reports);
+        tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
+                                : std::function<void()>([action] { action->complete(); });
+        screen.reset(action);
+    }
+    screen->loadViewIfNeeded();
+    // The worker taps into the note (the placeholder goes) and writes.
+    QFocusEvent focusIn(QEvent::FocusIn);
+    QCoreApplication::sendEvent(screen->noteField(), &focusIn);
+    screen->noteField()->setText(QStringLiteral("Valve seized"));
+
+    tap();
+    tap();
+    // Once the answer has closed the sheet, one request went out and one report came back.
+    QTRY_COMPARE_WITH_TIMEOUT(reports.count, 1, timeoutMs);
+    QCOMPARE(api.server.requests(path).size(), 1);
 }
 
 QTEST_MAIN(TestItemsVC)

@@ -1,3 +1,5 @@
+#include "items/blocktaskvm.h"
+#include "items/itemactionvm.h"
 #include "items/itemsvm.h"
 #include "support/apiharness.h"
 #include "support/fixtures.h"
@@ -12,7 +14,30 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 
-ItemPtr makeItem(qint64 id, const QString &name, ItemStatus status, std::optional<QString> qr = std::nullopt)
+ItemPtr makeItem(qint64 id, std::optional<QString> qr = std::nullopt)
+{
+    auto item = std::make_shared<Item>();
+    item->id = id;
+    item->name = QStringLiteral("Item %1").arg(id);
+    item->qrCode = std::move(qr);
+    return item;
+}
+
+QJsonObject entry(qint64 id, int status, const QJsonValue &text, const QJsonValue &media)
+{
+    return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
+}
+
+ItemPtr namedItem(qint64 id, const QString &name)
+{
+    auto item = std::make_shared<Item>();
+    item->id = id;
+    item->name = name;
+    item->details = name + QStringLiteral(" details");
+    return item;
+}
+
+ItemPtr itemOf(qint64 id, const QString &name, ItemStatus status, std::optional<QString> qr = std::nullopt)
 {
     auto item = std::make_shared<Item>();
     item->id = id;
@@ -24,13 +49,27 @@ ItemPtr makeItem(qint64 id, const QString &name, ItemStatus status, std::optiona
 
 } // namespace
 
-class TestItemsVM : public QObject
+class TestItemViewModels : public QObject
 {
     Q_OBJECT
 
 private slots:
     void init();
     void cleanup();
+    void qrIndicator_data();
+    void qrIndicator();
+    void updateBody_data();
+    void updateBody();
+    void failedUpdateReportsFalse();
+    void completesWhenTheManagerIsGone_data();
+    void completesWhenTheManagerIsGone();
+
+    void itemAndDetailsLines_data();
+    void itemAndDetailsLines();
+    void block_data();
+    void block();
+    void failedCommentIsNotABlock();
+
     void fetchReplacesItemsAndKeepsFilter();
     void failedFetchKeepsEarlierItems();
     void selectionIsByIdWithoutDuplicates();
@@ -38,34 +77,237 @@ private slots:
     void qrMatch();
 
 private:
+    // Fetches the task's items through the items view model.
     bool fetch();
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
+    UsersData m_users;
     std::unique_ptr<ItemsVM> m_vm;
 };
 
-void TestItemsVM::init()
+void TestItemViewModels::init()
 {
     m_api = std::make_unique<ApiHarness>();
     m_task = std::make_shared<Task>();
     m_task->id = 5;
+    m_users.currentUser.id = 7;
+    m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
+    m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_vm = std::make_unique<ItemsVM>(m_task, &m_api->manager, UsersData{});
 }
 
-void TestItemsVM::cleanup()
+void TestItemViewModels::cleanup()
 {
     m_vm.reset();
     m_api.reset();
 }
 
-bool TestItemsVM::fetch()
+void TestItemViewModels::qrIndicator_data()
+{
+    QTest::addColumn<QList<ItemPtr>>("items");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("no items") << QList<ItemPtr>{} << false;
+    QTest::newRow("one item with a code") << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true;
+    QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false;
+    QTest::newRow("two items, one with a code")
+        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), makeItem(2)} << false;
+}
+
+void TestItemViewModels::qrIndicator()
+{
+    QFETCH(QList<ItemPtr>, items);
+    QFETCH(bool, shown);
+    QCOMPARE(ItemActionVM(items, m_task, &m_api->manager, QString(), m_users).showsQRIndicator(), shown);
+}
+
+void TestItemViewModels::updateBody_data()
+{
+    QTest::addColumn<QList<qint64>>("ids");
+    QTest::addColumn<ItemStatus>("status");
+    QTest::addColumn<QString>("note");
+    QTest::addColumn<bool>("withPicture");
+    // The wire form of notes and of several items: tst_item wireForm.
+    QTest::newRow("complete one, no note, no picture") << QList<qint64>{11} << ItemStatus::ok << "" << false;
+    QTest::newRow("report two with note and picture") << QList<qint64>{12, 11} << ItemStatus::nok << "Leak" << true;
+}
+
+void TestItemViewModels::updateBody()
+{
+    QFETCH(QList<qint64>, ids);
+    QFETCH(ItemStatus, status);
+    QFETCH(QString, note);
+    QFETCH(bool, withPicture);
+
+    QList<ItemPtr> items;
+    for (qint64 id : ids)
+        items.append(makeItem(id));
+    ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_users);
+    std::optional<QImage> picture;
+    if (withPicture) {
+        picture = QImage(4, 4, QImage::Format_RGB32);
+        picture->fill(Qt::green);
+    }
+    std::optional<bool> ok;
+    vm.update(status, note, picture, [&](bool success) { ok = success; });
+    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
+    QVERIFY(*ok);
+    QCOMPARE(vm.newStatus(), status);
+
+    QCOMPARE(m_api->host.uploads.size(), withPicture ? 1 : 0);
+    const QJsonValue media = withPicture ? QJsonValue(QStringLiteral("uploads/") + m_api->host.uploads.first().second)
+                                         : QJsonValue(QJsonValue::Null);
+    QJsonArray expectedItems;
+    for (qint64 id : ids)
+        expectedItems.append(entry(id, status == ItemStatus::ok ? 1 : 2,
+                                   note.isEmpty() ? QJsonValue(QJsonValue::Null) : QJsonValue(note), media));
+    const auto sent = m_api->server.requests(QStringLiteral("/api/item/status"));
+    QCOMPARE(sent.size(), 1);
+    QCOMPARE(sent.first().method, QByteArray("PUT"));
+    QCOMPARE(QJsonDocument::fromJson(sent.first().body).object(),
+             (QJsonObject{{"task_id", 5}, {"updater_user_id", 7}, {"items", expectedItems}}));
+}
+
+void TestItemViewModels::failedUpdateReportsFalse()
+{
+    m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
+    ItemActionVM vm({makeItem(1)}, m_task, &m_api->manager, QString(), m_users);
+    LogCapture log;
+    std::optional<bool> ok;
+    vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
+    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
+    QVERIFY(!*ok);
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
+                 .size(),
+             1);
+}
+
+void TestItemViewModels::completesWhenTheManagerIsGone_data()
+{
+    QTest::addColumn<bool>("goneBeforeUpdate");
+    QTest::addColumn<bool>("withPicture");
+    QTest::newRow("gone before the update") << true << false;
+    QTest::newRow("gone while the request runs") << false << false;
+    QTest::newRow("gone while the host stores the picture") << false << true;
+}
+
+void TestItemViewModels::completesWhenTheManagerIsGone()
+{
+    QFETCH(bool, goneBeforeUpdate);
+    QFETCH(bool, withPicture);
+    auto manager = std::make_unique<NetworkManager>(&m_api->network, &m_api->store, fixedClock(m_api->now));
+    manager->setDelegate(&m_api->host);
+    ItemActionVM vm({makeItem(1)}, m_task, manager.get(), QString(), m_users);
+    LogCapture log;
+    std::optional<QImage> picture;
+    if (withPicture)
+        picture = QImage(2, 2, QImage::Format_RGB32);
+
+    QList<bool> results;
+    if (goneBeforeUpdate)
+        manager.reset();
+    vm.update(ItemStatus::ok, std::nullopt, picture, [&](bool success) { results.append(success); });
+    manager.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(!results.isEmpty(), timeoutMs);
+    ApiQueue::shared().waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(results, QList<bool>{false});
+    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
+                 .size(),
+             1);
+}
+
+void TestItemViewModels::itemAndDetailsLines_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<QString>("itemLine");
+    QTest::addColumn<QString>("detailsLine");
+    QTest::newRow("no items") << QStringList{} << ""
+                              << "";
+    QTest::newRow("one item") << QStringList{"Seal"} << "Seal"
+                              << "Seal details";
+    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << ""
+                                 << "Seal\nGauge\nValve";
+}
+
+void TestItemViewModels::itemAndDetailsLines()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, itemLine);
+    QFETCH(QString, detailsLine);
+    for (int i = 0; i < names.size(); ++i)
+        m_task->itemList.items.append(namedItem(i + 1, names.at(i)));
+    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"), m_users);
+    QCOMPARE(vm.itemLine(), itemLine);
+    QCOMPARE(vm.detailsLine(), detailsLine);
+}
+
+void TestItemViewModels::block_data()
+{
+    QTest::addColumn<QString>("reason"); // "<none>" for absent
+    QTest::addColumn<bool>("withPicture");
+    QTest::addColumn<BlockTaskVM::Outcome>("outcome");
+    QTest::addColumn<QString>("sentText"); // text of the posted comment
+    using O = BlockTaskVM::Outcome;
+    QTest::newRow("nothing at all") << "<none>" << false << O::blockedWithoutComment << "";
+    QTest::newRow("empty reason") << "" << false << O::blockedWithoutComment << "";
+    QTest::newRow("one blank") << " " << false << O::blockedWithoutComment << "";
+    QTest::newRow("two blanks are a reason") << "  " << false << O::blocked << "  ";
+    QTest::newRow("a reason") << "Gate locked" << false << O::blocked << "Gate locked";
+    QTest::newRow("picture without reason") << "<none>" << true << O::blocked << " ";
+    QTest::newRow("picture and reason") << "Flooded" << true << O::blocked << "Flooded";
+}
+
+void TestItemViewModels::block()
+{
+    QFETCH(QString, reason);
+    QFETCH(bool, withPicture);
+    QFETCH(BlockTaskVM::Outcome, outcome);
+    QFETCH(QString, sentText);
+
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    std::optional<QImage> picture;
+    if (withPicture) {
+        picture = QImage(4, 4, QImage::Format_RGB32);
+        picture->fill(Qt::gray);
+    }
+    std::optional<BlockTaskVM::Outcome> result;
+    vm.block(reason == QLatin1String("<none>") ? std::nullopt : std::optional(reason), picture,
+             [&](BlockTaskVM::Outcome o) { result = o; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
+    QCOMPARE(*result, outcome);
+
+    const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
+    if (outcome == BlockTaskVM::Outcome::blockedWithoutComment) {
+        QCOMPARE(posted.size(), 0);
+        return;
+    }
+    QCOMPARE(posted.size(), 1);
+    const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
+    QCOMPARE(body.value("text").toString(), sentText);
+    QCOMPARE(body.value("is_incident").toBool(), true);
+    QCOMPARE(body.value("task_id").toInteger(), 5);
+    QCOMPARE(body.value("user_id").toInteger(), 7);
+    QCOMPARE(body.value("media_path").isNull(), !withPicture);
+}
+
+void TestItemViewModels::failedCommentIsNotABlock()
+{
+    m_api->server.on("POST", "/api/comment", CannedResponse{500, {}});
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    std::optional<BlockTaskVM::Outcome> result;
+    vm.block(QStringLiteral("Gate locked"), std::nullopt, [&](BlockTaskVM::Outcome o) { result = o; });
+    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
+    QCOMPARE(*result, BlockTaskVM::Outcome::failed);
+}
+
+bool TestItemViewModels::fetch()
 {
     std::optional<bool> ok;
     m_vm->fetchItems([&](bool success) { ok = success; });
     return QTest::qWaitFor([&] { return ok.has_value(); }, timeoutMs) && *ok;
 }
 
-void TestItemsVM::fetchReplacesItemsAndKeepsFilter()
+void TestItemViewModels::fetchReplacesItemsAndKeepsFilter()
 {
     m_task->itemList.filterData.status = ItemStatus::open;
     m_api->server.on(
@@ -78,7 +320,7 @@ void TestItemsVM::fetchReplacesItemsAndKeepsFilter()
     QCOMPARE(m_task->itemList.filteredItems().size(), 1);
 }
 
-void TestItemsVM::failedFetchKeepsEarlierItems()
+void TestItemViewModels::failedFetchKeepsEarlierItems()
 {
     m_api->server.on("GET", "/api/items/taskId/5", CannedResponse{200, answer(QJsonArray{itemJson(1, 5, "Seal", 3)})});
     QVERIFY(fetch());
@@ -92,22 +334,22 @@ void TestItemsVM::failedFetchKeepsEarlierItems()
              1);
 }
 
-void TestItemsVM::selectionIsByIdWithoutDuplicates()
+void TestItemViewModels::selectionIsByIdWithoutDuplicates()
 {
-    const ItemPtr a = makeItem(1, "A", ItemStatus::open);
-    const ItemPtr b = makeItem(2, "B", ItemStatus::open);
-    const ItemPtr aCopy = makeItem(1, "A again", ItemStatus::open);
+    const ItemPtr a = itemOf(1, "A", ItemStatus::open);
+    const ItemPtr b = itemOf(2, "B", ItemStatus::open);
+    const ItemPtr aCopy = itemOf(1, "A again", ItemStatus::open);
     m_vm->select(a, true);
     m_vm->select(b, true);
     m_vm->select(aCopy, true); // same id: ignored
     QCOMPARE(m_vm->selectedItems(), (QList<ItemPtr>{a, b}));
-    m_vm->select(makeItem(3, "C", ItemStatus::open), false); // not selected: no change
+    m_vm->select(itemOf(3, "C", ItemStatus::open), false); // not selected: no change
     QCOMPARE(m_vm->selectedItems().size(), 2);
     m_vm->select(aCopy, false); // removal by id
     QCOMPARE(m_vm->selectedItems(), QList<ItemPtr>{b});
 }
 
-void TestItemsVM::qrMatch_data()
+void TestItemViewModels::qrMatch_data()
 {
     QTest::addColumn<QString>("scanned"); // "<none>" for an absent scan
     QTest::addColumn<ItemStatus>("filter");
@@ -131,7 +373,7 @@ void TestItemsVM::qrMatch_data()
                                                                  << "" << qint64(3);
 }
 
-void TestItemsVM::qrMatch()
+void TestItemViewModels::qrMatch()
 {
     QFETCH(QString, scanned);
     QFETCH(ItemStatus, filter);
@@ -141,10 +383,10 @@ void TestItemsVM::qrMatch()
     QFETCH(qint64, mappedId);
 
     m_task->itemList.items
-        = {makeItem(1, "Gauge", ItemStatus::ok, QStringLiteral("CP-1")),
-           makeItem(2, "Seal", ItemStatus::open, QStringLiteral("CP-1")),
-           makeItem(3, "Valve", ItemStatus::open, QStringLiteral("CP-2")),
-           makeItem(4, "Hatch", ItemStatus::nok, QStringLiteral("CP-3")), makeItem(5, "Fence", ItemStatus::open)};
+        = {itemOf(1, "Gauge", ItemStatus::ok, QStringLiteral("CP-1")),
+           itemOf(2, "Seal", ItemStatus::open, QStringLiteral("CP-1")),
+           itemOf(3, "Valve", ItemStatus::open, QStringLiteral("CP-2")),
+           itemOf(4, "Hatch", ItemStatus::nok, QStringLiteral("CP-3")), itemOf(5, "Fence", ItemStatus::open)};
     m_task->itemList.filterData.status = filter;
 
     std::optional<QrMatch> match;
@@ -158,5 +400,5 @@ void TestItemsVM::qrMatch()
         QCOMPARE(item->isQRMapped, item->id == mappedId);
 }
 
-QTEST_GUILESS_MAIN(TestItemsVM)
+QTEST_GUILESS_MAIN(TestItemViewModels)
 #include "tst_itemsvm.moc"

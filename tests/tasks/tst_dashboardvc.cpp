@@ -76,21 +76,6 @@ TaskPtr makeTask(TaskStatus status)
     return task;
 }
 
-// The cards of a row as UI automation finds them: one accessible item per card
-// on the row's accessibility interface, identified through the model's
-// identifier role.
-QStringList accessibleCards(TaskTableViewCell *row)
-{
-    QStringList identifiers;
-    QAccessibleInterface *table = QAccessible::queryAccessibleInterface(row);
-    for (int i = 0; table && i < table->childCount(); ++i) {
-        QAccessibleTableCellInterface *cell = table->child(i)->tableCellInterface();
-        identifiers.append(
-            row->model()->index(cell->rowIndex(), 0).data(TaskCollectionModel::IdentifierRole).toString());
-    }
-    return identifiers;
-}
-
 QModelIndex cardIndex(TaskTableViewCell *row, int item)
 {
     return row->model()->index(item, 0);
@@ -129,7 +114,6 @@ private slots:
     // Texts and decisions.
     void statusPrompts_data();
     void statusPrompts();
-    void chartData();
 
     // The screen over the loopback server.
     void sectionsHeadersAndCards();
@@ -151,13 +135,14 @@ private:
     void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
     [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     std::unique_ptr<RavelinNavVC> makeHost();
-    // Serves the tasks, shows the host and waits for the two fetches of the
-    // first appearance to be shown; nullptr when that does not happen.
-    std::unique_ptr<RavelinNavVC> loaded(const QJsonArray &tasks);
+    // Serves the tasks, shows a host (m_host) and waits for the two fetches of
+    // the first appearance to be shown; its dashboard, nullptr when that does not happen.
+    RecordingDashboard *loaded(const QJsonArray &tasks);
 
     std::unique_ptr<ApiHarness> m_api;
     NotificationCenter m_center;
     std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestDashboardVC::init()
@@ -170,6 +155,7 @@ void TestDashboardVC::init()
 
 void TestDashboardVC::cleanup()
 {
+    m_host.reset();
     m_log.reset();
     m_api.reset();
     Settings::setCurrent(Settings::defaults());
@@ -180,12 +166,12 @@ std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
     return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard, .shown = false});
 }
 
-std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
+RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
 {
     serveTasks(tasks);
-    auto host = makeHost();
-    host->show();
-    DashboardVC *dashboard = host->dashboard();
+    m_host = makeHost();
+    m_host->show();
+    auto *dashboard = static_cast<RecordingDashboard *>(m_host->dashboard());
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
         const QList<TaskTableViewCell *> rows = dashboard->rows();
@@ -193,45 +179,33 @@ std::unique_ptr<RavelinNavVC> TestDashboardVC::loaded(const QJsonArray &tasks)
             && !dashboard->refreshControl()->isRefreshing() && dashboard->refreshControl()->indicatorBand() == 0
             && std::all_of(rows.begin(), rows.end(), [](const QWidget *row) { return row->isVisible(); });
     };
-    return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
+    return QTest::qWaitFor(ready, timeoutMs) ? dashboard : nullptr;
 }
 
 // Texts and decisions --------------------------------------------------------
 
 void TestDashboardVC::statusPrompts_data()
 {
-    // The prompts' texts are checked on the screen, in statusChanges.
+    // The prompts' texts are checked on the screen, in statusChanges; which cards
+    // show the acknowledge button in tst_dashboardvm rolesOfACard.
     QTest::addColumn<TaskStatus>("status");
     QTest::addColumn<qint64>("newStatusId"); // 0: no prompt, the task opens at once
-    QTest::addColumn<bool>("acknowledgeButton");
-    QTest::newRow("assigned") << TaskStatus::assigned << qint64(3) << true;
-    QTest::newRow("acknowledged") << TaskStatus::acknowledged << qint64(4) << false;
-    QTest::newRow("blocked") << TaskStatus::blocked << qint64(4) << false;
-    QTest::newRow("in progress") << TaskStatus::in_progress << qint64(0) << false;
-    QTest::newRow("completed") << TaskStatus::complete << qint64(0) << false;
-    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0) << false;
+    QTest::newRow("assigned") << TaskStatus::assigned << qint64(3);
+    QTest::newRow("acknowledged") << TaskStatus::acknowledged << qint64(4);
+    QTest::newRow("blocked") << TaskStatus::blocked << qint64(4);
+    QTest::newRow("in progress") << TaskStatus::in_progress << qint64(0);
+    QTest::newRow("completed") << TaskStatus::complete << qint64(0);
+    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0);
 }
 
 void TestDashboardVC::statusPrompts()
 {
     QFETCH(TaskStatus, status);
     QFETCH(qint64, newStatusId);
-    QFETCH(bool, acknowledgeButton);
     const TaskPtr task = makeTask(status);
     QCOMPARE(DashboardTexts::promptsBeforeOpening(status), newStatusId != 0);
     const std::optional<StatusPrompt> prompt = DashboardTexts::statusPrompt(*task);
     QCOMPARE(prompt ? prompt->newStatusId : 0, newStatusId);
-    QCOMPARE(DashboardTexts::showsAcknowledgeButton(*task), acknowledgeButton);
-}
-
-void TestDashboardVC::chartData()
-{
-    // The overall chart's slices are checked on the screen, in sectionsHeadersAndCards.
-    TaskProgress progress;
-    progress.ok = 3;
-    progress.nok = 1;
-    progress.open = 4;
-    QCOMPARE(DashboardTexts::itemsChart(progress).values, (QList<int>{3, 1, 4}));
 }
 
 // The screen -----------------------------------------------------------------
@@ -241,14 +215,12 @@ void TestDashboardVC::sectionsHeadersAndCards()
     const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 3}},
                             QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 4}}};
-    auto host = loaded({taskJson(1, "Valve A", 4, 1, "2026-11-01T08:00:00.000Z", 3, counts),
-                        taskJson(2, "Valve B", 4, 2, "2026-11-02T08:00:00.000Z", 3),
-                        taskJson(3, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
-                        taskJson(4, "Tank D", 6, 3, "2026-11-04T08:00:00.000Z", 99)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
-    grabShot(*host, QStringLiteral("dashboard"));
-    QCOMPARE(dashboard->tableView()->objectName(), QStringLiteral("TasksDashboardTableView"));
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4, 1, "2026-11-01T08:00:00.000Z", 3, counts),
+                                            taskJson(2, "Valve B", 4, 2, "2026-11-02T08:00:00.000Z", 3),
+                                            taskJson(3, "Meter C", 2, 0, "2026-11-03T08:00:00.000Z", 1),
+                                            taskJson(4, "Tank D", 6, 3, "2026-11-04T08:00:00.000Z", 99)});
+    QVERIFY(dashboard);
+    grabShot(*m_host, QStringLiteral("dashboard"));
 
     QStringList headers;
     for (QLabel *label : dashboard->sectionHeaderLabels())
@@ -256,30 +228,20 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QCOMPARE(headers, (QStringList{"ASSIGNED (1 task)", "IN PROGRESS (2 task)", "COMPLETED (1 task)"}));
 
     // One row per section; newest first within a section (the default sort); an
-    // unknown category shows as the first one. Cards are found among the
-    // accessible items by their identifiers, and read through the model.
-    QStringList rows;
-    QStringList identifiers;
+    // unknown category shows as the first one. What a card reads and how
+    // automation finds it: tst_dashboardvm rolesOfACard and
+    // tst_accessibility listItemsCarryNamesAndIdentifiers.
     QStringList cards;
     for (TaskTableViewCell *row : dashboard->rows()) {
-        rows.append(row->objectName());
-        identifiers += accessibleCards(row);
         for (int item = 0; item < row->count(); ++item) {
             const QModelIndex card = cardIndex(row, item);
-            cards.append(QStringList{card.data().toString(), card.data(TaskCollectionModel::CategoryRole).toString(),
-                                     card.data(TaskCollectionModel::PriorityRole).toString(),
-                                     card.data(TaskCollectionModel::ProgressRole).toString()}
-                             .join(QLatin1Char('|')));
+            cards.append(card.data().toString() + QLatin1Char('|')
+                         + card.data(TaskCollectionModel::CategoryRole).toString());
         }
     }
-    QCOMPARE(rows, (QStringList{"statusCell_Assigned", "statusCell_InProgress", "statusCell_Completed"}));
-    QCOMPARE(identifiers, (QStringList{"task_assigned", "task_in_progress", "task_in_progress", "task_complete"}));
-    QCOMPARE(cards,
-             (QStringList{"Meter C|Meters|Highest|0", "Valve B|Pumps|Medium|0", "Valve A|Pumps|High|50",
-                          "Tank D|All|Low|0"}));
+    QCOMPARE(cards, (QStringList{"Meter C|Meters", "Valve B|Pumps", "Valve A|Pumps", "Tank D|All"}));
 
     QCOMPARE(sliceValues(dashboard->pieChartView()), (QList<int>{0, 1, 0, 2, 0, 1}));
-    QCOMPARE(dashboard->pieChartView()->centerText(), QStringLiteral("Tasks"));
     QVERIFY(dashboard->headerView()->isVisible());
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }
@@ -322,11 +284,10 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QJsonArray tasks;
     for (int status = 1; status <= 6; ++status)
         tasks.append(taskJson(status, QStringLiteral("Task %1").arg(status), status));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     // One section per status, in the order of the statuses; which cards show the
-    // button: statusPrompts and tst_taskcollectionmodel.
+    // button: statusPrompts and tst_dashboardvm rolesOfACard.
     QCOMPARE(dashboard->rows().size(), 6);
 
     // Held down, the painted button looks pressed; let go on it, it asks.
@@ -339,7 +300,12 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     QVERIFY(!dashboard->cardPainter()->pressedIndex().isValid());
     QCOMPARE(topAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
     QCOMPARE(topAlert(dashboard).value(2), QStringLiteral("Yes/No"));
-    // Asked at once: nothing was loaded or sent.
+    // Asked at once: nothing was loaded or sent, not even by the time a later
+    // refresh has been answered.
+    QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("No")));
+    const int fetches = requests(tasksPath);
+    dashboard->pullToRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) > fetches && answersTaken(m_api->network), timeoutMs);
     QCOMPARE(requests(QStringLiteral("/api/items/taskId/2")), 0);
     QCOMPARE(requests(QStringLiteral("/api/task/2")), 0);
 }
@@ -368,9 +334,8 @@ void TestDashboardVC::statusChanges()
     changed["updaterUserId"] = 7;
     m_api->server.on("PUT", taskPath, CannedResponse{200, answer(changed)});
     m_api->server.on("GET", "/api/items/taskId/8", CannedResponse{200, answer(QJsonArray{itemJson(1, 8, "Seal", 3)})});
-    auto host = loaded({taskJson(8, "Pump", statusId, 2, "2026-11-01T08:00:00.000Z", 3)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(8, "Pump", statusId, 2, "2026-11-01T08:00:00.000Z", 3)});
+    QVERIFY(dashboard);
     TaskTableViewCell *row = dashboard->rows().first();
     const TaskPtr task = row->tasks().first();
     const int fetches = requests(tasksPath);
@@ -391,7 +356,7 @@ void TestDashboardVC::statusChanges()
         QCOMPARE(dashboard->senders, QList<TaskPtr>{task});
         QCOMPARE(task->itemList.items.size(), 1);
         // The destination is now on top of the dashboard.
-        QCOMPARE(host->screens().size(), 2);
+        QCOMPARE(m_host->screens().size(), 2);
         QCOMPARE(requests(tasksPath), fetches);
     } else {
         QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
@@ -403,22 +368,21 @@ void TestDashboardVC::statusChanges()
 void TestDashboardVC::itemsFailureAlert()
 {
     m_api->server.on("GET", "/api/items/taskId/8", CannedResponse{500, {}});
-    auto host = loaded({taskJson(8, "Pump", 4)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(8, "Pump", 4)});
+    QVERIFY(dashboard);
+    AlertLog alerts;
     tap(dashboard->rows().first(), 0);
-    QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard), (QStringList{"Items Loading", "Couldn't load task items", ""}),
-                              timeoutMs);
+    QCOMPARE(alerts.waitForTitle(), QStringLiteral("Items Loading"));
+    QCOMPARE(alerts.last(), (QStringList{"Items Loading", "Couldn't load task items", ""}));
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
     QVERIFY(dashboard->segues.isEmpty());
-    QCOMPARE(host->screens().size(), 1);
+    QCOMPARE(m_host->screens().size(), 1);
 }
 
 void TestDashboardVC::fetchFailureAlert()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     m_api->server.on("GET", tasksPath, CannedResponse{500, {}});
     dashboard->refreshAction()->trigger();
     QTRY_COMPARE_WITH_TIMEOUT(topAlert(dashboard),
@@ -438,9 +402,8 @@ void TestDashboardVC::fetchFailureAlert()
 
 void TestDashboardVC::taskEventAlertThenRefresh()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     // Not an event: nothing happens.
     m_center.post(NotificationNames::taskEvent, QVariant(42));
     QCOMPARE(topAlert(dashboard), QStringList());
@@ -461,9 +424,8 @@ void TestDashboardVC::taskEventAlertThenRefresh()
 
 void TestDashboardVC::panelButtonSwipeAndFilter()
 {
-    auto host = loaded({taskJson(1, "Valve A", 4)});
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded({taskJson(1, "Valve A", 4)});
+    QVERIFY(dashboard);
     DashboardHeaderView *header = dashboard->headerView();
     // The button passes its state from before the tap, then flips.
     QTest::mouseClick(header->panelButton(), Qt::LeftButton);
@@ -495,9 +457,8 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     QJsonArray tasks;
     for (int id = 1; id <= 5; ++id)
         tasks.append(taskJson(id, QStringLiteral("Valve %1").arg(id), 4));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    auto *dashboard = static_cast<RecordingDashboard *>(host->dashboard());
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     TaskTableViewCell *strip = dashboard->rows().first();
     QCOMPARE(strip->count(), 5);
 
@@ -539,9 +500,8 @@ void TestDashboardVC::wheelAndTapsAsOnAPhone()
         tasks.append(taskJson(id, QStringLiteral("Valve %1").arg(id), 2));
     for (int status = 3; status <= 5; ++status)
         tasks.append(taskJson(10 + status, QStringLiteral("Pump %1").arg(status), status));
-    auto host = loaded(tasks);
-    QVERIFY(host);
-    DashboardVC *dashboard = host->dashboard();
+    RecordingDashboard *dashboard = loaded(tasks);
+    QVERIFY(dashboard);
     RefreshableScrollArea *page = dashboard->refreshControl();
     TaskTableViewCell *strip = dashboard->rows().first();
     QScrollBar *sideways = strip->horizontalScrollBar();
@@ -618,7 +578,7 @@ void TestDashboardVC::closingWhileFetching()
     QVERIFY(dashboard.isNull());
     // The answers arrive after everything is gone.
     QTRY_VERIFY_WITH_TIMEOUT(answered->load() >= 1, timeoutMs);
-    QTest::qWait(200);
+    QTRY_VERIFY_WITH_TIMEOUT(answersTaken(m_api->network), timeoutMs);
     QVERIFY(m_log->linesStartingWith(QStringLiteral("Fetched ")).isEmpty());
 }
 

@@ -3,11 +3,17 @@
 #include "api/settings.h"
 #include "support/fatalerrortrap.h"
 #include "tasks/task.h"
+#include "tasks/taskpriority.h"
+#include "tasks/taskprogress.h"
+#include "tasks/tasksresponse.h"
+#include "tasks/taskstatus.h"
+#include "tasks/tasksupdateresponse.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+#include <limits>
 
 using namespace ravelin;
 using ravelin::test::FatalErrorRaised;
@@ -64,6 +70,34 @@ QDateTime utc(const char *text)
 
 constexpr int stopsTheProcess = -1;
 
+const QList<TaskCategoryDefinition> s_answerCategories{{0, QStringLiteral("All")}, {3, QStringLiteral("Pumps")}};
+const json::Options s_options{json::KeyDecoding::convertFromSnakeCase, json::DateDecoding::serverFormat,
+                              &s_answerCategories};
+
+QByteArray task(int id, const char *name = "Task")
+{
+    return QStringLiteral(R"({"id":%1,"name":"%2","description":"","latitude":1.5,"longitude":2.5,"ownerId":7,
+        "assignedUserId":7,"updaterUserId":null,"dateScheduled":null,"dateCreated":"2026-01-05T08:00:00.000+0000",
+        "taskStatusId":2,"taskCategoryId":3,"priority":2})")
+        .arg(id)
+        .arg(QLatin1String(name))
+        .toUtf8();
+}
+
+// A tasks answer with the given tasks under "data".
+QByteArray answer(const QList<QByteArray> &tasks, bool success = true)
+{
+    return "{\"success\":" + QByteArray(success ? "true" : "false") + ",\"data\":[" + tasks.join(',') + "]}";
+}
+
+QStringList names(const TasksResponse &response)
+{
+    QStringList out;
+    for (const TaskPtr &t : response.data)
+        out.append(t->name);
+    return out;
+}
+
 } // namespace
 
 class TestTask : public QObject
@@ -78,6 +112,17 @@ private slots:
     void decodingErrors();
     void categoryLookup();
     void encodesUnderFieldNames();
+    void statusServerIds();
+    void priorityWireValuesAndRanks();
+    void textsMatchExactly();
+    void fromCounts_data();
+    void fromCounts();
+    void overflowingSumStopsTheProcess();
+    void decodesTasksInServerOrder();
+    void envelopeErrors_data();
+    void envelopeErrors();
+    void updateResponseReadsTheTaskUnderData();
+    void answersInARowShareNothing();
 };
 
 void TestTask::decodesEveryField()
@@ -229,6 +274,155 @@ void TestTask::encodesUnderFieldNames()
     for (const char *key : {"latitude", "longitude", "assignedUserId", "updaterUserId", "dateScheduled", "dateUpdated"})
         QVERIFY2(!bare.contains(QLatin1String(key)), key);
     QCOMPARE(bare["currentStatus"].toString(), "Unassigned");
+}
+
+// Texts and ids round-trip; which id is which status is checked where the
+// server's tasks are shown (tst_dashboardvc, tst_dashboardvm).
+void TestTask::statusServerIds()
+{
+    QCOMPARE(TaskStatuses::allCases().size(), 6);
+    for (const TaskStatus status : TaskStatuses::allCases()) {
+        QCOMPARE(TaskStatuses::fromServerId(TaskStatuses::serverId(status)), status);
+        QCOMPARE(TaskStatuses::fromRawValue(TaskStatuses::rawValue(status)), std::optional(status));
+    }
+    FatalErrorTrap trap;
+    // The last one would be id 1 if cut down to 32 bits.
+    for (qint64 outOfRange : {qint64(0), qint64(7), (qint64(1) << 32) + 1})
+        QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskStatuses::fromServerId(outOfRange));
+}
+
+// The wire values are checked in the query (tst_apidata queryItems), the ranks in sorting (tst_dashboardvm
+// sortedTasks).
+void TestTask::priorityWireValuesAndRanks()
+{
+    QCOMPARE(TaskPriorities::allCases().size(), 5);
+    for (const TaskPriority priority : TaskPriorities::allCases()) {
+        QCOMPARE(TaskPriorities::fromWireValue(TaskPriorities::wireValue(priority)), priority);
+        QCOMPARE(TaskPriorities::fromRawValue(TaskPriorities::rawValue(priority)), std::optional(priority));
+    }
+    FatalErrorTrap trap;
+    for (qint64 outOfRange : {qint64(-1), qint64(5)})
+        QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskPriorities::fromWireValue(outOfRange));
+}
+
+void TestTask::textsMatchExactly()
+{
+    // The case name is not the text; case and blanks count.
+    for (const char *text : {"Complete", "in progress", "Blocked ", "high", ""}) {
+        QVERIFY2(!TaskStatuses::fromRawValue(QString::fromLatin1(text)), text);
+        QVERIFY2(!TaskPriorities::fromRawValue(QString::fromLatin1(text)), text);
+    }
+}
+
+void TestTask::fromCounts_data()
+{
+    QTest::addColumn<QList<ItemsCount>>("counts");
+    QTest::addColumn<TaskProgress>("expected");
+    // expected: total, open, ok, nok
+    QTest::newRow("no entries") << QList<ItemsCount>{} << TaskProgress{0, 0, 0, 0};
+    QTest::newRow("open first") << QList<ItemsCount>{{3, 4}, {2, 1}, {1, 3}} << TaskProgress{50, 4, 3, 1};
+    QTest::newRow("only open") << QList<ItemsCount>{{3, 7}} << TaskProgress{0, 7, 0, 0};
+    QTest::newRow("nothing open") << QList<ItemsCount>{{1, 2}, {2, 5}} << TaskProgress{100, 0, 2, 5};
+    QTest::newRow("percentage truncates") << QList<ItemsCount>{{1, 199}, {3, 1}} << TaskProgress{99, 1, 199, 0};
+    // Only the first entry per status is kept, but every entry counts in the sum.
+    QTest::newRow("duplicates") << QList<ItemsCount>{{1, 2}, {3, 2}, {1, 4}, {3, 4}} << TaskProgress{83, 2, 2, 0};
+    // Ids of no kept status (4 is "all", 9 is unknown) still count in the sum.
+    QTest::newRow("other ids") << QList<ItemsCount>{{3, 1}, {4, 1}, {9, 2}} << TaskProgress{75, 1, 0, 0};
+}
+
+void TestTask::fromCounts()
+{
+    QFETCH(QList<ItemsCount>, counts);
+    QFETCH(TaskProgress, expected);
+    QCOMPARE(TaskProgress::fromCounts(counts), expected);
+}
+
+void TestTask::overflowingSumStopsTheProcess()
+{
+    constexpr qint64 max = std::numeric_limits<qint64>::max();
+    FatalErrorTrap trap;
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskProgress::fromCounts({{1, max}, {3, 1}}));
+    // The sum fits, the percentage arithmetic does not.
+    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskProgress::fromCounts({{1, max / 10}}));
+}
+
+void TestTask::decodesTasksInServerOrder()
+{
+    TaskPtr kept;
+    QString copied;
+    {
+        const auto r = json::decode<TasksResponse>(answer({task(9, "Valves"), task(4, "Meters")}), s_options);
+        QVERIFY(r.success);
+        QCOMPARE(names(r), (QStringList{"Valves", "Meters"}));
+        QCOMPARE(r.data.at(1)->taskCategory, (TaskCategoryDefinition{3, "Pumps"}));
+        kept = r.data.at(1);
+        copied = r.data.at(0)->name;
+    }
+    // The tasks of an answer share their storage; any one of them, and any
+    // string taken from them, outlives the rest, and a change stays its own.
+    copied += QStringLiteral(" and seals");
+    QCOMPARE(copied, QStringLiteral("Valves and seals"));
+    QCOMPARE(kept->name, QStringLiteral("Meters"));
+    kept->name.append(QLatin1Char('!'));
+    QCOMPARE(kept->name, QStringLiteral("Meters!"));
+
+    const auto empty = json::decode<TasksResponse>(answer({}, false), s_options);
+    QVERIFY(!empty.success);
+    QVERIFY(empty.data.isEmpty());
+}
+
+void TestTask::envelopeErrors_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("no success") << QByteArray(R"({"data":[]})");
+    QTest::newRow("no data") << QByteArray(R"({"success":true})");
+    QTest::newRow("data is an object") << QByteArray("{\"success\":true,\"data\":" + task(1) + "}");
+    QTest::newRow("one bad task fails all") << answer({task(1), "{\"id\":2}"});
+}
+
+void TestTask::envelopeErrors()
+{
+    QFETCH(QByteArray, body);
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)json::decode<TasksResponse>(body, s_options));
+}
+
+void TestTask::updateResponseReadsTheTaskUnderData()
+{
+    const auto r = json::decode<TasksUpdateResponse>("{\"success\":true,\"data\":" + task(12, "Gate") + "}", s_options);
+    QVERIFY(r.success);
+    QVERIFY(r.task);
+    QCOMPARE(r.task->name, "Gate");
+    try {
+        (void)json::decode<TasksUpdateResponse>("{\"success\":true,\"task\":" + task(12) + "}", s_options);
+        QFAIL("decoding succeeded");
+    } catch (const json::DecodingError &error) {
+        QCOMPARE(error.kind(), json::DecodingError::Kind::keyNotFound);
+    }
+}
+
+// Parsers are kept per thread between documents: an answer must never see
+// anything of the one before, also after a failed or an over-large answer, and a
+// document parsed while another is alive gets a parser of its own.
+void TestTask::answersInARowShareNothing()
+{
+    QList<QByteArray> many;
+    for (int i = 0; i < 30000; ++i)
+        many.append(task(1000 + i, "Large answer task with a long enough name to grow the parser"));
+    const QByteArray large = answer(many);
+    QVERIFY(large.size() > 8 * 1024 * 1024);
+
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError, (void)json::decode<TasksResponse>("{\"success\":tr", s_options));
+    const auto afterFailure = json::decode<TasksResponse>(answer({task(3, "Third")}, false), s_options);
+    QCOMPARE(names(afterFailure), QStringList{"Third"});
+    QVERIFY(!afterFailure.success);
+    QCOMPARE(json::decode<TasksResponse>(large, s_options).data.size(), 30000);
+    const auto afterLarge = json::decode<TasksResponse>(answer({task(1, "First"), task(2, "Second")}), s_options);
+    QCOMPARE(names(afterLarge), (QStringList{"First", "Second"}));
+
+    json::Document outer(s_options);
+    const json::Value root = outer.parse(answer({task(5, "Outer")}));
+    QCOMPARE(names(json::decode<TasksResponse>(answer({task(6, "Inner")}), s_options)), QStringList{"Inner"});
+    QCOMPARE(names(TasksResponse::decode(root)), QStringList{"Outer"});
 }
 
 QTEST_GUILESS_MAIN(TestTask)

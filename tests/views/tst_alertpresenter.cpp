@@ -1,18 +1,32 @@
 #include "views/alertpresenter.h"
 
+#include "host/notificationcenter.h"
 #include "support/fatalerrortrap.h"
 #include "support/shots.h"
 #include "views/alertview.h"
+#include "views/attributedtext.h"
+#include "views/keyboardnotifier.h"
+#include "views/keyboardobserving.h"
+#include "views/textlimit.h"
+#include "views/textviewwithplaceholder.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QList>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextFragment>
+#include <QTextImageFormat>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <memory>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -49,6 +63,75 @@ QStringList labelTexts(const QWidget *widget)
     return texts;
 }
 
+QImage square(const QColor &color)
+{
+    QImage image(12, 12, QImage::Format_ARGB32);
+    image.fill(color);
+    return image;
+}
+
+QString throughDocument(const QString &html)
+{
+    QTextDocument document;
+    document.setHtml(html);
+    return document.toPlainText();
+}
+
+QString units(qsizetype count, QChar fill = QLatin1Char('a'))
+{
+    return QString(count, fill);
+}
+
+// U+1F600, two UTF-16 units.
+const QString grinningFace = QString::fromUtf8("\xF0\x9F\x98\x80");
+
+const QString placeholder = QStringLiteral("Provide a reason for blocking the task");
+// U+1F600, two UTF-16 units.
+
+// A shown window with the text view and a second field that has the focus.
+struct Form
+{
+    QWidget window;
+    TextViewWithPlaceholder *textView = new TextViewWithPlaceholder(&window);
+    QLineEdit *other = new QLineEdit(&window);
+
+    Form()
+    {
+        window.resize(390, 240);
+        auto *layout = new QVBoxLayout(&window);
+        textView->setPlaceholderText(placeholder);
+        layout->addWidget(textView);
+        layout->addWidget(other);
+        other->setFocus();
+        window.show();
+        window.activateWindow();
+    }
+
+    [[nodiscard]] bool focus(QWidget *widget)
+    {
+        widget->setFocus();
+        return QTest::qWaitFor([widget] { return widget->hasFocus(); }, 2000);
+    }
+
+    // Shows the placeholder the way an empty, unfocused view must.
+    [[nodiscard]] bool showsPlaceholder() const
+    {
+        return textView->showingPlaceholder() && textView->toPlainText() == placeholder
+            && textView->textColor() == textView->placeholderTextColor() && textView->text().isEmpty();
+    }
+};
+
+class Screen : public KeyboardObserving
+{
+public:
+    QList<QRectF> shown;
+    int hidden = 0;
+
+protected:
+    void keyboardWillShow(const QRectF &endFrame) override { shown.append(endFrame); }
+    void keyboardWillHide() override { ++hidden; }
+};
+
 } // namespace
 
 class tst_AlertPresenter : public QObject
@@ -66,6 +149,24 @@ private slots:
     void transientCompletionDoesNotOutliveItsHost();
     void attributedMessageShowsItsText();
     void missingHostStopsTheProcess();
+    void plainTextJoinsRunsAndMarksImages();
+    void appendKeepsTheOrderOfBothTexts();
+    void htmlEscapesStylesAndKeepsBlanks();
+    void insertIntoCarriesFontsColoursAndImages();
+    void evaluate_data();
+    void evaluate();
+    void rangeOutsideTheTextIsClamped();
+    void finalText_data();
+    void finalText();
+    void difference_data();
+    void difference();
+    void placeholderShowsWhileEmptyAndUnfocused();
+    void setTextLeavesThePlaceholderStateAlone();
+    void editsKeepToTheLimit_data();
+    void editsKeepToTheLimit();
+    void showAndHideReachTheScreenOnce();
+    void removedOrDestroyedScreensHearNothing();
+    void notifierPostsOnlyChanges();
 };
 
 void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
@@ -84,7 +185,6 @@ void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
     AlertView *found = AlertPresenter::visibleAlert(window.screen);
     QCOMPARE(found, shown);
     QVERIFY(found->isVisible());
-    QCOMPARE(found->objectName(), QStringLiteral("alert"));
     QCOMPARE(found->title(), alert.title);
     QCOMPARE(found->message(), alert.message);
     QCOMPARE(found->actionTitles(), (QStringList{"Yes", "No"}));
@@ -284,6 +384,329 @@ void tst_AlertPresenter::missingHostStopsTheProcess()
 {
     FatalErrorTrap trap;
     QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, AlertPresenter::present(nullptr, Alert{}));
+}
+
+void tst_AlertPresenter::plainTextJoinsRunsAndMarksImages()
+{
+    AttributedText text;
+    text.append(QString());
+    QVERIFY(text.isEmpty());
+    text.appendImage(square(Qt::green), QRectF(0, -3, 12, 12));
+    text.append(QStringLiteral("Valve V-3\n"));
+    // An image that failed to load still takes its place.
+    text.appendImage(QImage(), QRectF(0, -3, 12, 12));
+    text.append(QStringLiteral("Gauge G-7\n"));
+
+    const QString expected = QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Valve V-3\n")
+        + QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Gauge G-7\n");
+    QCOMPARE(text.plainText(), expected);
+    QCOMPARE(text.length(), expected.size());
+    QCOMPARE(text.runs().size(), 4);
+    QVERIFY(text.runs().at(0).isImage());
+    QVERIFY(!text.runs().at(1).isImage());
+}
+
+void tst_AlertPresenter::appendKeepsTheOrderOfBothTexts()
+{
+    QFont light;
+    light.setWeight(QFont::ExtraLight);
+    AttributedText heading(QStringLiteral("\n Items:\n\n"), light);
+    heading.append(AttributedText(QStringLiteral("A\nB")));
+    QCOMPARE(heading.plainText(), QStringLiteral("\n Items:\n\nA\nB"));
+    QCOMPARE(heading.runs().at(0).font, std::optional<QFont>(light));
+    QVERIFY(!heading.runs().at(1).font.has_value());
+}
+
+void tst_AlertPresenter::htmlEscapesStylesAndKeepsBlanks()
+{
+    QFont font;
+    font.setFamilies({QStringLiteral("DejaVu Sans")});
+    font.setPointSize(12);
+    font.setWeight(QFont::Light);
+    const QString html = AttributedText(QStringLiteral("a<b> & c"), font, QColor(255, 0, 0)).toHtml();
+    for (const char *part :
+         {"a&lt;b&gt; &amp; c", "font-size:12pt", "font-weight:300", "color:#ffff0000", "'DejaVu Sans'"})
+        QVERIFY2(html.contains(QLatin1String(part)), qPrintable(html));
+
+    AttributedText withImage;
+    withImage.appendImage(square(Qt::red), QRectF(0, 0, 12, 12));
+    withImage.append(QStringLiteral("x"));
+    QCOMPARE(throughDocument(withImage.toHtml()), QStringLiteral("x"));
+
+    const QString blanks = QStringLiteral("\n  The task status Pump was changed\n ");
+    QCOMPARE(throughDocument(AttributedText(blanks).toHtml()), blanks);
+}
+
+void tst_AlertPresenter::insertIntoCarriesFontsColoursAndImages()
+{
+    QFont bold;
+    bold.setWeight(QFont::Bold);
+    AttributedText text;
+    text.appendImage(square(Qt::green), QRectF(0, -2, 14, 14));
+    text.append(QStringLiteral("Item one\n"), bold, QColor(Qt::blue));
+
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    text.insertInto(cursor);
+    QCOMPARE(document.toPlainText(),
+             QString(AttributedText::objectReplacementCharacter) + QStringLiteral("Item one\n"));
+
+    QList<QTextCharFormat> formats;
+    for (QTextBlock::iterator it = document.begin().begin(); !it.atEnd(); ++it)
+        formats.append(it.fragment().charFormat());
+    QVERIFY(formats.size() >= 2);
+    QVERIFY(formats.at(0).isImageFormat());
+    const QTextImageFormat image = formats.at(0).toImageFormat();
+    QCOMPARE(QSizeF(image.width(), image.height()), QSizeF(14, 14));
+    const QVariant resource = document.resource(QTextDocument::ImageResource, QUrl(image.name()));
+    QCOMPARE(resource.value<QImage>().pixelColor(5, 5), QColor(Qt::green));
+    QCOMPARE(formats.at(1).fontWeight(), int(QFont::Bold));
+    QCOMPARE(formats.at(1).foreground().color(), QColor(Qt::blue));
+}
+
+void tst_AlertPresenter::evaluate_data()
+{
+    QTest::addColumn<QString>("current");
+    QTest::addColumn<qsizetype>("start");
+    QTest::addColumn<qsizetype>("length");
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<bool>("allowed");
+    QTest::addColumn<bool>("setsText");
+
+    // The limit is 512 units; the text set at once is the result cut to it.
+    QTest::newRow("typing into 511 units") << units(511) << qsizetype(511) << qsizetype(0) << "b" << true << true;
+    QTest::newRow("typing into 510 units") << units(510) << qsizetype(510) << qsizetype(0) << "b" << true << false;
+    QTest::newRow("paste to 600 units") << units(511) << qsizetype(100) << qsizetype(0) << units(89, QLatin1Char('p'))
+                                        << false << true;
+    QTest::newRow("typing at the limit") << units(512) << qsizetype(512) << qsizetype(0) << "b" << false << true;
+    QTest::newRow("deleting from the limit")
+        << units(512) << qsizetype(511) << qsizetype(1) << QString() << true << false;
+    QTest::newRow("emoji into 510 units")
+        << units(510) << qsizetype(510) << qsizetype(0) << grinningFace << true << true;
+    QTest::newRow("emoji into 511 units")
+        << units(511) << qsizetype(511) << qsizetype(0) << grinningFace << false << true;
+}
+
+void tst_AlertPresenter::evaluate()
+{
+    QFETCH(QString, current);
+    QFETCH(qsizetype, start);
+    QFETCH(qsizetype, length);
+    QFETCH(QString, replacement);
+    QFETCH(bool, allowed);
+    QFETCH(bool, setsText);
+
+    QString expectedResult = current;
+    expectedResult.replace(start, length, replacement);
+    const TextEditDecision decision = TextLimit::evaluate(current, start, length, replacement, 512);
+    QCOMPARE(decision.result, expectedResult);
+    QCOMPARE(decision.allowed, allowed);
+    QCOMPARE(decision.textToSet, setsText ? std::optional(expectedResult.left(512)) : std::nullopt);
+}
+
+void tst_AlertPresenter::rangeOutsideTheTextIsClamped()
+{
+    const TextEditDecision decision = TextLimit::evaluate(QStringLiteral("abc"), 10, 5, QStringLiteral("d"), 512);
+    QCOMPARE(decision.result, QStringLiteral("abcd"));
+    QVERIFY(decision.allowed);
+    QCOMPARE(TextLimit::evaluate(QStringLiteral("abc"), 1, 99, QStringLiteral("X"), 512).result, QStringLiteral("aX"));
+}
+
+void tst_AlertPresenter::finalText_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("result");
+    QTest::addColumn<QString>("expected");
+
+    // Limit 5.
+    QTest::newRow("under the limit") << "ab"
+                                     << "abc"
+                                     << "abc";
+    QTest::newRow("exactly the limit") << "abcd"
+                                       << "abcde"
+                                       << "abcde";
+    QTest::newRow("over the limit is cut") << "ab"
+                                           << "abcdefgh"
+                                           << "abcde";
+    // The cut counts UTF-16 units and may split a surrogate pair.
+    QTest::newRow("cut inside a surrogate pair")
+        << "abcd" << QStringLiteral("abcd") + grinningFace << QStringLiteral("abcd") + grinningFace.left(1);
+}
+
+void tst_AlertPresenter::finalText()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, result);
+    QFETCH(QString, expected);
+    QCOMPARE(TextLimit::evaluate(result, 5).finalText(before), expected);
+}
+
+void tst_AlertPresenter::difference_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<qsizetype>("start");
+    QTest::addColumn<qsizetype>("length");
+    QTest::addColumn<QString>("replacement");
+
+    QTest::newRow("typed in the middle") << "abc"
+                                         << "abXc" << qsizetype(2) << qsizetype(0) << "X";
+    QTest::newRow("deleted") << "abc"
+                             << "ac" << qsizetype(1) << qsizetype(1) << QString();
+    QTest::newRow("replaced") << "hello world"
+                              << "hello there" << qsizetype(6) << qsizetype(5) << "there";
+    QTest::newRow("repeated letter") << "aa"
+                                     << "aaa" << qsizetype(2) << qsizetype(0) << "a";
+    QTest::newRow("cleared") << "abc" << QString() << qsizetype(0) << qsizetype(3) << QString();
+}
+
+void tst_AlertPresenter::difference()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(qsizetype, start);
+    QFETCH(qsizetype, length);
+    QFETCH(QString, replacement);
+    QCOMPARE(TextLimit::difference(before, after), (TextLimit::Change{start, length, replacement}));
+}
+
+void tst_AlertPresenter::placeholderShowsWhileEmptyAndUnfocused()
+{
+    Form form;
+    QVERIFY(QTest::qWaitForWindowActive(&form.window));
+    QCOMPARE(form.textView->maxNoOfCharacters(), qint64(512));
+    QVERIFY(form.showsPlaceholder());
+    grabShot(form.window, QStringLiteral("textview-placeholder"));
+
+    const QColor normalText = form.other->palette().color(QPalette::Text);
+    QSignalSpy showing(form.textView, &TextViewWithPlaceholder::showingPlaceholderChanged);
+    QVERIFY(form.focus(form.textView));
+    QVERIFY(!form.textView->showingPlaceholder());
+    QCOMPARE(form.textView->toPlainText(), QString());
+    QCOMPARE(form.textView->textColor(), normalText);
+    QCOMPARE(showing.count(), 1);
+    QCOMPARE(showing.constFirst().constFirst().toBool(), false);
+
+    // Leaving it empty brings the placeholder back; leaving text keeps it.
+    QVERIFY(form.focus(form.other));
+    QVERIFY(form.showsPlaceholder());
+    QVERIFY(form.focus(form.textView));
+    QTest::keyClicks(form.textView, QStringLiteral("Valve replaced"));
+    QVERIFY(form.focus(form.other));
+    QVERIFY(!form.textView->showingPlaceholder());
+    QCOMPARE(form.textView->text(), QStringLiteral("Valve replaced"));
+    grabShot(form.window, QStringLiteral("textview-typed"));
+}
+
+void tst_AlertPresenter::setTextLeavesThePlaceholderStateAlone()
+{
+    Form form;
+    QVERIFY(QTest::qWaitForWindowActive(&form.window));
+    // Written as it is, without the limit, while the placeholder state stays.
+    form.textView->setMaxNoOfCharacters(4);
+    form.textView->setText(QStringLiteral("written by code"));
+    QVERIFY(form.textView->showingPlaceholder());
+    QCOMPARE(form.textView->toPlainText(), QStringLiteral("written by code"));
+    QCOMPARE(form.textView->text(), QString());
+
+    QVERIFY(form.focus(form.textView));
+    QCOMPARE(form.textView->toPlainText(), QString());
+}
+
+void tst_AlertPresenter::editsKeepToTheLimit_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("inserted");
+
+    QTest::newRow("typing into 512 units") << 512 << 512 << "type"
+                                           << "c";
+    QTest::newRow("pasting to 600 units") << 511 << 100 << "paste" << QString(89, QLatin1Char('p'));
+    QTest::newRow("emoji into 511 units") << 511 << 511 << "insert" << grinningFace;
+}
+
+void tst_AlertPresenter::editsKeepToTheLimit()
+{
+    QFETCH(int, length);
+    QFETCH(int, position);
+    QFETCH(QString, how);
+    QFETCH(QString, inserted);
+
+    Form form;
+    QVERIFY(QTest::qWaitForWindowActive(&form.window));
+    QVERIFY(form.focus(form.textView));
+    const QString start(length, QLatin1Char('a'));
+    form.textView->setText(start);
+    QTextCursor cursor = form.textView->textCursor();
+    cursor.setPosition(position);
+    form.textView->setTextCursor(cursor);
+    if (how == QLatin1String("type")) {
+        QTest::keyClicks(form.textView, inserted);
+    } else if (how == QLatin1String("paste")) {
+        QApplication::clipboard()->setText(inserted);
+        form.textView->paste();
+    } else {
+        form.textView->insertPlainText(inserted);
+    }
+
+    // The first 512 units of the edited text, even when that splits a pair (the cases: tst_alertpresenter evaluate).
+    const QString edited = QString(start).insert(position, inserted);
+    QCOMPARE(form.textView->text().size(), std::min<qsizetype>(edited.size(), 512));
+    QCOMPARE(form.textView->text(), edited.left(512));
+}
+
+void tst_AlertPresenter::showAndHideReachTheScreenOnce()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    screen.addKeyboardObservers(center);
+
+    const QRectF frame(0, 500, 390, 344);
+    center.post(KeyboardNotificationNames::keyboardWillShow, frame);
+    center.post(KeyboardNotificationNames::keyboardWillShow, QStringLiteral("not a frame"));
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+    QCOMPARE(screen.shown, (QList<QRectF>{frame, QRectF()}));
+    QCOMPARE(screen.hidden, 1);
+}
+
+void tst_AlertPresenter::removedOrDestroyedScreensHearNothing()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    screen.removeKeyboardObservers(center);
+    center.post(KeyboardNotificationNames::keyboardWillShow, QRectF(0, 0, 1, 1));
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+    QVERIFY(screen.shown.isEmpty());
+    QCOMPARE(screen.hidden, 0);
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillShow), 0);
+
+    auto gone = std::make_unique<Screen>();
+    gone->addKeyboardObservers(center);
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillHide), 1);
+    gone.reset();
+    QCOMPARE(center.observerCount(KeyboardNotificationNames::keyboardWillHide), 0);
+    center.post(KeyboardNotificationNames::keyboardWillHide);
+}
+
+void tst_AlertPresenter::notifierPostsOnlyChanges()
+{
+    NotificationCenter center;
+    Screen screen;
+    screen.addKeyboardObservers(center);
+    KeyboardNotifier notifier(center, nullptr);
+    const QRectF low(0, 500, 390, 344);
+    const QRectF high(0, 450, 390, 394);
+    notifier.keyboardChanged(false, QRectF()); // hidden while hidden
+    notifier.keyboardChanged(true, low);
+    notifier.keyboardChanged(true, low); // the same frame again
+    notifier.keyboardChanged(true, high);
+    notifier.keyboardChanged(false, QRectF());
+    notifier.keyboardChanged(false, QRectF());
+    QCOMPARE(screen.shown, (QList<QRectF>{low, high}));
+    QCOMPARE(screen.hidden, 1);
 }
 
 QTEST_MAIN(tst_AlertPresenter)

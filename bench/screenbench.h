@@ -1,0 +1,87 @@
+#pragma once
+
+// What the screen benchmarks share: a phone-sized offscreen window, the frame
+// the event loop would paint next, a picture of it on request, the three sizes
+// each benchmark runs at with the best run reported, and main().
+
+#include <QApplication>
+#include <QPixmap>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace ravelin::bench {
+
+struct PhoneWindow
+{
+    // Shown at once, or by show() once the screen is in it.
+    explicit PhoneWindow(bool shown = true)
+    {
+        window.resize(390, 844);
+        layout = new QVBoxLayout(&window);
+        if (shown)
+            show();
+    }
+
+    void show()
+    {
+        window.show();
+        QCoreApplication::processEvents();
+    }
+
+    // Layouts run through posted events, one posting the next (the list grows,
+    // then its scroll area follows): what the event loop does before the next
+    // frame, and the frame.
+    void frame()
+    {
+        for (int pass = 0; pass < 3; ++pass)
+            QCoreApplication::sendPostedEvents();
+        last = window.grab();
+    }
+
+    // The last frame as <RAVELIN_BENCH_SHOTS>/<name>-<size>.png, when that is set.
+    void saveShot(const char *name, benchmark::State &state) const
+    {
+        if (qEnvironmentVariableIsSet("RAVELIN_BENCH_SHOTS"))
+            last.save(QStringLiteral("%1/%2-%3.png")
+                          .arg(qEnvironmentVariable("RAVELIN_BENCH_SHOTS"), QString::fromLatin1(name))
+                          .arg(state.range(0)));
+    }
+
+    QWidget window;
+    QVBoxLayout *layout = nullptr;
+    QPixmap last;
+};
+
+inline double minimum(const std::vector<double> &v)
+{
+    return *std::min_element(v.begin(), v.end());
+}
+
+} // namespace ravelin::bench
+
+// A screen benchmark at three sizes, in milliseconds, with the best run.
+#define RAVELIN_SCREEN_BENCHMARK(function, small, medium, large)                                                       \
+    BENCHMARK(function)                                                                                                \
+        ->Arg(small)                                                                                                   \
+        ->Arg(medium)                                                                                                  \
+        ->Arg(large)                                                                                                   \
+        ->ComputeStatistics("min", ravelin::bench::minimum)                                                            \
+        ->Unit(benchmark::kMillisecond)
+
+#define RAVELIN_SCREEN_BENCHMARK_MAIN()                                                                                \
+    int main(int argc, char **argv)                                                                                    \
+    {                                                                                                                  \
+        qputenv("QT_QPA_PLATFORM", "offscreen");                                                                       \
+        QApplication app(argc, argv);                                                                                  \
+        benchmark::Initialize(&argc, argv);                                                                            \
+        if (benchmark::ReportUnrecognizedArguments(argc, argv))                                                        \
+            return 1;                                                                                                  \
+        benchmark::RunSpecifiedBenchmarks();                                                                           \
+        benchmark::Shutdown();                                                                                         \
+        return 0;                                                                                                      \
+    }
