@@ -51,6 +51,7 @@
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QPushButton>
+#include <QSet>
 #include <QTimer>
 #include <QToolButton>
 
@@ -794,11 +795,12 @@ QString DemoTour::actOnOpenItem(bool report, const QString &note, bool withPhoto
     int row = -1;
     for (int i = 0; i < screen.itemModel()->rowCount() && row < 0; ++i) {
         const ItemPtr item = screen.itemModel()->item(i);
-        if (item->status == ItemStatus::open && !item->qrCode)
+        // A code must be scanned to complete its item, not to report it.
+        if (item->status == ItemStatus::open && (report || !item->qrCode))
             row = i;
     }
     if (row < 0)
-        throw StepFailure(QStringLiteral("no open item without a QR code"));
+        throw StepFailure(QStringLiteral("no open item to act on"));
     const QString name = screen.itemModel()->item(row)->name;
     screen.tableView()->scrollTo(screen.tableView()->model()->index(row, 0));
     screen.actOnRow(row);
@@ -833,13 +835,32 @@ void DemoTour::stepOffline()
         return;
     }
     // A task in progress, looked at once while online, as a worker does before
-    // going down to the plant room: its checklist and thread are kept.
-    const TaskPtr task = findTask([](const Task &t) { return t.currentStatus == TaskStatus::in_progress; });
-    if (!task) {
-        skip(m_currentStep, QStringLiteral("no task in progress"));
-        return;
+    // going down to the plant room: its checklist and thread are kept. It needs
+    // an open item to complete (without a code) and another to report.
+    const auto fits = [](const Task &t) {
+        const QList<ItemPtr> &items = t.itemList.items;
+        const auto open = std::count_if(items.cbegin(), items.cend(),
+                                        [](const ItemPtr &i) { return i->status == ItemStatus::open; });
+        return open >= 2 && std::any_of(items.cbegin(), items.cend(), [](const ItemPtr &i) {
+                   return i->status == ItemStatus::open && !i->qrCode;
+               });
+    };
+    TaskPtr task;
+    QSet<qint64> tried;
+    while (!task) {
+        const TaskPtr next = findTask(
+            [&tried](const Task &t) { return t.currentStatus == TaskStatus::in_progress && !tried.contains(t.id); });
+        if (!next) {
+            skip(m_currentStep, QStringLiteral("no task in progress with open items to complete and report"));
+            return;
+        }
+        tried.insert(next->id);
+        openChecklist(next);
+        if (fits(*itemsScreen().viewModel()->task()))
+            task = next;
+        else
+            backToDashboard();
     }
-    openChecklist(task);
     openThread();
     navVC().pop();
     waitForItems();
