@@ -1,0 +1,108 @@
+// The dashboard opened without a connection, offscreen: the 10,000-task answer
+// the offline cache kept (SQLite), read back when the request fails, decoded
+// and arranged on the api queue, up to the first painted frame. The request
+// goes to a loopback port that refuses connections, as a phone without a
+// network fails at once.
+
+#include "api/networkmanager.h"
+#include "api/sessionstore.h"
+#include "api/settings.h"
+#include "api/sqliteofflinestore.h"
+#include "api/usersdata.h"
+#include "bench/taskanswer.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/dashboardvm.h"
+
+#include "screenbench.h"
+
+#include <QElapsedTimer>
+#include <QNetworkAccessManager>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTemporaryDir>
+
+using namespace ravelin;
+
+namespace {
+
+constexpr qint64 userId = 1;
+
+// A refusing port, a session with a fresh token, and the answer in the cache.
+struct Offline
+{
+    Offline()
+        : settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat)
+        , sessions(&settings)
+        , store(dir.filePath(QStringLiteral("offline")))
+        , manager(&network, &sessions, systemClock())
+    {
+        QTcpServer closed;
+        closed.listen(QHostAddress::LocalHost);
+        const QString host = QStringLiteral("127.0.0.1:%1").arg(closed.serverPort());
+        closed.close();
+        sessions.store(APIData{host, QStringLiteral("tok"), QDateTime::currentDateTimeUtc().addSecs(-60)});
+        Settings current = Settings::defaults();
+        current.taskCategory = bench::categories();
+        Settings::setCurrent(current);
+        store.storeAnswer(userId, Router::getAllTasks(userId, {}).path(), bench::answer(), systemClock()());
+        manager.setCacheReader([this](const Router &route) { return store.cachedAnswer(userId, route.path()); });
+    }
+
+    QTemporaryDir dir;
+    QSettings settings;
+    SessionStore sessions;
+    SqliteOfflineStore store;
+    QNetworkAccessManager network;
+    NetworkManager manager;
+};
+
+struct Screen : bench::PhoneWindow
+{
+    explicit Screen(NetworkManager *manager)
+        : PhoneWindow(false)
+    {
+        dashboard = new DashboardVC(&window);
+        layout->addWidget(dashboard);
+        UsersData users;
+        users.currentUser.id = userId;
+        viewModel = new DashboardVM(manager, users, systemClock());
+        dashboard->setViewModel(viewModel);
+        PhoneWindow::show();
+    }
+
+    DashboardVC *dashboard = nullptr;
+    DashboardVM *viewModel = nullptr;
+};
+
+void BM_CachedDashboardOpens(benchmark::State &state)
+{
+    Offline offline;
+    int shown = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto screen = std::make_unique<Screen>(&offline.manager);
+        bool done = false;
+        state.ResumeTiming();
+        screen->viewModel->fetchTasks([&done](bool, std::optional<ManagerErrors>) { done = true; });
+        QElapsedTimer waited;
+        waited.start();
+        while (!done && waited.elapsed() < 30000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+        screen->dashboard->reloadData();
+        screen->frame();
+        state.PauseTiming();
+        shown = int(screen->viewModel->taskList().tasks.size());
+        screen->saveShot("cached-dashboard", state);
+        screen.reset();
+        state.ResumeTiming();
+    }
+    state.counters["tasks shown"] = shown;
+    if (shown != bench::taskCount)
+        state.SkipWithError("the dashboard did not open from the cache");
+}
+
+} // namespace
+
+BENCHMARK(BM_CachedDashboardOpens)->Arg(bench::taskCount)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+
+RAVELIN_SCREEN_BENCHMARK_MAIN()
