@@ -5,21 +5,23 @@
 
 #include <QCoreApplication>
 
+#include <cstdint>
+
 namespace ravelin::SyncTexts {
 
 QString offlinePrompt(TimePoint updatedAt, TimePoint now)
 {
-    using namespace std::chrono;
-    const auto minutes = duration_cast<std::chrono::minutes>(now - updatedAt).count();
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(now - updatedAt).count();
+    constexpr std::int64_t minutesPerDay = std::int64_t(24) * 60;
     QString age;
     if (minutes < 1)
         age = QCoreApplication::translate("SyncTexts", "updated just now");
     else if (minutes < 60)
         age = QCoreApplication::translate("SyncTexts", "updated %1 min ago").arg(int(minutes));
-    else if (minutes < 24 * 60)
+    else if (minutes < minutesPerDay)
         age = QCoreApplication::translate("SyncTexts", "updated %1 h ago").arg(int(minutes / 60));
     else
-        age = QCoreApplication::translate("SyncTexts", "updated %1 d ago").arg(int(minutes / (24 * 60)));
+        age = QCoreApplication::translate("SyncTexts", "updated %1 d ago").arg(int(minutes / minutesPerDay));
     return QCoreApplication::translate("SyncTexts", "Offline") + QStringLiteral(" · ") + age;
 }
 
