@@ -72,6 +72,8 @@ void CommentThreadView::mouseReleaseEvent(QMouseEvent *event)
     const QPoint position = event->position().toPoint();
     if (event->button() != Qt::LeftButton || row < 0 || (position - m_pressPosition).manhattanLength() > tapSlop)
         return;
+    if (revealIfPartlyHidden(model()->index(row, 0)))
+        return;
     if (pictureRect(row).contains(position))
         emit pictureTapped(row);
 }

@@ -197,6 +197,8 @@ void ItemTableView::mouseReleaseEvent(QMouseEvent *event)
         closeSwipe();
         return;
     }
+    if (revealIfPartlyHidden(pressed))
+        return;
     tap(pressed.row());
 }
 

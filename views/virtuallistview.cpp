@@ -102,6 +102,16 @@ QModelIndex VirtualListView::indexAt(const QPoint &point) const
     return rowIndex(m_heights.rowAt(point.y()));
 }
 
+bool VirtualListView::revealIfPartlyHidden(const QModelIndex &index)
+{
+    const QRect shown = sight();
+    const QRect row = visualRect(index);
+    if (!index.isValid() || shown.isEmpty() || shown.contains(row) || row.height() > shown.height())
+        return false;
+    scrollTo(index, EnsureVisible);
+    return true;
+}
+
 void VirtualListView::scrollTo(const QModelIndex &index, ScrollHint hint)
 {
     if (!index.isValid() || index.row() >= m_heights.count())

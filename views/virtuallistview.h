@@ -56,6 +56,10 @@ public:
     [[nodiscard]] std::pair<int, int> rowsInSight() const { return m_rowsInSight; }
 
     [[nodiscard]] QRect visualRect(const QModelIndex &index) const override;
+    // A tap on a row the scrolling area shows only in part brings the row into
+    // sight instead of acting on it, as a phone's list does: true when it moved.
+    // A row taller than the sight is acted on as it is.
+    bool revealIfPartlyHidden(const QModelIndex &index);
     // Measures the rows around the row and moves the scrolling area to it.
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
     [[nodiscard]] QModelIndex indexAt(const QPoint &point) const override;
