@@ -11,15 +11,20 @@ set(RAVELIN_QT_MINIMUM 6.4)
 
 # What a host includes: the navigation host and its delegate, the session
 # inputs, task update events and the notification centre, and the interfaces a
-# host may implement (pictures, camera permission, camera frames, vibration),
-# with the headers these include.
+# host may implement (pictures, camera permission, camera frames, vibration,
+# the offline store) and the library's own SQLite store, with the headers these
+# include.
 set(RAVELIN_PUBLIC_HEADERS
     api/clock.h
     api/guardedpointer.h
     api/guardedtarget.h
     api/json.h
     api/networkmanagerdelegate.h
+    api/offlinestore.h
+    api/outboxentry.h
+    api/sqliteofflinestore.h
     api/trustpolicy.h
+    comments/taskcommentpayload.h
     host/cameraframesource.h
     host/delays.h
     host/camerapermission.h
@@ -30,6 +35,10 @@ set(RAVELIN_PUBLIC_HEADERS
     host/ravelinnavvcdelegate.h
     host/taskupdateevent.h
     host/translations.h
+    items/item.h
+    items/itempayload.h
+    items/itemstatus.h
+    items/itemsupdatepayload.h
     tasks/dashboardvcdelegate.h
 )
 
