@@ -186,9 +186,6 @@ void TestItemsVC::updateResults_data()
     QTest::addColumn<bool>("serverAccepts");
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("message");
-    QTest::newRow("one item completed, nothing added")
-        << QList<int>{0} << false << "" << false << true << "Item Status Successfully Updated!"
-        << "\n Item:\n\nGauge";
     QTest::newRow("one item completed with note and photo")
         << QList<int>{0} << false << "Needle steady" << true << true << "Item Status Successfully Updated!"
         << "\n Item:\n\nGauge";
