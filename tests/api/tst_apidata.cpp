@@ -46,7 +46,6 @@ private slots:
 
     void build_data();
     void build();
-    void coloursStayInRange();
     void shortAssetValueStops_data();
     void shortAssetValueStops();
     void decodesSnakeCaseAndFieldNames_data();
@@ -178,27 +177,6 @@ void TestApiData::build()
         QCOMPARE(u.icon, assets.value(u.id).at(1));
     }
     QCOMPARE(ids, userIds);
-}
-
-void TestApiData::coloursStayInRange()
-{
-    QRandomGenerator random(7);
-    QList<ColorCodable> colours;
-    for (int i = 0; i < 500; ++i)
-        colours.append(ColorCodable::randomUserColor(random));
-    double lowest = 1, highest = 0;
-    for (const ColorCodable &c : colours) {
-        QCOMPARE(c.red, 0.01);
-        QCOMPARE(c.alpha, 1.0);
-        for (double channel : {c.green, c.blue}) {
-            QVERIFY(channel >= 0.2 && channel <= 1.0);
-            lowest = std::min(lowest, channel);
-            highest = std::max(highest, channel);
-        }
-    }
-    // The draw covers the range rather than sitting on one value.
-    QVERIFY(lowest < 0.3);
-    QVERIFY(highest > 0.9);
 }
 
 void TestApiData::shortAssetValueStops_data()

@@ -212,13 +212,9 @@ void TestCommentsVM::elapsedTime_data()
 {
     QTest::addColumn<qint64>("seconds");
     QTest::addColumn<QString>("text");
-    QTest::newRow("now") << qint64(0) << "0 seconds ago";
     QTest::newRow("1 second") << qint64(1) << "1 second ago";
     QTest::newRow("61 seconds") << qint64(61) << "1 min ago";
-    QTest::newRow("1 hour") << qint64(3600) << "1 hour ago";
     QTest::newRow("just under a day") << qint64(86399) << "23 hours ago";
-    QTest::newRow("2 days") << qint64(2 * 86400) << "2 days ago";
-    QTest::newRow("1 week") << qint64(604800) << "1 week ago";
     QTest::newRow("27 days") << qint64(27 * 86400) << "3 weeks ago";
     QTest::newRow("28 days is a month") << qint64(28 * 86400) << "1 month ago";
     // A clock behind the server's: the seconds count below zero, truncated toward zero.

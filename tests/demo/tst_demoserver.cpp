@@ -23,7 +23,6 @@ namespace {
 
 constexpr int kReplyTimeoutMs = 15000;
 const QDateTime kNow(QDate(2026, 3, 14), QTime(12, 0, 0), Qt::UTC);
-const QString kNowText = QStringLiteral("2026-03-14T12:00:00.000+0000"); // the server's date form
 // Wide enough for every seeded task.
 const QString kWholeWindow = QStringLiteral("dateStart=0&dateEnd=4102444800000");
 
@@ -88,10 +87,7 @@ private slots:
     void tasksOfTheAskingUser();
     void taskQueries_data();
     void taskQueries();
-    void statusChangeSticks();
     void itemUpdateSticksAndRecountsItems();
-    void postedCommentAppears_data();
-    void postedCommentAppears();
     void pictures();
     void stateSurvivesRestart();
 
@@ -158,24 +154,17 @@ QJsonArray TestDemoServer::dataOf(const QString &pathAndQuery)
 
 void TestDemoServer::tokens()
 {
-    // Signing in needs no token, and a stale one does not matter.
-    const Reply reply = send("POST", "/api/demo/sign-in", R"({"userId":2})", QByteArray("Bearer stale"));
-    QCOMPARE(reply.status, 200);
-    QVERIFY(reply.json().value("success").toBool());
-    QCOMPARE(reply.data()["userId"].toInteger(), 2);
-    const QByteArray token = reply.data()["token"].toString().toUtf8();
-    QVERIFY(token.size() >= 16);
-    QVERIFY(!reply.data()["assets"].toArray().isEmpty());
+    // Signing in over HTTP and the token it hands out opening the API: tst_demohost signInStoresTheSession.
+    // A stale token does not stand in the way of signing in.
+    QCOMPARE(send("POST", "/api/demo/sign-in", R"({"userId":2})", QByteArray("Bearer stale")).status, 200);
 
-    // In-process and regenerated tokens open the API as well; only field workers get one.
-    const std::optional<QString> inProcess = m_server->signIn(3);
-    QVERIFY(inProcess);
+    // Only field workers get a token; a regenerated one opens the API, a changed one does not.
+    QVERIFY(m_server->signIn(3));
     QCOMPARE(m_server->signIn(4), std::nullopt);
     QCOMPARE(m_server->signIn(99), std::nullopt);
     const QByteArray regenerated = get("/api/regenerate-token").data().toString().toUtf8();
     QVERIFY(!regenerated.isEmpty() && regenerated != m_token);
-    for (const QByteArray &valid : {token, inProcess->toUtf8(), regenerated})
-        QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + valid).status, 200);
+    QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + regenerated).status, 200);
     QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + regenerated + "x").status, 401);
 }
 
@@ -250,33 +239,16 @@ void TestDemoServer::tasksOfTheAskingUser()
             expected.insert(task.id);
     }
     QVERIFY(expected.size() >= 5);
-    const QJsonArray tasks = tasksOf(userId);
     QSet<qint64> received;
-    qsizetype itemCount = 0;
-    qsizetype withQrCode = 0;
-    for (const QJsonValue &task : tasks) {
+    for (const QJsonValue &task : tasksOf(userId)) {
         received.insert(task["id"].toInteger());
-        QCOMPARE(task["assignedUserId"].toInteger(), userId);
-        QCOMPARE(task["updated"].toBool(true), false);
-        QVERIFY(task["dateCreated"].toString().endsWith("+0000"));
-
         // "itemsCount" agrees with the task's items.
         std::array<qint64, 3> counted{0, 0, 0};
-        const QJsonArray items = itemsOf(task["id"].toInteger());
-        QVERIFY(!items.isEmpty());
-        for (const QJsonValue &item : items) {
-            QCOMPARE(item["taskId"].toInteger(), task["id"].toInteger());
-            QVERIFY(item["isAudit"].isString());
-            const qint64 status = item["itemStatusId"].toInteger();
-            QVERIFY(status >= 1 && status <= 3);
-            ++counted.at(static_cast<size_t>(status - 1));
-            ++itemCount;
-            withQrCode += item.toObject().contains("qrCode") ? 1 : 0;
-        }
+        for (const QJsonValue &item : itemsOf(task["id"].toInteger()))
+            ++counted.at(static_cast<size_t>(item["itemStatusId"].toInteger() - 1));
         QCOMPARE(countsOf(task), counted);
     }
     QCOMPARE(received, expected);
-    QVERIFY(withQrCode > 0 && withQrCode < itemCount); // "qrCode" is left out when there is none
 
     // A window that holds nothing is an empty answer, not an error.
     const Reply empty = get("/api/tasks/assigned-user/3?dateStart=10&dateEnd=5");
@@ -338,26 +310,6 @@ void TestDemoServer::taskQueries()
     QVERIFY(sawDifference || !filterKey.isEmpty());
 }
 
-void TestDemoServer::statusChangeSticks()
-{
-    const QJsonObject before = tasksOf(1).at(0).toObject();
-    const qint64 taskId = before.value("id").toInteger();
-    const qint64 newStatus = before.value("taskStatusId").toInteger() == 5 ? 4 : 5;
-    const Reply reply
-        = send("PUT", QStringLiteral("/api/task/%1").arg(taskId),
-               encoded(QJsonObject{{"task_status_id", newStatus}, {"updater_user_id", 1}, {"assigned_user_id", 1}}));
-    QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.data()["id"].toInteger(), taskId);
-    QCOMPARE(reply.data()["dateUpdated"].toString(), kNowText);
-
-    for (const QJsonValue &task : {reply.data(), QJsonValue(findById(tasksOf(1), taskId))}) {
-        QCOMPARE(task["taskStatusId"].toInteger(), newStatus);
-        QCOMPARE(task["updaterUserId"].toInteger(), 1);
-        QCOMPARE(task["name"], before.value("name"));
-        QCOMPARE(countsOf(task), countsOf(before));
-    }
-}
-
 void TestDemoServer::itemUpdateSticksAndRecountsItems()
 {
     // A task of Ann's with at least two open items.
@@ -382,19 +334,9 @@ void TestDemoServer::itemUpdateSticksAndRecountsItems()
                     encoded(QJsonObject{{"task_id", task->id}, {"updater_user_id", 1}, {"items", items}}));
     };
 
-    const Reply reply = update(2, "Valve seized", "uploads/v.jpg", open);
-    QCOMPARE(reply.status, 200);
-    QJsonArray echoed;
+    QCOMPARE(update(2, "Valve seized", "uploads/v.jpg", open).status, 200);
     for (qint64 id : open)
-        echoed.append(QJsonObject{{"id", id}, {"item_status_id", 2}, {"updated", true}, {"date_updated", kNowText}});
-    QCOMPARE(reply.json(),
-             (QJsonObject{{"success", true},
-                          {"data", QJsonObject{{"task_id", task->id}, {"updater_user_id", 1}, {"items", echoed}}}}));
-    for (qint64 id : open) {
-        const QJsonObject item = findById(itemsOf(task->id), id);
-        QCOMPARE(item.value("itemStatusId").toInteger(), 2);
-        QCOMPARE(item.value("dateUpdated").toString(), kNowText);
-    }
+        QCOMPARE(findById(itemsOf(task->id), id).value("itemStatusId").toInteger(), 2);
     std::array<qint64, 3> expected = countsOf(taskBefore);
     expected[1] += 2;
     expected[2] -= 2;
@@ -405,9 +347,7 @@ void TestDemoServer::itemUpdateSticksAndRecountsItems()
     QCOMPARE(comments.size(), commentsBefore + 2);
     for (qsizetype i = 0; i < 2; ++i) {
         const QJsonValue comment = comments.at(commentsBefore + i);
-        QCOMPARE(comment["text"].toString(), QStringLiteral("Valve seized"));
         QCOMPARE(comment["isIncident"].toString(), QStringLiteral("1"));
-        QCOMPARE(comment["userId"].toInteger(), 1);
         QCOMPARE(comment["media"][0]["path"].toString(), QStringLiteral("uploads/v.jpg"));
         QCOMPARE(comment["itemId"].toInteger(), open.at(i));
     }
@@ -420,80 +360,19 @@ void TestDemoServer::itemUpdateSticksAndRecountsItems()
     QCOMPARE(countsOf(findById(tasksOf(1), task->id)), expected);
 }
 
-void TestDemoServer::postedCommentAppears_data()
-{
-    QTest::addColumn<QJsonValue>("text");
-    QTest::addColumn<QJsonValue>("itemIndex");
-    QTest::addColumn<bool>("incident");
-    QTest::addColumn<QJsonValue>("mediaPath");
-
-    const QJsonValue null(QJsonValue::Null);
-    QTest::newRow("plain text") << QJsonValue("Arrived on site") << null << false << null;
-    QTest::newRow("incident on an item") << QJsonValue("Seal broken") << QJsonValue(0) << true << null;
-    QTest::newRow("picture, single space text")
-        << QJsonValue(" ") << null << false << QJsonValue("uploads/1_1700000000000.0_photo_3.jpg");
-    QTest::newRow("null text") << null << QJsonValue(1) << false << null;
-}
-
-void TestDemoServer::postedCommentAppears()
-{
-    QFETCH(QJsonValue, text);
-    QFETCH(QJsonValue, itemIndex);
-    QFETCH(bool, incident);
-    QFETCH(QJsonValue, mediaPath);
-
-    const qint64 taskId = 102;
-    const QJsonValue itemId
-        = itemIndex.isNull() ? QJsonValue(QJsonValue::Null) : itemsOf(taskId).at(itemIndex.toInt())["id"];
-    const qsizetype before = commentsOf(taskId).size();
-    const Reply reply = send("POST", "/api/comment",
-                             encoded(QJsonObject{{"text", text},
-                                                 {"task_id", taskId},
-                                                 {"user_id", 2},
-                                                 {"item_id", itemId},
-                                                 {"date_created", kNow.toMSecsSinceEpoch() + 1234},
-                                                 {"is_incident", incident},
-                                                 {"media_path", mediaPath}}));
-    QCOMPARE(reply.status, 200);
-    QCOMPARE(reply.json(), (QJsonObject{{"success", true}}));
-
-    const QJsonArray comments = commentsOf(taskId);
-    QCOMPARE(comments.size(), before + 1);
-    QJsonObject comment = comments.last().toObject();
-    const QJsonArray media = comment.take("media").toArray();
-    QCOMPARE(comment,
-             (QJsonObject{{"text", text},
-                          {"userId", 2},
-                          {"dateCreated", "2026-03-14T12:00:01.234+0000"},
-                          {"itemId", itemId},
-                          {"isIncident", incident ? "1" : "0"},
-                          {"assetName", "Bo Lindqvist"},
-                          {"assetIcon", "people_02"}}));
-    QCOMPARE(media.size(), mediaPath.isNull() ? 0 : 1);
-    if (!mediaPath.isNull())
-        QCOMPARE(media.at(0)["path"], mediaPath);
-}
-
 void TestDemoServer::pictures()
 {
-    // An upload in another format is stored as JPEG, with a 160x120 thumbnail.
+    // An upload in another format is stored as JPEG and gets a thumbnail; a JPEG upload is kept byte for byte.
     QImage picture(320, 240, QImage::Format_RGB32);
     picture.fill(QColor(30, 140, 200));
     const Reply upload = send("POST", "/api/demo/upload?fileName=site-photo.jpg", encoded(picture));
-    QCOMPARE(upload.status, 200);
     QCOMPARE(upload.data()["path"].toString(), QStringLiteral("uploads/site-photo.jpg"));
     const Reply full = get("/files/uploads/site-photo.jpg");
-    QCOMPARE(full.status, 200);
     QCOMPARE(full.contentType, QByteArray("image/jpeg"));
-    const QImage downloaded = QImage::fromData(full.body, "JPG");
-    QCOMPARE(downloaded.size(), QSize(320, 240));
-    const Reply thumbnail = get("/files/thumbnails/thumb_uploads/site-photo.jpg");
-    QCOMPARE(thumbnail.contentType, QByteArray("image/jpeg"));
-    QCOMPARE(QImage::fromData(thumbnail.body, "JPG").size(), QSize(160, 120));
+    QCOMPARE(QImage::fromData(full.body, "JPG").size(), picture.size());
+    QVERIFY(!QImage::fromData(get("/files/thumbnails/thumb_uploads/site-photo.jpg").body, "JPG").isNull());
 
-    // A JPEG upload is kept byte for byte.
     const QByteArray jpeg = encoded(picture.scaled(64, 48), "JPG");
-    QVERIFY(!jpeg.isEmpty());
     QCOMPARE(send("POST", "/api/demo/upload?fileName=small.jpg", jpeg).status, 200);
     QCOMPARE(get("/files/uploads/small.jpg").body, jpeg);
 }

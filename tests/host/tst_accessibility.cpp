@@ -447,25 +447,18 @@ void TestAccessibility::keysAct()
 
 void TestAccessibility::focusIsVisibleInBothAppearances_data()
 {
+    // One host per screen and appearance, walked over each kind of control that draws its own focus.
     QTest::addColumn<bool>("dark");
     QTest::addColumn<QString>("screen");
-    QTest::addColumn<QString>("control");
+    QTest::addColumn<QStringList>("controls");
     for (const bool dark : {false, true}) {
         const char *look = dark ? "dark" : "light";
-        QTest::addRow("%s: bar button", look) << dark << "items"
-                                              << "Comments";
-        QTest::addRow("%s: button", look) << dark << "items"
-                                          << "Complete Task";
-        QTest::addRow("%s: segment", look) << dark << "items"
-                                           << "Incidents";
-        QTest::addRow("%s: item row", look) << dark << "items"
-                                            << "Checklist";
-        QTest::addRow("%s: card", look) << dark << "dashboard"
-                                        << "In Progress: 2 tasks";
-        QTest::addRow("%s: comment row", look) << dark << "comments"
-                                               << "Comments";
-        QTest::addRow("%s: picker field", look) << dark << "filter"
-                                                << "Created to";
+        // A bar button, a button, a segment and an item row.
+        QTest::addRow("%s: items", look) << dark << "items"
+                                         << QStringList{"Comments", "Complete Task", "Incidents", "Checklist"};
+        QTest::addRow("%s: card", look) << dark << "dashboard" << QStringList{"In Progress: 2 tasks"};
+        QTest::addRow("%s: comment row", look) << dark << "comments" << QStringList{"Comments"};
+        QTest::addRow("%s: picker field", look) << dark << "filter" << QStringList{"Created to"};
     }
 }
 
@@ -473,16 +466,18 @@ void TestAccessibility::focusIsVisibleInBothAppearances()
 {
     QFETCH(bool, dark);
     QFETCH(QString, screen);
-    QFETCH(QString, control);
+    QFETCH(QStringList, controls);
     NamedColors::setAppearance(dark ? Appearance::dark : Appearance::light);
     QVERIFY(open(screen));
-    QVERIFY(tabTo(control));
-    QWidget *widget = focused();
-    const QImage withFocus = widget->grab().toImage();
-    grabShot(*m_host, QStringLiteral("focus-%1").arg(QString::fromLatin1(QTest::currentDataTag())));
-    QTest::keyClick(widget, Qt::Key_Tab);
-    QVERIFY(focused() != widget);
-    QVERIFY(widget->grab().toImage() != withFocus);
+    for (const QString &control : controls) {
+        QVERIFY2(tabTo(control), qPrintable(control));
+        QWidget *widget = focused();
+        const QImage withFocus = widget->grab().toImage();
+        grabShot(*m_host, QStringLiteral("focus-%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), control));
+        QTest::keyClick(widget, Qt::Key_Tab);
+        QVERIFY(focused() != widget);
+        QVERIFY2(widget->grab().toImage() != withFocus, qPrintable(control));
+    }
 }
 
 int main(int argc, char *argv[])

@@ -56,8 +56,9 @@ class TestItemViewModels : public QObject
 private slots:
     void init();
     void cleanup();
-    void qrIndicator_data();
-    void qrIndicator();
+    void completeRules_data();
+    void completeRules();
+    void reportNeedsANote();
     void updateBody_data();
     void updateBody();
     void failedUpdateReportsFalse();
@@ -102,22 +103,43 @@ void TestItemViewModels::cleanup()
     m_api.reset();
 }
 
-void TestItemViewModels::qrIndicator_data()
+void TestItemViewModels::completeRules_data()
 {
     QTest::addColumn<QList<ItemPtr>>("items");
-    QTest::addColumn<bool>("shown");
-    QTest::newRow("no items") << QList<ItemPtr>{} << false;
-    QTest::newRow("one item with a code") << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true;
-    QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false;
-    QTest::newRow("two items, one with a code")
-        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), makeItem(2)} << false;
+    QTest::addColumn<bool>("qrIndicator");
+    QTest::addColumn<QString>("blocker"); // empty: the items can be completed
+    const QString scan = QStringLiteral("Scan QR code to complete this item");
+    ItemPtr scanned = makeItem(1, QStringLiteral("CP-1"));
+    scanned->isQRMapped = true;
+    QTest::newRow("no items") << QList<ItemPtr>{} << false << "";
+    QTest::newRow("one item with a code, not scanned")
+        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true << scan;
+    QTest::newRow("one item with a code, scanned") << QList<ItemPtr>{scanned} << true << "";
+    QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false << "";
+    QTest::newRow("one item already completed") << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::ok)}
+                                                << false << "Already Marked as `Completed`";
+    QTest::newRow("reported item with a code, not scanned")
+        << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::nok, QStringLiteral("CP-1"))} << true << scan;
+    QTest::newRow("two items, one with a code, one completed")
+        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), itemOf(2, QStringLiteral("Valve"), ItemStatus::ok)}
+        << false << "";
 }
 
-void TestItemViewModels::qrIndicator()
+void TestItemViewModels::completeRules()
 {
     QFETCH(QList<ItemPtr>, items);
-    QFETCH(bool, shown);
-    QCOMPARE(ItemActionVM(items, m_task, &m_api->manager, QString(), m_users).showsQRIndicator(), shown);
+    QFETCH(bool, qrIndicator);
+    QFETCH(QString, blocker);
+    const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_users);
+    QCOMPARE(vm.showsQRIndicator(), qrIndicator);
+    QCOMPARE(vm.completeBlocker().value_or(QString()), blocker);
+}
+
+void TestItemViewModels::reportNeedsANote()
+{
+    for (const QString &note : {QString(), QStringLiteral("  "), QStringLiteral("\n\t")})
+        QVERIFY2(!ItemActionVM::canReport(note), qPrintable(note));
+    QVERIFY(ItemActionVM::canReport(QStringLiteral("  Cracked")));
 }
 
 void TestItemViewModels::updateBody_data()

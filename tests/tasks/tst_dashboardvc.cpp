@@ -67,15 +67,6 @@ protected:
     }
 };
 
-TaskPtr makeTask(TaskStatus status)
-{
-    auto task = std::make_shared<Task>();
-    task->id = 5;
-    task->name = QStringLiteral("Pump");
-    task->currentStatus = status;
-    return task;
-}
-
 QModelIndex cardIndex(TaskTableViewCell *row, int item)
 {
     return row->model()->index(item, 0);
@@ -110,10 +101,6 @@ class TestDashboardVC : public QObject
 private slots:
     void init();
     void cleanup();
-
-    // Texts and decisions.
-    void statusPrompts_data();
-    void statusPrompts();
 
     // The screen over the loopback server.
     void sectionsHeadersAndCards();
@@ -180,32 +167,6 @@ RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
             && std::all_of(rows.begin(), rows.end(), [](const QWidget *row) { return row->isVisible(); });
     };
     return QTest::qWaitFor(ready, timeoutMs) ? dashboard : nullptr;
-}
-
-// Texts and decisions --------------------------------------------------------
-
-void TestDashboardVC::statusPrompts_data()
-{
-    // The prompts' texts are checked on the screen, in statusChanges; which cards
-    // show the acknowledge button in tst_dashboardvm rolesOfACard.
-    QTest::addColumn<TaskStatus>("status");
-    QTest::addColumn<qint64>("newStatusId"); // 0: no prompt, the task opens at once
-    QTest::newRow("assigned") << TaskStatus::assigned << qint64(3);
-    QTest::newRow("acknowledged") << TaskStatus::acknowledged << qint64(4);
-    QTest::newRow("blocked") << TaskStatus::blocked << qint64(4);
-    QTest::newRow("in progress") << TaskStatus::in_progress << qint64(0);
-    QTest::newRow("completed") << TaskStatus::complete << qint64(0);
-    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0);
-}
-
-void TestDashboardVC::statusPrompts()
-{
-    QFETCH(TaskStatus, status);
-    QFETCH(qint64, newStatusId);
-    const TaskPtr task = makeTask(status);
-    QCOMPARE(DashboardTexts::promptsBeforeOpening(status), newStatusId != 0);
-    const std::optional<StatusPrompt> prompt = DashboardTexts::statusPrompt(*task);
-    QCOMPARE(prompt ? prompt->newStatusId : 0, newStatusId);
 }
 
 // The screen -----------------------------------------------------------------
@@ -287,7 +248,7 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     RecordingDashboard *dashboard = loaded(tasks);
     QVERIFY(dashboard);
     // One section per status, in the order of the statuses; which cards show the
-    // button: statusPrompts and tst_dashboardvm rolesOfACard.
+    // button: tst_dashboardvm nextStatusIds and rolesOfACard.
     QCOMPARE(dashboard->rows().size(), 6);
 
     // Held down, the painted button looks pressed; let go on it, it asks.

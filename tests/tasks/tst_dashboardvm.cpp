@@ -5,6 +5,7 @@
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
 #include "support/logcapture.h"
+#include "tasks/dashboardtexts.h"
 #include "tasks/dashboardvm.h"
 #include "tasks/taskcollectionmodel.h"
 #include "tasks/tasklist.h"
@@ -275,20 +276,27 @@ void TestDashboardVM::statusChangeMergesIntoList()
 void TestDashboardVM::nextStatusIds_data()
 {
     QTest::addColumn<TaskStatus>("current");
-    QTest::addColumn<qint64>("next"); // 0: no prompt
-    QTest::newRow("assigned acknowledges") << TaskStatus::assigned << qint64(3);
-    QTest::newRow("acknowledged starts") << TaskStatus::acknowledged << qint64(4);
-    QTest::newRow("blocked goes back to in progress") << TaskStatus::blocked << qint64(4);
-    QTest::newRow("in progress completes") << TaskStatus::in_progress << qint64(6);
-    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0);
-    QTest::newRow("completed") << TaskStatus::complete << qint64(0);
+    QTest::addColumn<qint64>("next"); // 0: none
+    QTest::addColumn<bool>("prompts"); // asked before the task opens, with `next` as the new status
+    QTest::newRow("assigned acknowledges") << TaskStatus::assigned << qint64(3) << true;
+    QTest::newRow("acknowledged starts") << TaskStatus::acknowledged << qint64(4) << true;
+    QTest::newRow("blocked goes back to in progress") << TaskStatus::blocked << qint64(4) << true;
+    QTest::newRow("in progress completes") << TaskStatus::in_progress << qint64(6) << false;
+    QTest::newRow("unassigned") << TaskStatus::unassigned << qint64(0) << false;
+    QTest::newRow("completed") << TaskStatus::complete << qint64(0) << false;
 }
 
 void TestDashboardVM::nextStatusIds()
 {
     QFETCH(TaskStatus, current);
     QFETCH(qint64, next);
+    QFETCH(bool, prompts);
     QCOMPARE(DashboardVM::nextStatusId(current).value_or(0), next);
+    QCOMPARE(DashboardTexts::promptsBeforeOpening(current), prompts);
+    Task task;
+    task.currentStatus = current;
+    const std::optional<StatusPrompt> prompt = DashboardTexts::statusPrompt(task);
+    QCOMPARE(prompt ? prompt->newStatusId : 0, prompts ? next : 0);
 }
 
 void TestDashboardVM::fetchItemsFillsTheTask()
