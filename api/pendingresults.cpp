@@ -1,5 +1,8 @@
 #include "api/pendingresults.h"
 
+#include "items/item.h"
+#include "tasks/task.h"
+
 #include <QSet>
 
 namespace ravelin {
@@ -66,6 +69,26 @@ QList<OutboxEntry> PendingResults::comments(qint64 taskId) const
             out.append(entry);
     }
     return out;
+}
+
+void PendingResults::applyTo(const QList<TaskPtr> &tasks) const
+{
+    if (m_taskStatusIds.isEmpty())
+        return;
+    for (const TaskPtr &task : tasks) {
+        if (const std::optional<qint64> status = taskStatusId(task->id))
+            task->currentStatus = TaskStatuses::fromServerId(*status);
+    }
+}
+
+void PendingResults::applyTo(const QList<ItemPtr> &items) const
+{
+    if (m_itemStatuses.isEmpty())
+        return;
+    for (const ItemPtr &item : items) {
+        if (const std::optional<ItemStatus> status = itemStatus(item->id))
+            item->status = *status;
+    }
 }
 
 QList<qint64> PendingResults::changedIds(const SyncMarks &before, const SyncMarks &after)

@@ -6,10 +6,16 @@
 #include <QHash>
 #include <QList>
 #include <QMetaType>
+#include <QSet>
+
+#include <memory>
 
 #include <optional>
 
 namespace ravelin {
+
+class Item;
+class Task;
 
 // How a card, an item row or a comment stands with the server while the outbox
 // holds a result for it.
@@ -44,8 +50,26 @@ public:
     [[nodiscard]] QList<OutboxEntry> comments(qint64 taskId) const;
     [[nodiscard]] bool isEmpty() const { return m_taskMarks.isEmpty() && m_itemMarks.isEmpty(); }
 
+    // Gives fetched tasks and items the statuses that results still in the
+    // outbox set: what the worker did shows, even before the server has it.
+    void applyTo(const QList<std::shared_ptr<Task>> &tasks) const;
+    void applyTo(const QList<std::shared_ptr<Item>> &items) const;
+
     // The ids whose mark differs between two sets of marks.
     [[nodiscard]] static QList<qint64> changedIds(const SyncMarks &before, const SyncMarks &after);
+    // The rows (anything with an `id`) whose mark differs between two sets.
+    template<class Rows>
+    [[nodiscard]] static QList<int> changedRows(const SyncMarks &before, const SyncMarks &after, const Rows &rows)
+    {
+        const QList<qint64> changed = changedIds(before, after);
+        const QSet<qint64> ids(changed.cbegin(), changed.cend());
+        QList<int> out;
+        for (int row = 0; !ids.isEmpty() && row < int(rows.size()); ++row) {
+            if (ids.contains(rows.at(row)->id))
+                out.append(row);
+        }
+        return out;
+    }
 
 private:
     SyncMarks m_taskMarks;

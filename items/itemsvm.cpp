@@ -7,7 +7,6 @@
 #include "api/networkmanager.h"
 #include "api/outboxsender.h"
 #include "items/itemsresponse.h"
-#include "tasks/dashboardvm.h"
 
 namespace ravelin {
 
@@ -44,7 +43,7 @@ void ItemsVM::fetchItems(std::function<void(bool)> completion)
             }
             m_task->itemList.items = result.value().data;
             if (const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr)
-                DashboardVM::applyPending(m_task->itemList.items, outbox->pending());
+                outbox->pending().applyTo(m_task->itemList.items);
             completion(true);
         });
 }

@@ -136,16 +136,11 @@ Qt::ItemFlags TaskItemsModel::flags(const QModelIndex &index) const
 
 void TaskItemsModel::setSyncMarks(const SyncMarks &marks)
 {
-    const QList<qint64> changed = PendingResults::changedIds(m_marks, marks);
+    const QList<int> rows = PendingResults::changedRows(m_marks, marks, m_rows);
     m_marks = marks;
-    if (changed.isEmpty())
-        return;
-    const QSet<qint64> ids(changed.cbegin(), changed.cend());
-    for (int row = 0; row < m_rows.size(); ++row) {
-        if (ids.contains(m_rows.at(row)->id)) {
-            const QModelIndex changedRow = index(row);
-            emit dataChanged(changedRow, changedRow, {SyncMarkRole});
-        }
+    for (const int row : rows) {
+        const QModelIndex changed = index(row);
+        emit dataChanged(changed, changed, {SyncMarkRole});
     }
 }
 

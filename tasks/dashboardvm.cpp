@@ -57,7 +57,7 @@ void DashboardVM::fetchTasks(FetchCompletion completion)
     m_networkManager->request<TasksResponse, ArrangedTasks>(
         route, ApiQueue::shared(), this,
         [sort, pending = outbox ? outbox->pending() : PendingResults()](TasksResponse &&response) {
-            applyPending(response.data, pending);
+            pending.applyTo(response.data);
             return arrange(std::move(response.data), sort);
         },
         [this, completion = std::move(completion), generation, route](const Result<ArrangedTasks> &result) {
@@ -95,7 +95,7 @@ void DashboardVM::fetchItems(const TaskPtr &task, std::function<void(bool)> comp
             }
             task->itemList.items = result.value().data;
             if (const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr)
-                applyPending(task->itemList.items, outbox->pending());
+                outbox->pending().applyTo(task->itemList.items);
             debugLog(lcTasks, QStringLiteral("Fetched %1 items").arg(task->itemList.items.size()));
             completion(true);
         });
@@ -148,26 +148,6 @@ void DashboardVM::queueTaskStatus(OutboxSender &outbox, const TaskPtr &task, qin
             emit tasksChanged();
         completion(status);
     });
-}
-
-void DashboardVM::applyPending(QList<TaskPtr> &tasks, const PendingResults &pending)
-{
-    if (pending.isEmpty())
-        return;
-    for (const TaskPtr &task : std::as_const(tasks)) {
-        if (const std::optional<qint64> status = pending.taskStatusId(task->id))
-            task->currentStatus = TaskStatuses::fromServerId(*status);
-    }
-}
-
-void DashboardVM::applyPending(QList<ItemPtr> &items, const PendingResults &pending)
-{
-    if (pending.isEmpty())
-        return;
-    for (const ItemPtr &item : std::as_const(items)) {
-        if (const std::optional<ItemStatus> status = pending.itemStatus(item->id))
-            item->status = *status;
-    }
 }
 
 ArrangedTasks DashboardVM::arrange(QList<TaskPtr> tasks, const SortConfiguration &sort,

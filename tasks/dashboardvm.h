@@ -90,11 +90,6 @@ public:
     // (unblock), in progress -> 6 (complete); nothing for the other statuses.
     [[nodiscard]] static std::optional<qint64> nextStatusId(TaskStatus current);
 
-    // Gives fetched tasks and items the statuses that results still in the
-    // outbox set (what the worker did shows, even before the server has it).
-    static void applyPending(QList<TaskPtr> &tasks, const PendingResults &pending);
-    static void applyPending(QList<ItemPtr> &items, const PendingResults &pending);
-
     // Sorts, groups and counts tasks for the dashboard. `statuses` are the
     // tasks' statuses in the same order (taken on the main thread when the tasks
     // are shared); without them the tasks' own are read. Runs on any thread.

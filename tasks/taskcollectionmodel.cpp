@@ -2,8 +2,6 @@
 
 #include "tasks/dashboardtexts.h"
 
-#include <QSet>
-
 namespace ravelin {
 
 TaskCollectionModel::TaskCollectionModel(QObject *parent)
@@ -51,16 +49,11 @@ Qt::ItemFlags TaskCollectionModel::flags(const QModelIndex &index) const
 
 void TaskCollectionModel::setSyncMarks(const SyncMarks &marks)
 {
-    const QList<qint64> changed = PendingResults::changedIds(m_marks, marks);
+    const QList<int> rows = PendingResults::changedRows(m_marks, marks, m_tasks);
     m_marks = marks;
-    if (changed.isEmpty())
-        return;
-    const QSet<qint64> ids(changed.cbegin(), changed.cend());
-    for (int row = 0; row < m_tasks.size(); ++row) {
-        if (ids.contains(m_tasks.at(row)->id)) {
-            const QModelIndex changedRow = index(row);
-            emit dataChanged(changedRow, changedRow, {SyncMarkRole});
-        }
+    for (const int row : rows) {
+        const QModelIndex changed = index(row);
+        emit dataChanged(changed, changed, {SyncMarkRole});
     }
 }
 
