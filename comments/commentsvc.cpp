@@ -23,21 +23,12 @@
 
 namespace ravelin {
 
-namespace {
-
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
-} // namespace
-
 CommentsVC::CommentsVC(QWidget *parent)
     : RavelinEventVC(parent)
 {
     setObjectName(QStringLiteral("CommentsVC"));
     QPalette palette = this->palette();
-    palette.setColor(QPalette::Window, named(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7)));
+    palette.setColor(QPalette::Window, NamedColors::color(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7)));
     setPalette(palette);
     setAutoFillBackground(true);
 
@@ -67,7 +58,7 @@ CommentsVC::CommentsVC(QWidget *parent)
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setFont(TextScale::font(m_emptyLabel->font(), 15));
     m_emptyLabel->setStyleSheet(
-        QStringLiteral("color: %1;").arg(named(ColorNames::secondaryLabelText, Qt::gray).name()));
+        QStringLiteral("color: %1;").arg(NamedColors::color(ColorNames::secondaryLabelText, Qt::gray).name()));
     m_emptyLabel->setMinimumHeight(240);
     m_emptyLabel->hide();
     contentColumn->addWidget(m_emptyLabel);
@@ -113,7 +104,7 @@ void CommentsVC::viewDidLoad()
     m_model = new CommentThreadModel(clock, this);
     m_model->setViewModel(&requireViewModel());
     m_tableView->setThreadModel(m_model);
-    const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
+    const QColor accent = NamedColors::color(ColorNames::accent, QColor(0, 122, 255));
     m_scrollArea->setTintColor(accent);
     m_scrollArea->setRefreshTitle(refreshTitle());
     (void)inputBar(); // docked from the start

@@ -27,11 +27,6 @@ constexpr int rowGap = 6;
 constexpr int cardPadding = 12;
 constexpr qreal cardRadius = 14;
 
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 // Sizes are the designed ones at the worker's text size.
 QFont sized(const QFont &base, int pixelSize, QFont::Weight weight)
 {
@@ -192,13 +187,13 @@ void CommentTableViewCell::paintHeader(QPainter *painter, const QStyleOptionView
     const qreal pillHeight = TextScale::scaled(22.0);
     const QRectF pill(option.rect.center().x() - textWidth / 2.0 - 12, option.rect.center().y() - pillHeight / 2.0,
                       textWidth + 24, pillHeight);
-    QColor fill = named(ColorNames::customGray, Qt::gray);
+    QColor fill = NamedColors::color(ColorNames::customGray, Qt::gray);
     fill.setAlphaF(0.25f);
     painter->setPen(Qt::NoPen);
     painter->setBrush(fill);
     painter->drawRoundedRect(pill, pillHeight / 2.0, pillHeight / 2.0);
     painter->setFont(font);
-    painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
+    painter->setPen(NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray));
     painter->drawText(pill, Qt::AlignCenter, text);
     if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange))
         paintFocusRing(painter, pill, pillHeight / 2.0);
@@ -220,7 +215,7 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
 
     // The author's round icon with its shadow: the host's picture, or the initials.
     CardShadow::paintShadow(*painter, QRectF(l.avatar), avatarSide / 2.0,
-                            CardShadow::imageShadowStyle(named(ColorNames::customGray, Qt::gray)));
+                            CardShadow::imageShadowStyle(NamedColors::color(ColorNames::customGray, Qt::gray)));
     QPainterPath circle;
     circle.addEllipse(QRectF(l.avatar));
     const QImage icon = authorIcon(index.data(CommentThreadModel::AuthorIconRole).toString());
@@ -236,18 +231,19 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
         painter->drawText(l.avatar, Qt::AlignCenter, index.data(CommentThreadModel::InitialsRole).toString());
     }
 
-    CardShadow::paintCard(*painter, QRectF(l.card), cardRadius, named(ColorNames::viewBackground, Qt::white));
+    CardShadow::paintCard(*painter, QRectF(l.card), cardRadius,
+                          NamedColors::color(ColorNames::viewBackground, Qt::white));
     SyncMarkPainter::paint(*painter, l.card.adjusted(0, 6, -10, -6), Qt::AlignRight | Qt::AlignBottom,
                            index.data(CommentThreadModel::SyncMarkRole).value<SyncMark>(), option.font);
 
     painter->setFont(sized(option.font, 14, QFont::DemiBold));
-    painter->setPen(named(ColorNames::labelText, Qt::black));
+    painter->setPen(NamedColors::color(ColorNames::labelText, Qt::black));
     painter->drawText(l.author, Qt::AlignLeft | Qt::AlignVCenter,
                       painter->fontMetrics().elidedText(index.data(CommentThreadModel::AuthorRole).toString(),
                                                         Qt::ElideRight, l.author.width()));
     if (index.data(CommentThreadModel::ShowsTimeRole).toBool()) {
         painter->setFont(sized(option.font, 12, QFont::Normal));
-        painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
+        painter->setPen(NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray));
         painter->drawText(l.time, Qt::AlignRight | Qt::AlignVCenter,
                           index.data(CommentThreadModel::TimeTextRole).toString());
     }
@@ -276,7 +272,7 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
     }
 
     painter->setFont(sized(option.font, 15, QFont::Normal));
-    painter->setPen(named(ColorNames::labelText, Qt::black));
+    painter->setPen(NamedColors::color(ColorNames::labelText, Qt::black));
     painter->drawText(l.text, Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, index.data().toString());
 
     if (!l.picture.isEmpty()) {
@@ -285,13 +281,13 @@ void CommentTableViewCell::paintComment(QPainter *painter, const QStyleOptionVie
             // On its way (or not to be had): a quiet placeholder fills the box.
             QPainterPath rounded;
             rounded.addRoundedRect(QRectF(l.picture), 10, 10);
-            QColor fill = named(ColorNames::customGray, Qt::gray);
+            QColor fill = NamedColors::color(ColorNames::customGray, Qt::gray);
             fill.setAlphaF(index.data(CommentThreadModel::PictureFailedRole).toBool() ? 0.1f : 0.18f);
             painter->fillPath(rounded, fill);
             const QRect glyph(l.picture.center() - QPoint(14, 14), QSize(28, 28));
-            painter->drawPixmap(
-                glyph,
-                NamedImages::pixmap(ImageNames::camera, glyph.size(), named(ColorNames::customGray, Qt::gray), ratio));
+            painter->drawPixmap(glyph,
+                                NamedImages::pixmap(ImageNames::camera, glyph.size(),
+                                                    NamedColors::color(ColorNames::customGray, Qt::gray), ratio));
         } else {
             // The picture at its own proportions, in the box's top left corner.
             const QSize fitted = thumbnail.size().scaled(l.picture.size(), Qt::KeepAspectRatio);

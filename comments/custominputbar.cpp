@@ -31,11 +31,6 @@ namespace {
 constexpr int maxLines = 5;
 constexpr int thumbnailSide = 64;
 
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 QColor lightGray()
 {
     return QColor(0xAA, 0xAA, 0xAA);
@@ -74,7 +69,7 @@ CustomInputBar::CustomInputBar(QWidget *parent)
 {
     setObjectName(QStringLiteral("customInputBar"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    const QColor background = named(ColorNames::viewBackground, Qt::white);
+    const QColor background = NamedColors::color(ColorNames::viewBackground, Qt::white);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(8, 8, 8, 10);
@@ -110,14 +105,14 @@ CustomInputBar::CustomInputBar(QWidget *parent)
     m_textView->setTabChangesFocus(true);
     QPalette palette = m_textView->palette();
     palette.setColor(QPalette::Base, background);
-    palette.setColor(QPalette::Text, named(ColorNames::accent, systemBlue()));
+    palette.setColor(QPalette::Text, NamedColors::color(ColorNames::accent, systemBlue()));
     palette.setColor(QPalette::PlaceholderText, lightGray());
     m_textView->setPalette(palette);
     m_textView->setStyleSheet(QStringLiteral("QPlainTextEdit { border: 1px solid %1; border-radius: 18px;"
                                              " padding: 4px 10px; %2 }"
                                              "QPlainTextEdit:focus { border: 2px solid %3; }")
-                                  .arg(named(ColorNames::separator, Qt::lightGray).name(), TextScale::styleSize(15),
-                                       FocusRing::color().name()));
+                                  .arg(NamedColors::color(ColorNames::separator, Qt::lightGray).name(),
+                                       TextScale::styleSize(15), FocusRing::color().name()));
     connect(m_textView, &QPlainTextEdit::textChanged, this, &CustomInputBar::textChanged);
     row->addWidget(m_textView, 1);
 
@@ -286,8 +281,8 @@ QSize CustomInputBar::sizeHint() const
 void CustomInputBar::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), named(ColorNames::viewBackground, Qt::white));
-    painter.fillRect(QRect(0, 0, width(), 1), named(ColorNames::separator, Qt::lightGray));
+    painter.fillRect(rect(), NamedColors::color(ColorNames::viewBackground, Qt::white));
+    painter.fillRect(QRect(0, 0, width(), 1), NamedColors::color(ColorNames::separator, Qt::lightGray));
 }
 
 } // namespace ravelin

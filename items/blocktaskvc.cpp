@@ -22,8 +22,8 @@ BlockTaskVC::BlockTaskVC(QWidget *parent)
 {
     setObjectName(QStringLiteral("BlockTaskVC"));
     QWidget *body = scrollView()->widget();
-    const QColor label = named(ColorNames::labelText, Qt::black);
-    const QColor secondary = named(ColorNames::secondaryLabelText, Qt::darkGray);
+    const QColor label = NamedColors::color(ColorNames::labelText, Qt::black);
+    const QColor secondary = NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray);
     m_titleLabel = makeLabel(body, 20, QFont::DemiBold, label, ItemsTexts::markAsBlockedTitle);
     m_itemNamesLabel = makeLabel(body, 16, QFont::Medium, label, QStringLiteral("itemNamesLabel"));
     m_detailLabel = makeLabel(body, 15, QFont::Normal, secondary, QStringLiteral("detailLabel"));
@@ -34,8 +34,8 @@ BlockTaskVC::BlockTaskVC(QWidget *parent)
     noteField()->setObjectName(ItemsTexts::markAsBlockedText);
     noteField()->setAccessibleName(tr("Reason"));
     requiredLabel()->setText(ItemsTexts::mandatoryField());
-    m_blockButton
-        = makeActionButton(screenTitle(), ItemsTexts::markAsBlockedBtn, named(ColorNames::customRed, Qt::red), true);
+    m_blockButton = makeActionButton(screenTitle(), ItemsTexts::markAsBlockedBtn,
+                                     NamedColors::color(ColorNames::customRed, Qt::red), true);
     connect(m_blockButton, &QPushButton::clicked, this, &BlockTaskVC::block);
 }
 

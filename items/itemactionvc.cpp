@@ -26,8 +26,8 @@ ItemActionVC::ItemActionVC(QWidget *parent)
 
     auto *titleRow = new QHBoxLayout;
     titleRow->setSpacing(10);
-    m_titleLabel
-        = makeLabel(body, 20, QFont::DemiBold, named(ColorNames::labelText, Qt::black), QStringLiteral("titleLabel"));
+    m_titleLabel = makeLabel(body, 20, QFont::DemiBold, NamedColors::color(ColorNames::labelText, Qt::black),
+                             QStringLiteral("titleLabel"));
     titleRow->addWidget(m_titleLabel, 1);
     m_checkpointImage = new QLabel(body);
     m_checkpointImage->setObjectName(QStringLiteral("checkpointImageView"));
@@ -36,11 +36,12 @@ ItemActionVC::ItemActionVC(QWidget *parent)
     m_checkpointImage->hide();
     titleRow->addWidget(m_checkpointImage, 0, Qt::AlignTop);
     headerColumn()->addLayout(titleRow);
-    m_detailLabel = makeLabel(body, 15, QFont::Normal, named(ColorNames::secondaryLabelText, Qt::darkGray),
+    m_detailLabel = makeLabel(body, 15, QFont::Normal, NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray),
                               QStringLiteral("detailLabel"));
     headerColumn()->addWidget(m_detailLabel);
-    m_infoLabel = makeLabel(body, 14, QFont::DemiBold, named(ColorNames::customOrange, QColor(255, 149, 0)),
-                            QStringLiteral("infoLabel"));
+    m_infoLabel
+        = makeLabel(body, 14, QFont::DemiBold, NamedColors::color(ColorNames::customOrange, QColor(255, 149, 0)),
+                    QStringLiteral("infoLabel"));
     m_infoLabel->hide();
     headerColumn()->addWidget(m_infoLabel);
 
@@ -48,10 +49,10 @@ ItemActionVC::ItemActionVC(QWidget *parent)
     noteField()->setObjectName(ItemsTexts::reportIncidentTxt);
     requiredLabel()->setText(ItemsTexts::reportNeedsNote());
 
-    m_reportButton
-        = makeActionButton(tr("Report"), QStringLiteral("reportButton"), named(ColorNames::customRed, Qt::red), false);
+    m_reportButton = makeActionButton(tr("Report"), QStringLiteral("reportButton"),
+                                      NamedColors::color(ColorNames::customRed, Qt::red), false);
     m_completeButton = makeActionButton(tr("Complete"), QStringLiteral("completeButton"),
-                                        named(ColorNames::customGreen, Qt::darkGreen), true);
+                                        NamedColors::color(ColorNames::customGreen, Qt::darkGreen), true);
     m_reportButton->setAccessibleDescription(tr("Reports an incident; needs a note"));
     m_completeButton->setAccessibleDescription(tr("Marks as completed"));
     connect(m_completeButton, &QPushButton::clicked, this, &ItemActionVC::complete);

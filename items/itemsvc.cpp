@@ -39,14 +39,9 @@ namespace ravelin {
 
 namespace {
 
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 QColor backgroundColor()
 {
-    return named(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7));
+    return NamedColors::color(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7));
 }
 
 QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color)
@@ -62,7 +57,7 @@ RoundedView *makeCard(QWidget *parent, const QString &name)
     auto *card = new RoundedView(parent);
     card->setObjectName(name);
     card->setCornerRadius(16);
-    card->setCustomBackgroundColor(named(ColorNames::viewBackground, Qt::white));
+    card->setCustomBackgroundColor(NamedColors::color(ColorNames::viewBackground, Qt::white));
     return card;
 }
 
@@ -93,7 +88,7 @@ QPushButton *makeTextButton(const QString &title, const QString &name, QWidget *
     button->setCursor(Qt::PointingHandCursor);
     button->setFlat(true);
     button->setMinimumHeight(TouchTarget::minimumSide);
-    const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
+    const QColor accent = NamedColors::color(ColorNames::accent, QColor(0, 122, 255));
     button->setStyleSheet(
         QStringLiteral("QPushButton { color: %1; border: 2px solid transparent; border-radius: 8px;"
                        " %3 font-weight: 600; padding: 2px 4px; } QPushButton:pressed { color: %2; }"
@@ -107,11 +102,11 @@ void stylePriority(QLabel *label, TaskPriority priority)
 {
     QColor color;
     switch (priority) {
-    case TaskPriority::highest: color = named(ColorNames::customRed, Qt::red); break;
-    case TaskPriority::high: color = named(ColorNames::customOrange, QColor(255, 149, 0)); break;
-    case TaskPriority::medium: color = named(ColorNames::customYellow, Qt::yellow); break;
-    case TaskPriority::low: color = named(ColorNames::customBlue, Qt::blue); break;
-    case TaskPriority::all: color = named(ColorNames::customGray, Qt::gray); break;
+    case TaskPriority::highest: color = NamedColors::color(ColorNames::customRed, Qt::red); break;
+    case TaskPriority::high: color = NamedColors::color(ColorNames::customOrange, QColor(255, 149, 0)); break;
+    case TaskPriority::medium: color = NamedColors::color(ColorNames::customYellow, Qt::yellow); break;
+    case TaskPriority::low: color = NamedColors::color(ColorNames::customBlue, Qt::blue); break;
+    case TaskPriority::all: color = NamedColors::color(ColorNames::customGray, Qt::gray); break;
     }
     const QColor text = color.darker(priority == TaskPriority::medium ? 165 : 125);
     label->setStyleSheet(QStringLiteral("QLabel { background: rgba(%1,%2,%3,0.18); color: %4; border-radius: 10px;"
@@ -149,8 +144,8 @@ void ItemsVC::buildViews()
     palette.setColor(QPalette::Window, backgroundColor());
     setPalette(palette);
     setAutoFillBackground(true);
-    const QColor label = named(ColorNames::labelText, Qt::black);
-    const QColor secondary = named(ColorNames::secondaryLabelText, Qt::darkGray);
+    const QColor label = NamedColors::color(ColorNames::labelText, Qt::black);
+    const QColor secondary = NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -222,9 +217,11 @@ void ItemsVC::buildViews()
     auto *breakdown = new QVBoxLayout(m_statusBreakdown);
     breakdown->setContentsMargins(0, 0, 0, 0);
     breakdown->setSpacing(2);
-    m_acceptedCountLbl = makeLabel(m_statusBreakdown, 14, QFont::Medium, named(ColorNames::customGreen, Qt::darkGreen));
+    m_acceptedCountLbl
+        = makeLabel(m_statusBreakdown, 14, QFont::Medium, NamedColors::color(ColorNames::customGreen, Qt::darkGreen));
     m_acceptedCountLbl->setObjectName(ItemsTexts::acceptedItemsCount);
-    m_rejectedCountLbl = makeLabel(m_statusBreakdown, 14, QFont::Medium, named(ColorNames::customRed, Qt::red));
+    m_rejectedCountLbl
+        = makeLabel(m_statusBreakdown, 14, QFont::Medium, NamedColors::color(ColorNames::customRed, Qt::red));
     m_rejectedCountLbl->setObjectName(ItemsTexts::rejectedItemsCount);
     breakdown->addWidget(m_acceptedCountLbl);
     breakdown->addWidget(m_rejectedCountLbl);
@@ -274,12 +271,12 @@ void ItemsVC::buildViews()
     m_taskBtnsStack->setObjectName(QStringLiteral("taskBtnsStack"));
     m_taskBtnsStack->setAutoFillBackground(true);
     QPalette stackPalette = m_taskBtnsStack->palette();
-    stackPalette.setColor(QPalette::Window, named(ColorNames::viewBackground, Qt::white));
+    stackPalette.setColor(QPalette::Window, NamedColors::color(ColorNames::viewBackground, Qt::white));
     m_taskBtnsStack->setPalette(stackPalette);
     buttons->boxLayout()->setContentsMargins(12, 10, 12, 12);
     buttons->boxLayout()->setSpacing(10);
-    const QColor red = named(ColorNames::customRed, Qt::red);
-    const QColor green = named(ColorNames::customGreen, Qt::darkGreen);
+    const QColor red = NamedColors::color(ColorNames::customRed, Qt::red);
+    const QColor green = NamedColors::color(ColorNames::customGreen, Qt::darkGreen);
     m_markAsBlockedBtn = makeButton(tr("Mark as Blocked"), QStringLiteral("markAsBlockedBtn"), QColor(0, 0, 0, 0), red,
                                     red, m_taskBtnsStack);
     m_completeBtn
@@ -288,7 +285,7 @@ void ItemsVC::buildViews()
     buttons->addButton(m_completeBtn);
     column->addWidget(m_taskBtnsStack);
 
-    const QColor barText = named(ColorNames::navigationBarText, Qt::white);
+    const QColor barText = NamedColors::color(ColorNames::navigationBarText, Qt::white);
     m_commentsAction = new QAction(NamedImages::icon(ImageNames::comments, barText), ItemsTexts::commentsTitle(), this);
     m_commentsAction->setObjectName(QStringLiteral("commentsButton"));
     m_checkpointAction = new QAction(NamedImages::icon(ImageNames::qrScan, barText), tr("Scan Checkpoint"), this);
@@ -315,7 +312,7 @@ void ItemsVC::viewDidLoad()
     RavelinEventVC::viewDidLoad();
     ItemsVM &viewModel = requireViewModel();
     setTitle(viewModel.task()->name);
-    m_scrollArea->setTintColor(named(ColorNames::labelText, Qt::black));
+    m_scrollArea->setTintColor(NamedColors::color(ColorNames::labelText, Qt::black));
     m_scrollArea->setRefreshTitle(ItemsTexts::refreshTitle());
     m_filterSegment->setSelectedSegmentIndex(ItemStatuses::segmentIndex(viewModel.task()->itemList.filterData.status));
     reloadData();

@@ -28,11 +28,6 @@ constexpr int lineGap = 4;
 constexpr int selectionColumn = 34;
 constexpr int accessoryGap = 10;
 
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 // Texts at their designed sizes, grown with the worker's text size.
 QFont titleFont(const QFont &base)
 {
@@ -148,8 +143,9 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
         painter->setFont(TextScale::font(option.font, 13, QFont::DemiBold));
         for (qsizetype i = 0; i < rects.size(); ++i) {
             const bool ok = statuses.at(i) == ItemStatus::ok;
-            painter->fillRect(rects.at(i),
-                              named(ok ? ColorNames::customGreen : ColorNames::customRed, ok ? Qt::green : Qt::red));
+            painter->fillRect(
+                rects.at(i),
+                NamedColors::color(ok ? ColorNames::customGreen : ColorNames::customRed, ok ? Qt::green : Qt::red));
             painter->setPen(Qt::white);
             painter->drawText(rects.at(i), Qt::AlignCenter, ItemStatuses::text(statuses.at(i)));
         }
@@ -158,7 +154,8 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     }
 
     const QRect card = cardFrame(option.rect);
-    CardShadow::paintCard(*painter, QRectF(card), cornerRadius, named(ColorNames::viewBackground, Qt::white));
+    CardShadow::paintCard(*painter, QRectF(card), cornerRadius,
+                          NamedColors::color(ColorNames::viewBackground, Qt::white));
     SyncMarkPainter::paint(*painter, card.adjusted(0, 4, -8, -4), Qt::AlignRight | Qt::AlignBottom,
                            index.data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), option.font);
 
@@ -167,7 +164,7 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
         // The selection mark: an empty ring, or a filled accent disc with a tick.
         const bool selected = option.state & QStyle::State_Selected;
         const QRectF mark(left, card.center().y() - 10.5, 22, 22);
-        const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
+        const QColor accent = NamedColors::color(ColorNames::accent, QColor(0, 122, 255));
         if (selected) {
             painter->setPen(Qt::NoPen);
             painter->setBrush(accent);
@@ -180,7 +177,7 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
             painter->setBrush(Qt::NoBrush);
             painter->drawPath(tick);
         } else {
-            painter->setPen(QPen(named(ColorNames::customGray, Qt::gray), 1.5));
+            painter->setPen(QPen(NamedColors::color(ColorNames::customGray, Qt::gray), 1.5));
             painter->setBrush(Qt::NoBrush);
             painter->drawEllipse(mark.adjusted(0.75, 0.75, -0.75, -0.75));
         }
@@ -200,12 +197,12 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const int block = titleHeight + (details.isEmpty() ? 0 : lineGap + detailsHeight);
     int top = card.top() + std::max(vertical, (card.height() - block) / 2);
     painter->setFont(titleFont(option.font));
-    painter->setPen(named(ColorNames::labelText, Qt::black));
+    painter->setPen(NamedColors::color(ColorNames::labelText, Qt::black));
     painter->drawText(QRect(left, top, width, titleHeight), Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop, title);
     if (!details.isEmpty()) {
         top += titleHeight + lineGap;
         painter->setFont(detailsFont(option.font));
-        painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
+        painter->setPen(NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray));
         painter->drawText(QRect(left, top, width, detailsHeight), Qt::TextWordWrap | Qt::AlignLeft | Qt::AlignTop,
                           details);
     }
@@ -220,7 +217,7 @@ void ItemTableViewCell::paint(QPainter *painter, const QStyleOptionViewItem &opt
 
     // Keyboard focus only: a tap does not ring the card.
     if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange)) {
-        painter->setPen(QPen(named(ColorNames::accent, QColor(0, 122, 255)), 2));
+        painter->setPen(QPen(NamedColors::color(ColorNames::accent, QColor(0, 122, 255)), 2));
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(QRectF(card).adjusted(1, 1, -1, -1), cornerRadius, cornerRadius);
     }

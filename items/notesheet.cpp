@@ -27,11 +27,6 @@ constexpr int thumbnailHeight = 140;
 
 } // namespace
 
-QColor NoteSheet::named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 QLabel *NoteSheet::makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color,
                              const QString &name)
 {
@@ -47,13 +42,13 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     : Screen(parent)
 {
     QPalette palette = this->palette();
-    palette.setColor(QPalette::Window, named(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7)));
+    palette.setColor(QPalette::Window, NamedColors::color(ColorNames::groupedBackground, QColor(0xF2, 0xF2, 0xF7)));
     setPalette(palette);
     setAutoFillBackground(true);
     setTitle(title);
-    const QColor secondary = named(ColorNames::secondaryLabelText, Qt::darkGray);
-    const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
-    const QColor card = named(ColorNames::viewBackground, Qt::white);
+    const QColor secondary = NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray);
+    const QColor accent = NamedColors::color(ColorNames::accent, QColor(0, 122, 255));
+    const QColor card = NamedColors::color(ColorNames::viewBackground, Qt::white);
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -100,13 +95,13 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     m_noteField->setStyleSheet(QStringLiteral("QPlainTextEdit { background: %1; border: 1px solid %2;"
                                               " border-radius: 12px; padding: 8px; %4 }"
                                               "QPlainTextEdit:focus { border: 2px solid %3; }")
-                                   .arg(card.name(), named(ColorNames::separator, Qt::lightGray).name(),
+                                   .arg(card.name(), NamedColors::color(ColorNames::separator, Qt::lightGray).name(),
                                         FocusRing::color().name(), TextScale::styleSize(15)));
     m_notesLabel->setBuddy(m_noteField);
     m_noteField->installEventFilter(this);
     bodyColumn->addWidget(m_noteField);
-    m_requiredLabel
-        = makeLabel(body, 12, QFont::Normal, named(ColorNames::customRed, Qt::red), QStringLiteral("requiredLabel"));
+    m_requiredLabel = makeLabel(body, 12, QFont::Normal, NamedColors::color(ColorNames::customRed, Qt::red),
+                                QStringLiteral("requiredLabel"));
     bodyColumn->addWidget(m_requiredLabel);
 
     // The picture: a button to add one, or the picture with a button to clear it.
@@ -163,7 +158,7 @@ NoteSheet::NoteSheet(const QString &title, QWidget *parent)
     m_doneBar->setObjectName(QStringLiteral("doneBar"));
     m_doneBar->setAutoFillBackground(true);
     QPalette barPalette = m_doneBar->palette();
-    barPalette.setColor(QPalette::Window, named(ColorNames::separator, Qt::lightGray));
+    barPalette.setColor(QPalette::Window, NamedColors::color(ColorNames::separator, Qt::lightGray));
     m_doneBar->setPalette(barPalette);
     auto *doneRow = new QHBoxLayout(m_doneBar);
     doneRow->setContentsMargins(12, 4, 12, 4);

@@ -63,8 +63,6 @@ public:
     void viewWillDisappear() override;
 
 protected:
-    // A named colour of the library, or `fallback` where it has none.
-    [[nodiscard]] static QColor named(const QString &name, const QColor &fallback);
     // A wrapping label in the sheet's look: scaled system font, one colour.
     [[nodiscard]] static QLabel *makeLabel(QWidget *parent, int pixelSize, QFont::Weight weight, const QColor &color,
                                            const QString &name);

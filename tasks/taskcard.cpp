@@ -28,21 +28,16 @@ constexpr int chipHeight = 20;
 constexpr int chipPadding = 9;
 constexpr int buttonHeight = 28;
 
-QColor named(const QString &name, const QColor &fallback)
-{
-    return NamedColors::color(name, fallback);
-}
-
 QColor priorityColor(TaskPriority priority)
 {
     switch (priority) {
-    case TaskPriority::highest: return named(ColorNames::customRed, Qt::red);
-    case TaskPriority::high: return named(ColorNames::customOrange, QColor(255, 149, 0));
-    case TaskPriority::medium: return named(ColorNames::customYellow, Qt::yellow);
-    case TaskPriority::low: return named(ColorNames::customBlue, Qt::blue);
+    case TaskPriority::highest: return NamedColors::color(ColorNames::customRed, Qt::red);
+    case TaskPriority::high: return NamedColors::color(ColorNames::customOrange, QColor(255, 149, 0));
+    case TaskPriority::medium: return NamedColors::color(ColorNames::customYellow, Qt::yellow);
+    case TaskPriority::low: return NamedColors::color(ColorNames::customBlue, Qt::blue);
     case TaskPriority::all: break;
     }
-    return named(ColorNames::customGray, Qt::gray);
+    return NamedColors::color(ColorNames::customGray, Qt::gray);
 }
 
 // A designed length at the worker's text size.
@@ -66,7 +61,7 @@ QPixmap cardBackground(qreal ratio, const QColor &fill)
     const QString key = QStringLiteral("ravelin-task-card-%1-%2-%3-%4x%5")
                             .arg(ratio)
                             .arg(fill.rgba(), 0, 16)
-                            .arg(named(ColorNames::customShadow, Qt::white).rgba(), 0, 16)
+                            .arg(NamedColors::color(ColorNames::customShadow, Qt::white).rgba(), 0, 16)
                             .arg(size.width())
                             .arg(size.height());
     QPixmap pixmap;
@@ -81,7 +76,7 @@ QPixmap cardBackground(qreal ratio, const QColor &fill)
         const QRectF card(QPointF(margin, margin), QSizeF(size));
         const qreal radius = TextScale::scaled(TaskCollectionViewCell::cornerRadius);
         CardShadow::paintShadow(painter, card, radius,
-                                {named(ColorNames::customShadow, Qt::black), QPointF(0, 1), 0.2, 2.0});
+                                {NamedColors::color(ColorNames::customShadow, Qt::black), QPointF(0, 1), 0.2, 2.0});
         painter.setRenderHint(QPainter::Antialiasing);
         QPainterPath path;
         path.addRoundedRect(card, radius, radius);
@@ -175,7 +170,7 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
     const QRect card = cardFrame(option.rect);
     const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
     painter->drawPixmap(card.topLeft() - QPoint(px(shadowMargin), px(shadowMargin)),
-                        cardBackground(ratio, named(ColorNames::viewBackground, Qt::white)));
+                        cardBackground(ratio, NamedColors::color(ColorNames::viewBackground, Qt::white)));
     const QRect content = card.marginsRemoved(contentMarginsNow());
 
     // Priority chip, top left.
@@ -212,19 +207,19 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
     const int nameHeight
         = nameMetrics.lineSpacing() * int(std::min<qsizetype>(name.count(QLatin1Char('\n')) + 1, nameLines));
     painter->setFont(nameFont);
-    painter->setPen(named(ColorNames::labelText, Qt::black));
+    painter->setPen(NamedColors::color(ColorNames::labelText, Qt::black));
     painter->drawText(QRect(content.left(), nameTop, content.width(), nameHeight), Qt::AlignLeft | Qt::AlignTop, name);
 
     const QFont categoryFont = TextScale::font(option.font, 12, QFont::Normal);
     painter->setFont(categoryFont);
-    painter->setPen(named(ColorNames::secondaryLabelText, Qt::darkGray));
+    painter->setPen(NamedColors::color(ColorNames::secondaryLabelText, Qt::darkGray));
     const QFontMetrics categoryMetrics(categoryFont);
     painter->drawText(QRect(content.left(), nameTop + nameHeight, content.width(), categoryMetrics.height()),
                       Qt::AlignLeft | Qt::AlignTop,
                       categoryMetrics.elidedText(task->taskCategory.name, Qt::ElideRight, content.width()));
 
     if (DashboardTexts::showsAcknowledgeButton(*task)) {
-        const QColor accent = named(ColorNames::accent, QColor(0, 122, 255));
+        const QColor accent = NamedColors::color(ColorNames::accent, QColor(0, 122, 255));
         const bool pressed = m_pressed.isValid() && m_pressed == index;
         const QRect button = acknowledgeButtonRect(option.rect);
         painter->setPen(Qt::NoPen);
@@ -239,7 +234,7 @@ void TaskCollectionViewCell::paint(QPainter *painter, const QStyleOptionViewItem
     if ((option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_KeyboardFocusChange)) {
         // Keyboard focus: a ring around the card in the accent colour.
         const qreal radius = TextScale::scaled(cornerRadius);
-        QPen ring(named(ColorNames::accent, QColor(0, 122, 255)), 2);
+        QPen ring(NamedColors::color(ColorNames::accent, QColor(0, 122, 255)), 2);
         painter->setPen(ring);
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(QRectF(card).adjusted(-1, -1, 1, 1), radius + 1, radius + 1);
