@@ -113,8 +113,13 @@ void CommentsVC::viewDidLoad()
     taps->exclude(m_inputBar);
     connect(taps, &TapRecognizer::tapped, this, &CommentsVC::didTap);
     updateEmptyMessage();
-    // Comments still in the outbox are part of the thread: it is read again as they change.
-    followOutbox([this](bool) { pullToRefresh(); });
+    // Comments still in the outbox are part of the thread: their rows follow the
+    // outbox at once, and the thread is read again once something reached the server.
+    followOutbox([this](bool someSent) {
+        showOutbox(someSent);
+        if (someSent)
+            pullToRefresh();
+    });
 }
 
 void CommentsVC::didTap()
@@ -179,6 +184,13 @@ void CommentsVC::fetched(bool success)
         QTimer::singleShot(0, this, &CommentsVC::scrollToLastRow);
 }
 
+void CommentsVC::showOutbox(bool someSent)
+{
+    requireViewModel().applyOutbox(someSent);
+    m_model->reload();
+    updateEmptyMessage();
+}
+
 void CommentsVC::updateEmptyMessage()
 {
     const bool empty = m_model && m_model->isEmpty() && !m_scrollArea->isRefreshing();
@@ -210,7 +222,13 @@ void CommentsVC::customInputBarDidPressSend(const QString &text, const std::opti
         text, picture, [self = QPointer<CommentsVC>(this), bar = QPointer<CustomInputBar>(bar)](bool posted) {
             if (!self)
                 return;
-            self->pullToRefresh();
+            if (self->outbox()) {
+                // Kept in the outbox: it shows now, marked, at the end of the thread.
+                self->showOutbox(false);
+                QTimer::singleShot(0, self, &CommentsVC::scrollToLastRow);
+            } else {
+                self->pullToRefresh();
+            }
             // What the outbox could not keep stays in the bar.
             if (bar && (posted || !self->outbox())) {
                 bar->inputTextView()->clearFocus();

@@ -78,6 +78,8 @@ private:
     void fetched(bool success);
     void scrollToLastRow();
     void updateEmptyMessage();
+    // The thread with the outbox as it is now (see CommentsVM::applyOutbox()).
+    void showOutbox(bool someSent);
     void pictureTapped(int row);
     [[nodiscard]] CommentsVM &requireViewModel() const;
 

@@ -112,6 +112,43 @@ void CommentsVM::postComment(const QString &text, const std::optional<QImage> &p
                                   std::move(completion));
 }
 
+namespace {
+
+// A comment is the one its outbox entry posts: same author, time to the millisecond and text.
+bool isPosting(const Comment &comment, const OutboxEntry &entry)
+{
+    const std::optional<TaskCommentPayload> &payload = entry.commentPayload;
+    return payload && comment.userId == payload->userId
+        && comment.dateCreated.toMSecsSinceEpoch() == payload->dateCreated
+        && comment.text.value_or(QString()) == payload->text;
+}
+
+} // namespace
+
+void CommentsVM::applyOutbox(bool someSent)
+{
+    const OutboxSender *outbox = m_networkManager ? m_networkManager->outbox() : nullptr;
+    if (!outbox)
+        return;
+    const QList<OutboxEntry> pending = outbox->pending().comments(m_task->id);
+    QList<CommentPtr> kept;
+    kept.reserve(m_comments.size());
+    for (const CommentPtr &comment : std::as_const(m_comments)) {
+        if (comment->syncMark == SyncMark::none) {
+            kept.append(comment);
+            continue;
+        }
+        const bool stillPending = std::any_of(pending.cbegin(), pending.cend(),
+                                              [&comment](const OutboxEntry &e) { return isPosting(*comment, e); });
+        if (stillPending || !someSent)
+            continue; // withPending() adds it again with its mark, or it was discarded
+        auto sent = std::make_shared<Comment>(*comment);
+        sent->syncMark = SyncMark::none;
+        kept.append(sent);
+    }
+    setComments(withPending(std::move(kept), pending, m_users));
+}
+
 QList<CommentPtr> CommentsVM::withPending(QList<CommentPtr> comments, const QList<OutboxEntry> &pending,
                                           const UsersData &users)
 {
@@ -119,10 +156,8 @@ QList<CommentPtr> CommentsVM::withPending(QList<CommentPtr> comments, const QLis
         if (!entry.commentPayload)
             continue;
         const TaskCommentPayload &payload = *entry.commentPayload;
-        const auto onServer = std::any_of(comments.cbegin(), comments.cend(), [&payload](const CommentPtr &c) {
-            return c->userId == payload.userId && c->dateCreated.toMSecsSinceEpoch() == payload.dateCreated
-                && c->text.value_or(QString()) == payload.text;
-        });
+        const auto onServer = std::any_of(comments.cbegin(), comments.cend(),
+                                          [&entry](const CommentPtr &c) { return isPosting(*c, entry); });
         if (onServer)
             continue;
         auto comment = std::make_shared<Comment>();

@@ -65,6 +65,11 @@ public:
     // in milliseconds and text.
     [[nodiscard]] static QList<CommentPtr> withPending(QList<CommentPtr> comments, const QList<OutboxEntry> &pending,
                                                        const UsersData &users);
+    // Takes the outbox as it is now into the comments kept, without a fetch: new
+    // pending comments show, marks follow their rows, and a comment that left the
+    // outbox stays unmarked when something was sent (the next fetch has the
+    // server's copy) and goes otherwise (it was discarded).
+    void applyOutbox(bool someSent);
     // The picture of a comment still in the outbox is found by this path
     // ("outbox:" + the outbox row); nothing for a server path.
     [[nodiscard]] static QString outboxPicturePath(qint64 entryId);

@@ -49,6 +49,7 @@
 #include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QNetworkReply>
 #include <QPixmap>
 #include <QPushButton>
 #include <QSet>
@@ -292,7 +293,48 @@ void DemoTour::stepAtScale()
                .arg(smallComments)
                .arg(figures(smallThread))
                .arg(bigThread.shownMs - smallThread.shownMs));
+
+    m_currentStep = QStringLiteral("at-scale-post");
+    const auto [sinceSend, sinceAnswer] = postMeasured(QStringLiteral("Checked the whole list again."));
+    record(m_currentStep,
+           QStringLiteral("a comment posted into %1 comments: shown as sent %2 ms after the server's "
+                          "answer (%3 ms after Send)")
+               .arg(commentCount() - 1)
+               .arg(sinceAnswer)
+               .arg(sinceSend));
     backToDashboard();
+}
+
+std::pair<qint64, qint64> DemoTour::postMeasured(const QString &text)
+{
+    CommentsVC &screen = commentsScreen();
+    CustomInputBar *bar = screen.inputBar();
+    type(bar->inputTextView(), text);
+    QElapsedTimer clock;
+    qint64 answeredMs = -1;
+    QMetaObject::Connection answers;
+    if (SwitchableNetworkAccess *network = m_window->network()) {
+        answers = QObject::connect(
+            network, &QNetworkAccessManager::finished, m_window, [&clock, &answeredMs](QNetworkReply *reply) {
+                if (reply->request().attribute(QNetworkRequest::CustomVerbAttribute).toByteArray() == "POST"
+                    && reply->url().path().endsWith(QLatin1String("/comment")))
+                    answeredMs = clock.elapsed();
+            });
+    }
+    clock.start();
+    bar->sendButton()->click();
+    waitFor(QStringLiteral("the posted comment to show as sent"), [&screen, &text, &answeredMs] {
+        const CommentThreadModel *model = screen.threadModel();
+        const QModelIndex last = model->index(model->lastCommentRow());
+        return answeredMs >= 0 && last.data(Qt::AccessibleTextRole).toString() == text
+            && last.data(CommentThreadModel::SyncMarkRole).value<SyncMark>() == SyncMark::none
+            && screen.tableView()->visualRect(last).intersects(screen.tableView()->sight());
+    });
+    m_window->repaint();
+    const qint64 shownMs = clock.elapsed();
+    QObject::disconnect(answers);
+    settle(300ms);
+    return {shownMs, shownMs - answeredMs};
 }
 
 DemoTour::Opening DemoTour::openChecklist(const TaskPtr &task)

@@ -127,6 +127,9 @@ private:
     // From the dashboard, the task's checklist; from the checklist, its thread.
     Opening openChecklist(const TaskPtr &task);
     Opening openThread();
+    // Posts a comment into the open thread: milliseconds from Send and from the
+    // server's answer until the comment is painted as sent.
+    std::pair<qint64, qint64> postMeasured(const QString &text);
     void backToDashboard();
     void waitFor(const QString &what, const std::function<bool()> &condition);
     [[nodiscard]] bool waitUntil(const std::function<bool()> &condition, std::chrono::milliseconds timeout);

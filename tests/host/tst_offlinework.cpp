@@ -1,6 +1,9 @@
 #include "api/memoryofflinestore.h"
 #include "api/outboxsender.h"
 #include "api/settings.h"
+#include "comments/commentsvc.h"
+#include "comments/commentthreadmodel.h"
+#include "comments/custominputbar.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/outboxlistmodel.h"
@@ -16,10 +19,14 @@
 #include <QJsonArray>
 #include <QListView>
 #include <QNetworkProxy>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTest>
+#include <QThread>
+
+#include <atomic>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -46,6 +53,7 @@ private slots:
 
     void openFromTheCacheAndSendOnceBackOnline();
     void refusedResultWaitsInTheNotSentList();
+    void postedCommentShowsAtOnceAndUnmarksOnItsAnswer();
 
 private:
     std::unique_ptr<RavelinNavVC> host();
@@ -187,6 +195,47 @@ void TestOfflineWork::refusedResultWaitsInTheNotSentList()
     QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, timeoutMs);
     QCOMPARE(m_host->navigationBar()->syncText(), QString());
     QCOMPARE(requests(updatePath), 1);
+}
+
+void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
+{
+    // Once a comment is posted, the thread's answer is slow: the row must not wait for it.
+    const QString commentsPath = QStringLiteral("/api/task/8/comments");
+    std::atomic<bool> posted = false;
+    m_api->server.on("GET", commentsPath, [&posted](const RecordedRequest &) {
+        if (posted)
+            QThread::msleep(1500);
+        return CannedResponse{200, answer(QJsonArray{commentJson("Seal replaced", "2026-11-01T09:00:00.000Z")})};
+    });
+    m_api->server.on("POST", QStringLiteral("/api/comment"), [&posted](const RecordedRequest &) {
+        posted = true;
+        return CannedResponse{200, R"({"success":true})"};
+    });
+    m_host = host();
+    QVERIFY(openScreen(*m_host, QStringLiteral("comments"), ScreenRoute{1, 0, 2, 2}, timeoutMs));
+    auto *screen = qobject_cast<CommentsVC *>(m_host->topScreen());
+    CommentThreadModel *thread = screen->threadModel();
+    QAbstractItemModelTester tester(thread, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const int fetches = requests(commentsPath);
+    const auto lastMark = [thread] {
+        return thread->index(thread->lastCommentRow()).data(CommentThreadModel::SyncMarkRole).value<SyncMark>();
+    };
+
+    setOffline(true);
+    screen->inputBar()->inputTextView()->setPlainText(QStringLiteral("Gauge checked"));
+    screen->inputBar()->sendButton()->click();
+    QTRY_COMPARE_WITH_TIMEOUT(lastMark(), SyncMark::waiting, timeoutMs);
+    QCOMPARE(thread->index(thread->lastCommentRow()).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Gauge checked"));
+    QCOMPARE(requests(commentsPath), fetches);
+
+    setOffline(false);
+    m_host->outboxSender()->syncNow();
+    QTRY_COMPARE_WITH_TIMEOUT(lastMark(), SyncMark::none, timeoutMs);
+    QVERIFY(screen->isFetching()); // the thread's slow answer is still to come
+    QCOMPARE(thread->index(thread->lastCommentRow()).data(Qt::AccessibleTextRole).toString(),
+             QStringLiteral("Gauge checked"));
+    QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
 }
 
 QTEST_MAIN(TestOfflineWork)
