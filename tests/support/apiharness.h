@@ -4,6 +4,7 @@
 #include "api/networkmanager.h"
 #include "api/networkmanagerdelegate.h"
 #include "api/sessionstore.h"
+#include "api/usersdata.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "support/testserver.h"
 
@@ -40,7 +41,7 @@ public:
 };
 
 // A network manager wired to a fresh loopback test server with a fresh token,
-// a fixed clock and a throw-away settings store.
+// a fixed clock and a throw-away settings store; `users` has worker 7 signed in.
 class ApiHarness
 {
 public:
@@ -53,6 +54,7 @@ public:
         settings.clear();
         store.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(now - std::chrono::seconds(60))});
         manager.setDelegate(&host);
+        users.currentUser.id = 7;
     }
 
     TimePoint now;
@@ -63,6 +65,7 @@ public:
     QNetworkAccessManager network;
     FakeHost host;
     NetworkManager manager;
+    UsersData users;
 };
 
 } // namespace ravelin::test

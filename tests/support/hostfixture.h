@@ -132,17 +132,6 @@ protected:
     }
 };
 
-// What the server was sent on a path: how often, and the last body as JSON.
-inline int requestCount(const ApiHarness &api, const QString &path)
-{
-    return int(api.server.requests(path).size());
-}
-inline QJsonObject lastBody(const ApiHarness &api, const QString &path)
-{
-    const auto sent = api.server.requests(path);
-    return sent.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(sent.last().body).object();
-}
-
 // Whether every answer the network has had has also been taken: no reply is
 // left, the last one deleted after its handler ran.
 inline bool answersTaken(const QNetworkAccessManager &network)

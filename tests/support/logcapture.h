@@ -57,13 +57,6 @@ public:
         return m_state->categories;
     }
 
-    void clear()
-    {
-        std::lock_guard lock(m_state->mutex);
-        m_state->lines.clear();
-        m_state->categories.clear();
-    }
-
 private:
     struct State
     {
