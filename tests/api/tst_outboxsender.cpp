@@ -3,6 +3,7 @@
 #include "api/sqliteofflinestore.h"
 #include "outboxserver.h"
 #include "support/apiharness.h"
+#include "support/testpicker.h"
 
 #include <QDirIterator>
 #include <QSignalSpy>
@@ -13,17 +14,8 @@ using namespace std::chrono;
 using test::OutboxServer;
 
 namespace {
-
 constexpr int waitMs = 10000;
 constexpr qint64 user = 7;
-
-QImage photo()
-{
-    QImage image(32, 24, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    return image;
-}
-
 } // namespace
 
 class TestOutboxSender : public QObject
@@ -123,12 +115,12 @@ void TestOutboxSender::sendsEveryKind()
         payload.updaterUserId = user;
         payload.items = {ItemPayload{31, 1, QStringLiteral("Replaced"), std::nullopt}};
         entry = OutboxEntry::itemsUpdate(payload, m_api->now);
-        picture = photo();
+        picture = test::solidPicture();
         break;
     }
     case OutboxEntry::Kind::comment:
         entry = comment(12, QStringLiteral("Valve leaks"));
-        picture = photo();
+        picture = test::solidPicture();
         break;
     case OutboxEntry::Kind::block:
         entry = OutboxEntry::block(comment(12, QStringLiteral("No access"), true).commentPayload.value(), 5);
@@ -335,7 +327,7 @@ void TestOutboxSender::noTokenIsWritten()
     const QString token = QStringLiteral("token-9f3c51d2e7");
     m_api->store.store(APIData{m_api->server.baseUrl(), token, toDateTime(m_api->now - seconds(5))});
     m_results->failNext(1);
-    QVERIFY(m_sender->add(comment(2, QStringLiteral("with a token about")), photo()));
+    QVERIFY(m_sender->add(comment(2, QStringLiteral("with a token about")), test::solidPicture()));
     QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 2, 3, m_api->now)));
     QVERIFY(m_store->storeAnswer(user, QStringLiteral("api/task/2/comments"), "{}", m_api->now));
     drain();

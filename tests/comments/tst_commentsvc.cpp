@@ -33,16 +33,6 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 const QString commentsPath = QStringLiteral("/api/task/8/comments");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
-
-QJsonObject withMedia(QJsonObject comment, const QStringList &paths)
-{
-    QJsonArray media;
-    for (const QString &path : paths)
-        media.append(QJsonObject{{"path", path}, {"dateCreated", comment.value("dateCreated")}, {"commentId", 1}});
-    comment.insert("media", media);
-    return comment;
-}
 
 } // namespace
 
@@ -67,13 +57,9 @@ private slots:
 private:
     // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
     CommentsVC *openComments(bool waitForAnswer = true);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     [[nodiscard]] QString serverDate(qint64 secondsAgo) const
     {
-        return toDateTime(m_api->now - std::chrono::seconds(secondsAgo))
-                   .toUTC()
-                   .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz"))
-            + QStringLiteral("Z");
+        return test::serverDate(m_api->now - std::chrono::seconds(secondsAgo));
     }
 
     std::unique_ptr<ApiHarness> m_api;
@@ -105,10 +91,8 @@ CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
     m_host = showHost(*m_api, m_center, std::move(environment));
     auto task = std::make_shared<Task>();
     task->id = 8;
-    UsersData users;
-    users.currentUser.id = 7;
     auto *screen = new CommentsVC;
-    screen->setViewModel(new CommentsVM(task, m_host->networkManager(), users));
+    screen->setViewModel(new CommentsVM(task, m_host->networkManager(), m_api->users));
     screen->setTaskID(8);
     screen->setTitle(QStringLiteral("Comments"));
     m_host->push(screen);
@@ -128,7 +112,7 @@ void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
         return CannedResponse{200, answer(QJsonArray{})};
     });
     CommentsVC *screen = openComments(false);
-    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) >= 1, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(commentsPath) >= 1, timeoutMs);
     QVERIFY(screen->emptyMessageLabel()->isHidden());
     release->store(true);
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
@@ -162,11 +146,11 @@ void TestCommentsVC::sendRules()
         QTest::mouseClick(bar->attachmentButton(), Qt::LeftButton);
         QTRY_COMPARE_WITH_TIMEOUT(bar->attachments().size(), 1, timeoutMs);
     }
-    const int fetches = requests(commentsPath);
+    const int fetches = m_api->server.requestCount(commentsPath);
     // The send action itself (with nothing at all, the button is not even enabled).
     bar->didPressSend();
     // Posted or not, the thread is fetched again and the bar starts over.
-    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) > fetches, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(commentsPath) > fetches, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(bar->inputTextView()->toPlainText().isEmpty() && bar->attachments().isEmpty(), timeoutMs);
     const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
     QCOMPARE(posted.size(), posts ? 1 : 0);
@@ -189,8 +173,8 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     });
     m_api->server.on("GET", commentsPath,
                      CannedResponse{200,
-                                    answer(QJsonArray{withMedia(commentJson("Gauge", serverDate(120)),
-                                                                {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+                                    answer(QJsonArray{commentJson("Gauge", serverDate(120), std::nullopt, false,
+                                                                  {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadView *table = screen->tableView();
@@ -281,11 +265,11 @@ void TestCommentsVC::layoutPassesShareOneFetch()
     });
     CommentsVC *screen = openComments();
     QVERIFY(screen);
-    const int before = requests(commentsPath);
+    const int before = m_api->server.requestCount(commentsPath);
     for (int i = 0; i < 20; ++i)
         screen->viewDidLayoutSubviews();
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
-    QCOMPARE(requests(commentsPath), before + 1);
+    QCOMPARE(m_api->server.requestCount(commentsPath), before + 1);
     QCOMPARE(most->load(), 1);
 }
 

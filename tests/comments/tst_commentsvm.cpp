@@ -189,10 +189,8 @@ void TestCommentsVM::details()
 
 void TestCommentsVM::cellViewModelShowsFirstPicture()
 {
-    QJsonObject withPictures = commentJson("pics", "2026-11-20T14:00:00.000Z");
-    withPictures["media"]
-        = QJsonArray{QJsonObject{{"path", "a.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}},
-                     QJsonObject{{"path", "b.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}}};
+    const QJsonObject withPictures
+        = commentJson("pics", "2026-11-20T14:00:00.000Z", std::nullopt, false, {"a.jpg", "b.jpg"});
     m_api->server.on(
         "GET", "/api/task/5/comments",
         CannedResponse{200, answer(QJsonArray{withPictures, commentJson("plain", "2026-11-20T15:00:00.000Z")})});

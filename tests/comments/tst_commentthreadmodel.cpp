@@ -6,46 +6,21 @@
 #include "comments/thumbnailcache.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
+#include "support/testpicker.h"
 
 #include <QAbstractItemModelTester>
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace ravelin;
 using namespace ravelin::test;
+using namespace std::chrono;
 
 namespace {
 
 constexpr int timeoutMs = 10000;
 const QString thumbnails = QStringLiteral("/files/thumbnails/thumb_");
-
-CannedResponse response(int status, const QByteArray &body = {}, const QByteArray &type = "image/jpeg")
-{
-    CannedResponse out;
-    out.status = status;
-    out.body = body;
-    out.contentType = type;
-    return out;
-}
-
-QByteArray jpegBytes()
-{
-    QImage picture(QSize(16, 12), QImage::Format_RGB32);
-    picture.fill(Qt::darkGreen);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "JPEG");
-    return bytes;
-}
-
-} // namespace
-
-using namespace std::chrono;
-
-namespace {
 
 QByteArray commentJson(const QByteArray &extra)
 {
@@ -102,7 +77,8 @@ void TestCommentThreadModel::init()
 {
     m_api = std::make_unique<ApiHarness>();
     m_api->server.onPrefix("GET", thumbnails, [](const RecordedRequest &request) {
-        return request.path.contains(QStringLiteral("broken")) ? response(500) : response(200, jpegBytes());
+        return request.path.contains(QStringLiteral("broken")) ? CannedResponse{500, {}, "image/jpeg"}
+                                                               : CannedResponse{200, jpeg(), "image/jpeg"};
     });
     auto task = std::make_shared<Task>();
     task->id = 8;

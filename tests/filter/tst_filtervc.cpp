@@ -59,20 +59,6 @@ void turn(PickerWheel *wheel, int notches)
 
 } // namespace
 
-using ravelin::DatePicker;
-using ravelin::PickerWheel;
-
-namespace {
-
-QDateTime at(int y, int m, int d, int h = 12)
-{
-    return QDateTime(QDate(y, m, d), QTime(h, 0));
-}
-
-} // namespace
-
-// Turning the wheels as a worker would: a day the month does not have, and the limits.
-
 class TestFilterVC : public QObject
 {
     Q_OBJECT
@@ -259,7 +245,7 @@ void TestFilterVC::apply()
     const std::optional<Query> query = queryAfterClosing(*host, filter);
     QVERIFY(query);
     // The dashboard asks again with the applied choices (the whole query:
-    // tst_dashboardvm changedFilterQuery, tst_apidata queryItems).
+    // tst_dashboardvm queryFollowsTheFilter, tst_apidata queryItems).
     QCOMPARE(query->first().second, QString::number(start.toMSecsSinceEpoch()));
     QCOMPARE(query->mid(query->size() - 2), (Query{{"orderBy", orderBy}, {"sortBy", sortBy}}));
 }
@@ -409,16 +395,18 @@ void TestFilterVC::turningTheWheels_data()
     QTest::addColumn<QDateTime>("to");
 
     const QDateTime open;
-    QTest::newRow("31 October, then November") << at(2026, 10, 31) << open << open << "month" << 1 << at(2026, 11, 30);
+    QTest::newRow("31 October, then November")
+        << local(2026, 10, 31) << open << open << "month" << 1 << local(2026, 11, 30);
     QTest::newRow("29 February, then a common year")
-        << at(2024, 2, 29, 9) << open << open << "year" << 1 << at(2025, 2, 28, 9);
-    QTest::newRow("31 March, back to February") << at(2026, 3, 31) << open << open << "month" << -1 << at(2026, 2, 28);
+        << local(2024, 2, 29, 9) << open << open << "year" << 1 << local(2025, 2, 28, 9);
+    QTest::newRow("31 March, back to February")
+        << local(2026, 3, 31) << open << open << "month" << -1 << local(2026, 2, 28);
     QTest::newRow("past the maximum comes back to it")
-        << at(2026, 11, 19) << open << at(2026, 11, 21, 8) << "day" << 5 << at(2026, 11, 21, 8);
+        << local(2026, 11, 19) << open << local(2026, 11, 21, 8) << "day" << 5 << local(2026, 11, 21, 8);
     QTest::newRow("before the minimum comes back to it")
-        << at(2026, 9, 25) << at(2026, 9, 21) << open << "month" << -1 << at(2026, 9, 21);
+        << local(2026, 9, 25) << local(2026, 9, 21) << open << "month" << -1 << local(2026, 9, 21);
     QTest::newRow("limits the wrong way round are ignored")
-        << at(2026, 9, 25) << at(2026, 10, 1) << at(2026, 9, 1) << "day" << 3 << at(2026, 9, 28);
+        << local(2026, 9, 25) << local(2026, 10, 1) << local(2026, 9, 1) << "day" << 3 << local(2026, 9, 28);
 }
 
 void TestFilterVC::turningTheWheels()

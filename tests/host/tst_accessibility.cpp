@@ -27,11 +27,6 @@ namespace {
 constexpr int timeoutMs = 10000;
 const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
-QString serverDate(const TimePoint &when)
-{
-    return toDateTime(when).toUTC().toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz")) + QStringLiteral("Z");
-}
-
 QAccessibleInterface *accessible(QObject *object)
 {
     return QAccessible::queryAccessibleInterface(object);
@@ -203,10 +198,8 @@ void TestAccessibility::init()
                                     answer(QJsonArray{itemJson(21, 2, "Gauge", 1), itemJson(22, 2, "Seal", 2),
                                                       itemJson(23, 2, "Valve", 3, QStringLiteral("CP-1")),
                                                       itemJson(24, 2, "Gate", 3)})});
-    QJsonObject pictured = commentJson("Valve closed", serverDate(m_api->now - std::chrono::minutes(5)));
-    pictured.insert("media",
-                    QJsonArray{QJsonObject{
-                        {"path", "p/valve.jpg"}, {"dateCreated", pictured.value("dateCreated")}, {"commentId", 1}}});
+    const QJsonObject pictured = commentJson("Valve closed", serverDate(m_api->now - std::chrono::minutes(5)),
+                                             std::nullopt, false, {"p/valve.jpg"});
     m_api->server.on("GET", "/api/task/2/comments",
                      CannedResponse{200,
                                     answer(QJsonArray{commentJson("Seal replaced",

@@ -53,7 +53,6 @@ private:
     void setOffline(bool offline);
     // Completes the open item on row 0 of the items screen.
     void completeFirstItem(ItemsVC &screen);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
 
     std::unique_ptr<ApiHarness> m_api;
     std::unique_ptr<MemoryOfflineStore> m_store;
@@ -142,7 +141,7 @@ void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
                               timeoutMs);
     QCOMPARE(items->index(1).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none);
     QCOMPARE(m_host->navigationBar()->syncText(), QStringLiteral("1 waiting"));
-    QCOMPARE(requests(updatePath), 0);
+    QCOMPARE(m_api->server.requestCount(updatePath), 0);
     grabShot(*m_host, QStringLiteral("offline-items-waiting"));
 
     // Back online: sent once, the mark goes row by row and the count with it.
@@ -151,7 +150,7 @@ void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
     QTRY_COMPARE_WITH_TIMEOUT(items->index(0).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none,
                               timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(m_host->outboxSender()->isIdle(), timeoutMs);
-    QCOMPARE(requests(updatePath), 1);
+    QCOMPARE(m_api->server.requestCount(updatePath), 1);
     QCOMPARE(m_host->navigationBar()->syncText(), QString());
     QCOMPARE(resets.size(), 0);
     QTRY_COMPARE_WITH_TIMEOUT(m_host->navigationBar()->prompt(), QString(), timeoutMs);
@@ -186,7 +185,7 @@ void TestOfflineWork::refusedResultWaitsInTheNotSentList()
     discard->click();
     QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, timeoutMs);
     QCOMPARE(m_host->navigationBar()->syncText(), QString());
-    QCOMPARE(requests(updatePath), 1);
+    QCOMPARE(m_api->server.requestCount(updatePath), 1);
 }
 
 QTEST_MAIN(TestOfflineWork)

@@ -16,6 +16,7 @@
 #include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
+#include "support/shots.h"
 #include "support/testpicker.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/taskstrip.h"
@@ -42,7 +43,6 @@ namespace {
 constexpr int timeoutMs = 10000;
 constexpr qint64 taskId = 8;
 const QString itemsPath = QStringLiteral("/api/items/taskId/8");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
 QJsonObject bodyOf(const RecordedRequest &request)
 {
@@ -90,7 +90,6 @@ private slots:
 private:
     // The dashboard with one in-progress task, opened on its items screen.
     ItemsVC *openItems(const QJsonArray &items);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     [[nodiscard]] Screen *presented() const { return m_host ? m_host->presentedScreen() : nullptr; }
 
     std::unique_ptr<ApiHarness> m_api;
@@ -142,7 +141,7 @@ void TestItemsVC::headerCountsAndFilteredRows()
                           screen->rejectedCountLbl()->text(), screen->assignedByLbl()->text()}),
              (QStringList{"4 Total", "2 Completed", "1 Incidents", "Dispatch Desk"}));
     QVERIFY(screen->statusBreakdown()->isVisible());
-    m_host->grab().save(shots + QStringLiteral("items.png"));
+    grabShot(*m_host, QStringLiteral("items"));
 
     // On "Completed" the counts and the rows are the completed items', and row 0
     // is the first completed item, not the task's first item.
@@ -230,11 +229,11 @@ void TestItemsVC::updateResults()
         QTest::mouseClick(action->addFileButton(), Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(action->attachedPicture().has_value(), timeoutMs);
         QVERIFY(action->attachmentView()->isVisible());
-        m_host->grab().save(shots + QStringLiteral("item-action.png"));
+        grabShot(*m_host, QStringLiteral("item-action"));
     }
     QTest::mouseClick(report ? action->reportButton() : action->completeButton(), Qt::LeftButton);
 
-    const int loads = requestCount(*m_api, itemsPath);
+    const int loads = m_api->server.requestCount(itemsPath);
     QCOMPARE(alerts.waitForTitle(), title);
     QCOMPARE(alerts.last().value(1), message);
     QVERIFY(!presented());
@@ -242,7 +241,7 @@ void TestItemsVC::updateResults()
 
     // The items in the order chosen, with the new status; the picture went up
     // first. The whole body: tst_itemsvm updateBody.
-    QJsonArray items = lastBody(*m_api, QStringLiteral("/api/item/status")).value("items").toArray();
+    QJsonArray items = m_api->server.lastBody(QStringLiteral("/api/item/status")).value("items").toArray();
     QCOMPARE(items.size(), rows.size());
     for (int i = 0; i < rows.size(); ++i) {
         QCOMPARE(items.at(i)["id"].toInt(), 11 + rows.at(i));
@@ -251,7 +250,7 @@ void TestItemsVC::updateResults()
     }
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
     // Once the alert is gone the items load again.
-    QTRY_COMPARE_WITH_TIMEOUT(requests(itemsPath), loads + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(itemsPath), loads + 1, timeoutMs);
 }
 
 void TestItemsVC::swipeActionsOnlyOnOpenRows()
@@ -274,7 +273,7 @@ void TestItemsVC::swipeActionsOnlyOnOpenRows()
     QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth),
                               timeoutMs);
     QCOMPARE(table->swipedRow(), 1);
-    m_host->grab().save(shots + QStringLiteral("items-swipe.png"));
+    grabShot(*m_host, QStringLiteral("items-swipe"));
     // "Incidents", the second action, leads to the item's action sheet.
     const QRect incidents = ItemTableViewCell::swipeActionRects(table->rowRect(1), 2).at(1);
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, incidents.center());
@@ -314,7 +313,7 @@ void TestItemsVC::blockingReachesTheDashboard()
     QVERIFY(block);
     QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text()}),
              (QStringList{"Gauge", "Gauge details"}));
-    m_host->grab().save(shots + QStringLiteral("block-task.png"));
+    grabShot(*m_host, QStringLiteral("block-task"));
     // A single blank is no reason: nothing is posted, the task is blocked all the same.
     block->noteField()->setFocus();
     QTest::keyClick(block->noteField(), Qt::Key_Space);
@@ -322,9 +321,9 @@ void TestItemsVC::blockingReachesTheDashboard()
     QCOMPARE(alerts.waitForTitle(), QStringLiteral("Task marked as blocked!"));
     QCOMPARE(alerts.last().value(1), QStringLiteral("\n  The task status Pump station was changed to `Blocked`\n "));
     QVERIFY(!presented());
-    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
-    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
-    QCOMPARE(requests(QStringLiteral("/api/comment")), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/comment")), 0);
 }
 
 void TestItemsVC::failedBlockKeepsTheSheet()
@@ -344,22 +343,23 @@ void TestItemsVC::failedBlockKeepsTheSheet()
     QCOMPARE(presented(), block);
     QCOMPARE(block->noteField()->text(), QStringLiteral("Gate locked"));
     QVERIFY(block->blockButton()->isEnabled());
-    QCOMPARE(requests(QStringLiteral("/api/task/8")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/task/8")), 0);
 }
 
 void TestItemsVC::completingReachesTheDashboard()
 {
     ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
     QVERIFY(screen);
-    const int fetches = requests(QStringLiteral("/api/tasks/assigned-user/7"));
+    const int fetches = m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7"));
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
     QCOMPARE(
         topAlert(screen).mid(0, 2),
         (QStringList{"Task successfully completed!", "\n  The task status Pump station was changed to `Complete`\n "}));
-    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
     // The rest of the body: tst_apidata updateTaskStatusBody.
-    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
-    QTRY_VERIFY_WITH_TIMEOUT(requests(QStringLiteral("/api/tasks/assigned-user/7")) > fetches, timeoutMs);
+    QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7")) > fetches,
+                             timeoutMs);
 }
 
 void TestItemsVC::closingWhileLoading()
@@ -370,13 +370,13 @@ void TestItemsVC::closingWhileLoading()
         QThread::msleep(300);
         return CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3)})};
     });
-    const int loads = requests(itemsPath);
+    const int loads = m_api->server.requestCount(itemsPath);
     screen->pullToRefresh();
     QPointer<ItemsVC> guard(screen);
     m_host->pop();
     QTRY_VERIFY_WITH_TIMEOUT(guard.isNull(), timeoutMs);
     // The answer arrives after the screen is gone.
-    QTRY_VERIFY_WITH_TIMEOUT(requests(itemsPath) > loads && answersTaken(m_api->network), timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(itemsPath) > loads && answersTaken(m_api->network), timeoutMs);
     QCOMPARE(m_host->screens().size(), 1);
 }
 
@@ -418,21 +418,19 @@ void TestItemsVC::oneRequestForADoubleTap()
     auto item = std::make_shared<Item>();
     item->id = 11;
     item->taskId = 5;
-    UsersData users;
-    users.currentUser.id = 7;
     Reports reports;
 
     std::unique_ptr<NoteSheet> screen;
     std::function<void()> tap;
     if (sheet == "block") {
         auto *block = new BlockTaskVC;
-        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), users));
+        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), api.users));
         block->setDelegate(&reports);
         tap = [block] { block->block(); };
         screen.reset(block);
     } else {
         auto *action = new ItemActionVC;
-        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), users));
+        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), api.users));
         action->setDelegate(&reports);
         tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
                                 : std::function<void()>([action] { action->complete(); });

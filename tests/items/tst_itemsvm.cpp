@@ -4,6 +4,7 @@
 #include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
 #include <QTest>
 
@@ -14,34 +15,19 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 
-ItemPtr makeItem(qint64 id, std::optional<QString> qr = std::nullopt)
-{
-    auto item = std::make_shared<Item>();
-    item->id = id;
-    item->name = QStringLiteral("Item %1").arg(id);
-    item->qrCode = std::move(qr);
-    return item;
-}
-
 QJsonObject entry(qint64 id, int status, const QJsonValue &text, const QJsonValue &media)
 {
     return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
 }
 
-ItemPtr namedItem(qint64 id, const QString &name)
+// An item named "Item <id>" unless named, with "<name> details" as its details.
+ItemPtr itemOf(qint64 id, QString name = {}, ItemStatus status = ItemStatus::open,
+               std::optional<QString> qr = std::nullopt)
 {
     auto item = std::make_shared<Item>();
     item->id = id;
-    item->name = name;
-    item->details = name + QStringLiteral(" details");
-    return item;
-}
-
-ItemPtr itemOf(qint64 id, const QString &name, ItemStatus status, std::optional<QString> qr = std::nullopt)
-{
-    auto item = std::make_shared<Item>();
-    item->id = id;
-    item->name = name;
+    item->name = name.isEmpty() ? QStringLiteral("Item %1").arg(id) : std::move(name);
+    item->details = item->name + QStringLiteral(" details");
     item->status = status;
     item->qrCode = std::move(qr);
     return item;
@@ -82,7 +68,6 @@ private:
     bool fetch();
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
-    UsersData m_users;
     std::unique_ptr<ItemsVM> m_vm;
 };
 
@@ -91,7 +76,6 @@ void TestItemViewModels::init()
     m_api = std::make_unique<ApiHarness>();
     m_task = std::make_shared<Task>();
     m_task->id = 5;
-    m_users.currentUser.id = 7;
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_vm = std::make_unique<ItemsVM>(m_task, &m_api->manager, UsersData{});
@@ -109,19 +93,20 @@ void TestItemViewModels::completeRules_data()
     QTest::addColumn<bool>("qrIndicator");
     QTest::addColumn<QString>("blocker"); // empty: the items can be completed
     const QString scan = QStringLiteral("Scan QR code to complete this item");
-    ItemPtr scanned = makeItem(1, QStringLiteral("CP-1"));
+    ItemPtr scanned = itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1"));
     scanned->isQRMapped = true;
     QTest::newRow("no items") << QList<ItemPtr>{} << false << "";
     QTest::newRow("one item with a code, not scanned")
-        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true << scan;
+        << QList<ItemPtr>{itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1"))} << true << scan;
     QTest::newRow("one item with a code, scanned") << QList<ItemPtr>{scanned} << true << "";
-    QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false << "";
+    QTest::newRow("one item without a code") << QList<ItemPtr>{itemOf(1)} << false << "";
     QTest::newRow("one item already completed") << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::ok)}
                                                 << false << "Already Marked as `Completed`";
     QTest::newRow("reported item with a code, not scanned")
         << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::nok, QStringLiteral("CP-1"))} << true << scan;
     QTest::newRow("two items, one with a code, one completed")
-        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), itemOf(2, QStringLiteral("Valve"), ItemStatus::ok)}
+        << QList<ItemPtr>{itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1")),
+                          itemOf(2, QStringLiteral("Valve"), ItemStatus::ok)}
         << false << "";
 }
 
@@ -130,7 +115,7 @@ void TestItemViewModels::completeRules()
     QFETCH(QList<ItemPtr>, items);
     QFETCH(bool, qrIndicator);
     QFETCH(QString, blocker);
-    const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_users);
+    const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_api->users);
     QCOMPARE(vm.showsQRIndicator(), qrIndicator);
     QCOMPARE(vm.completeBlocker().value_or(QString()), blocker);
 }
@@ -162,13 +147,9 @@ void TestItemViewModels::updateBody()
 
     QList<ItemPtr> items;
     for (qint64 id : ids)
-        items.append(makeItem(id));
-    ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_users);
-    std::optional<QImage> picture;
-    if (withPicture) {
-        picture = QImage(4, 4, QImage::Format_RGB32);
-        picture->fill(Qt::green);
-    }
+        items.append(itemOf(id));
+    ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_api->users);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
     std::optional<bool> ok;
     vm.update(status, note, picture, [&](bool success) { ok = success; });
     QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
@@ -192,7 +173,7 @@ void TestItemViewModels::updateBody()
 void TestItemViewModels::failedUpdateReportsFalse()
 {
     m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
-    ItemActionVM vm({makeItem(1)}, m_task, &m_api->manager, QString(), m_users);
+    ItemActionVM vm({itemOf(1)}, m_task, &m_api->manager, QString(), m_api->users);
     LogCapture log;
     std::optional<bool> ok;
     vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
@@ -218,11 +199,9 @@ void TestItemViewModels::completesWhenTheManagerIsGone()
     QFETCH(bool, withPicture);
     auto manager = std::make_unique<NetworkManager>(&m_api->network, &m_api->store, fixedClock(m_api->now));
     manager->setDelegate(&m_api->host);
-    ItemActionVM vm({makeItem(1)}, m_task, manager.get(), QString(), m_users);
+    ItemActionVM vm({itemOf(1)}, m_task, manager.get(), QString(), m_api->users);
     LogCapture log;
-    std::optional<QImage> picture;
-    if (withPicture)
-        picture = QImage(2, 2, QImage::Format_RGB32);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
 
     QList<bool> results;
     if (goneBeforeUpdate)
@@ -257,8 +236,9 @@ void TestItemViewModels::itemAndDetailsLines()
     QFETCH(QString, itemLine);
     QFETCH(QString, detailsLine);
     for (int i = 0; i < names.size(); ++i)
-        m_task->itemList.items.append(namedItem(i + 1, names.at(i)));
-    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"), m_users);
+        m_task->itemList.items.append(itemOf(i + 1, names.at(i)));
+    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"),
+                         m_api->users);
     QCOMPARE(vm.itemLine(), itemLine);
     QCOMPARE(vm.detailsLine(), detailsLine);
 }
@@ -286,12 +266,8 @@ void TestItemViewModels::block()
     QFETCH(BlockTaskVM::Outcome, outcome);
     QFETCH(QString, sentText);
 
-    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
-    std::optional<QImage> picture;
-    if (withPicture) {
-        picture = QImage(4, 4, QImage::Format_RGB32);
-        picture->fill(Qt::gray);
-    }
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_api->users);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
     std::optional<BlockTaskVM::Outcome> result;
     vm.block(reason == QLatin1String("<none>") ? std::nullopt : std::optional(reason), picture,
              [&](BlockTaskVM::Outcome o) { result = o; });
@@ -315,7 +291,7 @@ void TestItemViewModels::block()
 void TestItemViewModels::failedCommentIsNotABlock()
 {
     m_api->server.on("POST", "/api/comment", CannedResponse{500, {}});
-    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_api->users);
     std::optional<BlockTaskVM::Outcome> result;
     vm.block(QStringLiteral("Gate locked"), std::nullopt, [&](BlockTaskVM::Outcome o) { result = o; });
     QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);

@@ -120,7 +120,6 @@ private slots:
 
 private:
     void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     std::unique_ptr<RavelinNavVC> makeHost();
     // Serves the tasks, shows a host (m_host) and waits for the two fetches of
     // the first appearance to be shown; its dashboard, nullptr when that does not happen.
@@ -219,7 +218,7 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
     auto host = makeHost();
     host->show();
     DashboardVC *dashboard = host->dashboard();
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), 2, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), 2, timeoutMs);
     QVERIFY(dashboard->refreshControl()->isRefreshing());
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 
@@ -264,11 +263,12 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     // Asked at once: nothing was loaded or sent, not even by the time a later
     // refresh has been answered.
     QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("No")));
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     dashboard->pullToRefresh();
-    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) > fetches && answersTaken(m_api->network), timeoutMs);
-    QCOMPARE(requests(QStringLiteral("/api/items/taskId/2")), 0);
-    QCOMPARE(requests(QStringLiteral("/api/task/2")), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) > fetches && answersTaken(m_api->network),
+                             timeoutMs);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/2")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/task/2")), 0);
 }
 
 void TestDashboardVC::statusChanges_data()
@@ -299,7 +299,7 @@ void TestDashboardVC::statusChanges()
     QVERIFY(dashboard);
     TaskTableViewCell *row = dashboard->rows().first();
     const TaskPtr task = row->tasks().first();
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     if (title.isEmpty()) {
         dashboard->changeTaskStatus(task, TaskStatus::complete);
     } else {
@@ -308,7 +308,7 @@ void TestDashboardVC::statusChanges()
         QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
     }
 
-    QTRY_COMPARE_WITH_TIMEOUT(requests(taskPath), 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(taskPath), 1, timeoutMs);
     const QJsonObject body = QJsonDocument::fromJson(m_api->server.requests(taskPath).first().body).object();
     QCOMPARE(body.value("task_status_id").toInt(), sentId);
     QCOMPARE(body.value("updater_user_id").toInt(), 7);
@@ -318,11 +318,11 @@ void TestDashboardVC::statusChanges()
         QCOMPARE(task->itemList.items.size(), 1);
         // The destination is now on top of the dashboard.
         QCOMPARE(m_host->screens().size(), 2);
-        QCOMPARE(requests(tasksPath), fetches);
+        QCOMPARE(m_api->server.requestCount(tasksPath), fetches);
     } else {
-        QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
         QVERIFY(dashboard->segues.isEmpty());
-        QCOMPARE(requests(QStringLiteral("/api/items/taskId/8")), 0);
+        QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/8")), 0);
     }
 }
 
@@ -370,17 +370,17 @@ void TestDashboardVC::taskEventAlertThenRefresh()
     QCOMPARE(topAlert(dashboard), QStringList());
 
     // An event about a task the dashboard does not even show.
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     auto event = std::make_shared<TaskUpdateEvent>();
     event->id = 999;
     event->name = QStringLiteral("Hydrant 9");
     event->type = TaskUpdateEventType::kDeleted;
     m_center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
     QCOMPARE(topAlert(dashboard), (QStringList{"Task Event Update", "Hydrant 9\nTask deleted.", ""}));
-    QCOMPARE(requests(tasksPath), fetches);
+    QCOMPARE(m_api->server.requestCount(tasksPath), fetches);
 
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
 }
 
 void TestDashboardVC::panelButtonSwipeAndFilter()
@@ -437,7 +437,7 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     // Sideways over the cards: the strip scrolls, the dashboard stays.
     QScrollBar *sideways = strip->horizontalScrollBar();
     QVERIFY(sideways->maximum() > 0);
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     drag(1, QPoint(-10, 0), 15);
     QTRY_VERIFY_WITH_TIMEOUT(sideways->value() > 0, timeoutMs);
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
@@ -446,11 +446,13 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     QScroller::scroller(strip->viewport())->stop();
     sideways->setValue(0);
     drag(0, QPoint(0, 10), 30);
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!dashboard->refreshControl()->isRefreshing(), timeoutMs);
     // Neither drag was a tap on a card.
     QVERIFY(dashboard->segues.isEmpty());
-    QCOMPARE(requests(QStringLiteral("/api/items/taskId/1")) + requests(QStringLiteral("/api/items/taskId/2")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/1"))
+                 + m_api->server.requestCount(QStringLiteral("/api/items/taskId/2")),
+             0);
 }
 
 void TestDashboardVC::wheelAndTapsAsOnAPhone()
@@ -533,7 +535,7 @@ void TestDashboardVC::closingWhileFetching()
     });
     auto host = makeHost();
     host->show();
-    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) >= 1, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) >= 1, timeoutMs);
     QPointer<DashboardVC> dashboard = host->dashboard();
     host.reset();
     QVERIFY(dashboard.isNull());
@@ -550,9 +552,7 @@ void TestDashboardVC::alertAnsweredAfterTheDashboardIsGone()
     window.resize(390, 700);
     auto *dashboard = new DashboardVC(&window);
     (new QVBoxLayout(&window))->addWidget(dashboard);
-    UsersData users;
-    users.currentUser.id = 7;
-    dashboard->setViewModel(new DashboardVM(&m_api->manager, users, fixedClock(m_api->now)));
+    dashboard->setViewModel(new DashboardVM(&m_api->manager, m_api->users, fixedClock(m_api->now)));
     window.show();
     dashboard->loadViewIfNeeded();
     QTRY_VERIFY_WITH_TIMEOUT(AlertPresenter::visibleAlert(&window), timeoutMs);

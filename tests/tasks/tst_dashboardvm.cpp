@@ -14,7 +14,6 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimeZone>
-#include <QUrlQuery>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -88,8 +87,7 @@ class TestDashboardVM : public QObject
 private slots:
     void init();
     void cleanup();
-    void defaultQuery();
-    void changedFilterQuery();
+    void queryFollowsTheFilter();
     void sectionsForMixedStatuses_data();
     void sectionsForMixedStatuses();
     void sectionsFollowTheSortChoice();
@@ -119,9 +117,7 @@ void TestDashboardVM::init()
 {
     Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
     m_api = std::make_unique<ApiHarness>();
-    UsersData users;
-    users.currentUser.id = 7;
-    m_vm = std::make_unique<DashboardVM>(&m_api->manager, users, fixedClock(m_api->now));
+    m_vm = std::make_unique<DashboardVM>(&m_api->manager, m_api->users, fixedClock(m_api->now));
 }
 
 void TestDashboardVM::cleanup()
@@ -138,44 +134,29 @@ bool TestDashboardVM::fetch()
     return QTest::qWaitFor([&] { return ok.has_value(); }, timeoutMs) && *ok;
 }
 
-void TestDashboardVM::defaultQuery()
+void TestDashboardVM::queryFollowsTheFilter()
 {
+    // The default filter's window and the query's wire form: tst_taskfilterdata defaults, tst_apidata queryItems.
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
-    LogCapture log;
-    QVERIFY(fetch());
-    const RecordedRequest r = m_api->server.requests().first();
-    QCOMPARE(r.path, QStringLiteral("/api/tasks/assigned-user/7"));
-
-    // Sixty calendar days back to one day ahead, in local time.
-    const QDateTime now = toDateTime(m_api->now).toLocalTime();
-    QStringList items;
-    for (const auto &[name, value] : r.query)
-        items.append(name + QLatin1Char('=') + value);
-    const QStringList expected{QStringLiteral("dateStart=%1").arg(now.addDays(-60).toMSecsSinceEpoch()),
-                               QStringLiteral("dateEnd=%1").arg(now.addDays(1).toMSecsSinceEpoch()),
-                               QStringLiteral("orderBy=date_created"), QStringLiteral("sortBy=DESC")};
-    QCOMPARE(items, expected);
-    QVERIFY(m_vm->sections().isEmpty());
-    QVERIFY(log.lines().contains(QStringLiteral("Fetched 0 tasks")));
-}
-
-void TestDashboardVM::changedFilterQuery()
-{
-    m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
+    QCOMPARE(m_vm->filterData()->filteringConfig.dateStart, toDateTime(m_api->now).toLocalTime().addDays(-60));
     TaskFilterData &filter = *m_vm->filterData();
     filter.filteringConfig.selectedPriority = TaskPriority::high;
     filter.filteringConfig.selectedCategory = Settings::current().taskCategory.at(2); // {3, "Pumps"}
     filter.filteringConfig.dateStart = QDateTime::fromMSecsSinceEpoch(1000, QTimeZone::utc());
     filter.filteringConfig.dateEnd = QDateTime::fromMSecsSinceEpoch(2000, QTimeZone::utc());
     filter.sortingConfig = SortConfiguration{SortKey::priority, SortOrder::ascending};
+    LogCapture log;
     QVERIFY(fetch());
     const RecordedRequest r = m_api->server.requests().first();
-    QCOMPARE(r.queryValue("dateStart"), QStringLiteral("1000"));
-    QCOMPARE(r.queryValue("dateEnd"), QStringLiteral("2000"));
-    QCOMPARE(r.queryValue("priority"), QStringLiteral("1"));
-    QCOMPARE(r.queryValue("task_category_id"), QStringLiteral("3"));
-    QCOMPARE(r.queryValue("orderBy"), QStringLiteral("priority"));
-    QCOMPARE(r.queryValue("sortBy"), QStringLiteral("ASC"));
+    QCOMPARE(r.path, QStringLiteral("/api/tasks/assigned-user/7"));
+    QStringList items;
+    for (const auto &[name, value] : r.query)
+        items.append(name + QLatin1Char('=') + value);
+    QCOMPARE(items,
+             (QStringList{"dateStart=1000", "dateEnd=2000", "priority=1", "task_category_id=3", "orderBy=priority",
+                          "sortBy=ASC"}));
+    QVERIFY(m_vm->sections().isEmpty());
+    QVERIFY(log.lines().contains(QStringLiteral("Fetched 0 tasks")));
 }
 
 void TestDashboardVM::sectionsForMixedStatuses_data()
@@ -332,9 +313,7 @@ void TestDashboardVM::destroyedWhileFetching()
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(), 1, timeoutMs);
     m_vm.reset();
     // A later fetch answered: the earlier answer has come and gone.
-    UsersData users;
-    users.currentUser.id = 7;
-    m_vm = std::make_unique<DashboardVM>(&m_api->manager, users, fixedClock(m_api->now));
+    m_vm = std::make_unique<DashboardVM>(&m_api->manager, m_api->users, fixedClock(m_api->now));
     QVERIFY(fetch());
     ApiQueue::shared().waitForDone();
     QCoreApplication::processEvents();
