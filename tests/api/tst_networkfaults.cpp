@@ -1,6 +1,5 @@
 #include "api/settings.h"
 #include "support/apiharness.h"
-#include "support/faultserver.h"
 #include "support/logcapture.h"
 #include "support/testpicker.h"
 
@@ -9,7 +8,8 @@
 
 using namespace ravelin;
 using namespace std::chrono;
-using test::FaultServer;
+using test::CannedResponse;
+using Delivery = test::CannedResponse::Delivery;
 
 namespace {
 
@@ -37,15 +37,14 @@ QByteArray largeSettingsBody()
     return R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[)" + categories + "]}}";
 }
 
-FaultServer::Script fault(FaultServer::Behaviour behaviour, int status, QByteArray body,
-                          QByteArray contentType = "application/json")
+CannedResponse fault(Delivery delivery, int status, QByteArray body, QByteArray contentType = "application/json")
 {
-    return FaultServer::Script{behaviour, status, std::move(body), std::move(contentType), {}};
+    return CannedResponse{status, std::move(body), std::move(contentType), {}, delivery};
 }
 
-FaultServer::Script redirectTo(const QByteArray &location)
+CannedResponse redirectTo(const QByteArray &location)
 {
-    return FaultServer::Script{FaultServer::Behaviour::answer, 302, {}, "text/plain", {{"Location", location}}};
+    return CannedResponse{302, {}, "text/plain", {}, Delivery::whole, {{"Location", location}}};
 }
 
 QString describe(const ManagerErrors &error)
@@ -76,7 +75,7 @@ QString describe(const Result<T, E> &result)
 } // namespace
 
 Q_DECLARE_METATYPE(Call)
-Q_DECLARE_METATYPE(ravelin::test::FaultServer::Script)
+Q_DECLARE_METATYPE(ravelin::test::CannedResponse)
 
 // Every request against a misbehaving server completes exactly once, on the main
 // thread, with the error kind of the fault. Transport errors are checked before
@@ -92,20 +91,19 @@ private slots:
     void faultyAnswer();
 
 private:
-    std::unique_ptr<FaultServer> m_server;
+    std::unique_ptr<test::TestServer> m_server;
 };
 
 void TestNetworkFaults::initTestCase()
 {
-    m_server = std::make_unique<FaultServer>();
-    QVERIFY(m_server->listen());
+    m_server = std::make_unique<test::TestServer>();
 }
 
 void TestNetworkFaults::faultyAnswer_data()
 {
-    using B = FaultServer::Behaviour;
+    using B = Delivery;
     QTest::addColumn<Call>("call");
-    QTest::addColumn<FaultServer::Script>("script");
+    QTest::addColumn<CannedResponse>("script");
     QTest::addColumn<QString>("outcome");
     QTest::addColumn<bool>("transportLine"); // "ERROR FOR REQUEST " logged
 
@@ -125,23 +123,22 @@ void TestNetworkFaults::faultyAnswer_data()
         << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
     QTest::newRow("dripped one byte at a time")
         << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
-    QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
-    QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested) << "invalidParsing" << false;
-    QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody()) << "success"
-                                    << false;
-    QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html") << "success"
+    QTest::newRow("empty 200") << Call::request << fault(B::whole, 200, {}) << "invalidParsing" << false;
+    QTest::newRow("deeply nested 200") << Call::request << fault(B::whole, 200, nested) << "invalidParsing" << false;
+    QTest::newRow("very large 200") << Call::request << fault(B::whole, 200, largeSettingsBody()) << "success" << false;
+    QTest::newRow("JSON as text/html") << Call::request << fault(B::whole, 200, settingsBody, "text/html") << "success"
                                        << false;
     QTest::newRow("HTML page as 200") << Call::request
-                                      << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
+                                      << fault(B::whole, 200, "<html><body>Gateway</body></html>", "text/html")
                                       << "invalidParsing" << false;
-    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody) << "invalidStatusCode(500)" << false;
+    QTest::newRow("500") << Call::request << fault(B::whole, 500, settingsBody) << "invalidStatusCode(500)" << false;
     QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
     QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
     QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
 
     QTest::newRow("token closed mid-body")
         << Call::regeneration << fault(B::closeMidBody, 200, token) << "apiRouteError" << true;
-    QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":") << "invalidParsing"
+    QTest::newRow("token garbage") << Call::regeneration << fault(B::whole, 200, "{\"data\":") << "invalidParsing"
                                    << false;
     QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
 
@@ -149,14 +146,14 @@ void TestNetworkFaults::faultyAnswer_data()
         << Call::download << fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg") << "transport error" << true;
     QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, test::jpeg(), "image/jpeg") << "success"
                                      << false;
-    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/jpeg")
+    QTest::newRow("picture garbage") << Call::download << fault(B::whole, 200, "GIF89a", "image/jpeg")
                                      << "invalidParsing" << false;
 }
 
 void TestNetworkFaults::faultyAnswer()
 {
     QFETCH(Call, call);
-    QFETCH(FaultServer::Script, script);
+    QFETCH(CannedResponse, script);
     QFETCH(QString, outcome);
     QFETCH(bool, transportLine);
 
@@ -167,11 +164,10 @@ void TestNetworkFaults::faultyAnswer()
     const QString faultyPath = call == Call::regeneration ? tokenPath
         : call == Call::download                          ? picturePath
                                                           : settingsPath;
-    m_server->script(settingsPath, fault(FaultServer::Behaviour::answer, 200, settingsBody));
-    m_server->script(QStringLiteral("/api/elsewhere"), fault(FaultServer::Behaviour::answer, 200, settingsBody));
-    m_server->script(faultyPath, script);
-    const bool stalls = script.behaviour == FaultServer::Behaviour::stallBeforeHeaders
-        || script.behaviour == FaultServer::Behaviour::stallMidBody;
+    m_server->on("GET", settingsPath, fault(Delivery::whole, 200, settingsBody));
+    m_server->on("GET", QStringLiteral("/api/elsewhere"), fault(Delivery::whole, 200, settingsBody));
+    m_server->on("GET", faultyPath, script);
+    const bool stalls = script.delivery == Delivery::stallBeforeHeaders || script.delivery == Delivery::stallMidBody;
     api.manager.setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
     test::LogCapture log;
 
