@@ -4,6 +4,7 @@
 #include "api/networkmanager.h"
 #include "api/networkmanagerdelegate.h"
 #include "api/sessionstore.h"
+#include "api/settings.h"
 #include "api/usersdata.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "support/testserver.h"
@@ -42,10 +43,13 @@ public:
 
 // A network manager wired to a fresh loopback test server with a fresh token,
 // a fixed clock and a throw-away settings store; `users` has worker 7 signed in.
+// Given task categories, the session's settings have them (as received) until
+// the harness goes; it leaves the default settings behind.
 class ApiHarness
 {
 public:
-    explicit ApiHarness(TimePoint now = TimePoint(std::chrono::milliseconds(1795169730123)))
+    explicit ApiHarness(QList<TaskCategoryDefinition> categories = {},
+                        TimePoint now = TimePoint(std::chrono::milliseconds(1795169730123)))
         : now(now)
         , settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat)
         , store(&settings)
@@ -55,7 +59,12 @@ public:
         store.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(now - std::chrono::seconds(60))});
         manager.setDelegate(&host);
         users.currentUser.id = 7;
+        if (!categories.isEmpty())
+            Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, std::move(categories)}));
     }
+    ~ApiHarness() { Settings::setCurrent(Settings::defaults()); }
+    ApiHarness(const ApiHarness &) = delete;
+    ApiHarness &operator=(const ApiHarness &) = delete;
 
     TimePoint now;
     TestServer server;
