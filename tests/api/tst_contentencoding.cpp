@@ -1,13 +1,10 @@
 #include "api/apiqueue.h"
 #include "api/contentencoding.h"
-#include "api/settings.h"
 #include "support/apiharness.h"
 #include "support/gzipstreams.h"
 #include "support/logcapture.h"
 
 #include <QTest>
-
-#include <zlib.h>
 
 using namespace ravelin;
 

@@ -1,4 +1,3 @@
-#include "api/settings.h"
 #include "support/apiharness.h"
 #include "support/logcapture.h"
 #include "support/testpicker.h"

@@ -1,5 +1,3 @@
-#include "api/networkmanager.h"
-#include "api/settings.h"
 #include "comments/posttaskscommentresponse.h"
 #include "comments/taskcommentpayload.h"
 #include "items/itemsupdatepayload.h"
@@ -8,7 +6,6 @@
 
 #include <QBuffer>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTest>
 #include <QThread>

@@ -6,7 +6,6 @@
 #include "support/outboxrig.h"
 #include "support/testpicker.h"
 
-#include <QDir>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRandomGenerator>

@@ -1,5 +1,4 @@
 #include "api/outboxsender.h"
-#include "api/settings.h"
 #include "api/sqliteofflinestore.h"
 #include "outboxserver.h"
 #include "support/apiharness.h"

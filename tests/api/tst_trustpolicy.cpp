@@ -1,5 +1,4 @@
 #include "api/apiqueue.h"
-#include "api/settings.h"
 #include "api/trustpolicy.h"
 #include "demo/common/selfsignedcertificate.h"
 #include "support/apiharness.h"

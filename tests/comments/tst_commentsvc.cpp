@@ -1,26 +1,11 @@
-#include "api/settings.h"
-#include "comments/commentsvc.h"
-#include "comments/commentthreadmodel.h"
-#include "comments/commentthreadview.h"
 #include "comments/custominputbar.h"
 #include "comments/imagevc.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
-#include "support/testpicker.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 
-#include <QBuffer>
-#include <QJsonArray>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
 #include <atomic>
@@ -70,8 +55,7 @@ private:
 
 void TestCommentsVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{})});
@@ -81,7 +65,6 @@ void TestCommentsVC::cleanup()
 {
     m_host.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)

@@ -1,4 +1,3 @@
-#include "api/networkmanager.h"
 #include "comments/commentsvm.h"
 #include "comments/commentthreadmodel.h"
 #include "comments/taskcommentpayload.h"

@@ -27,7 +27,6 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSettings>
@@ -36,7 +35,6 @@
 #include <QTest>
 #include <QToolButton>
 
-#include <memory>
 #include <optional>
 
 using namespace ravelin;

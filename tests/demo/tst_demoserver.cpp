@@ -6,10 +6,8 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QTest>
 
-#include <memory>
 #include <optional>
 
 using ravelin::DemoData;

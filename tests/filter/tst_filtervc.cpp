@@ -1,27 +1,16 @@
-#include "api/settings.h"
 #include "filter/datepicker.h"
 #include "filter/donetoolbar.h"
-#include "filter/filtervc.h"
-#include "filter/inputfield.h"
-#include "filter/inputsheet.h"
 #include "filter/listpicker.h"
 #include "filter/pickerwheel.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/logcapture.h"
 #include "support/shots.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
-#include "views/refreshablescrollarea.h"
 #include "views/segmentedcontrol.h"
 
-#include <QApplication>
-#include <QPushButton>
-#include <QTest>
 #include <QToolButton>
 #include <QWheelEvent>
 
@@ -109,8 +98,8 @@ void TestFilterVC::initTestCase()
 void TestFilterVC::init()
 {
     // Kept in id order behind "All": All (0), Meters (1), Pumps (3).
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
-    m_api = std::make_unique<ApiHarness>(); // now: 2026-11-20 11:15:30.123 in Berlin
+    m_api = std::make_unique<ApiHarness>(
+        QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
     m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
     m_log = std::make_unique<LogCapture>();
 }
@@ -119,7 +108,6 @@ void TestFilterVC::cleanup()
 {
     m_log.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()

@@ -1,4 +1,3 @@
-#include "api/settings.h"
 #include "host/notificationcenter.h"
 #include "resources/namedcolors.h"
 #include "support/fixtures.h"
@@ -12,12 +11,10 @@
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QTest>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -181,8 +178,7 @@ private:
 
 void TestAccessibility::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{1, "Meters"}, {3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{1, "Meters"}, {3, "Pumps"}});
     const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 2}}};
@@ -214,7 +210,6 @@ void TestAccessibility::cleanup()
 {
     m_host.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
     NamedColors::setAppearance(Appearance::light);
 }
 

@@ -1,25 +1,20 @@
 #include "api/memoryofflinestore.h"
 #include "api/outboxsender.h"
-#include "api/settings.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/outboxlistmodel.h"
 #include "host/outboxvc.h"
 #include "items/itemactionvc.h"
 #include "items/taskitemsmodel.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/shots.h"
 
 #include <QAbstractItemModelTester>
-#include <QJsonArray>
 #include <QListView>
 #include <QNetworkProxy>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTcpServer>
-#include <QTest>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -62,8 +57,7 @@ private:
 
 void TestOfflineWork::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_store = std::make_unique<MemoryOfflineStore>();
     m_api->server.on(
         "GET", "/api/tasks/assigned-user/7",
@@ -79,7 +73,6 @@ void TestOfflineWork::cleanup()
     m_host.reset();
     m_api.reset();
     m_store.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestOfflineWork::host()

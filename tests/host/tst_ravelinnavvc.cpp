@@ -1,30 +1,18 @@
 #include "api/json.h"
-#include "api/networkmanager.h"
-#include "api/settings.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/ravelineventvc.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
 #include "items/itemsupdateresponse.h"
-#include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/logcapture.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QObject>
-#include <QStringList>
-#include <QTest>
 #include <QTimeZone>
 #include <QVariant>
-#include <memory>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -113,7 +101,6 @@ private:
 
 void TestRavelinNavVC::init()
 {
-    Settings::setCurrent(Settings::defaults());
     m_api = std::make_unique<ApiHarness>();
     m_api->server.on("GET", "/api/tasks/assigned-user/7",
                      CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
@@ -130,7 +117,6 @@ void TestRavelinNavVC::init()
 void TestRavelinNavVC::cleanup()
 {
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData)

@@ -1,25 +1,17 @@
-#include "api/settings.h"
 #include "comments/elapsedtime.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/ravelineventvc.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
 #include "host/translations.h"
 #include "items/itemstexts.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/dashboardvc.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
 
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
 

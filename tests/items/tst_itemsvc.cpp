@@ -1,39 +1,22 @@
-#include "api/settings.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
 #include "items/blocktaskvc.h"
 #include "items/blocktaskvcdelegate.h"
 #include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
 #include "items/itemactionvcdelegate.h"
 #include "items/itemactionvm.h"
-#include "items/itemlistmodel.h"
 #include "items/itemstexts.h"
-#include "items/itemsvc.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/shots.h"
-#include "support/testpicker.h"
-#include "tasks/dashboardvc.h"
-#include "tasks/taskstrip.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 #include "views/segmentedcontrol.h"
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
 #include <QFocusEvent>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -100,8 +83,7 @@ private:
 
 void TestItemsVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_api->server.on(
         "GET", "/api/tasks/assigned-user/7",
         CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
@@ -117,7 +99,6 @@ void TestItemsVC::cleanup()
 {
     m_host.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 ItemsVC *TestItemsVC::openItems(const QJsonArray &items)

@@ -1,31 +1,20 @@
-#include "api/settings.h"
 #include "demo/common/qrsymbol.h"
 #include "host/cameraframesource.h"
 #include "host/camerapermission.h"
 #include "host/hapticfeedback.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
 #include "items/itemactionvc.h"
 #include "items/itemstexts.h"
 #include "items/qrframedecoder.h"
 #include "items/qrpreviewview.h"
-#include "items/qrscannervc.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/logcapture.h"
-#include "support/testpicker.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
 
-#include <QAction>
 #include <QFrame>
-#include <QJsonArray>
 #include <QLabel>
 #include <QPointer>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QTest>
-#include <QTimer>
 
 Q_DECLARE_METATYPE(ravelin::CameraPermission::Status)
 Q_DECLARE_METATYPE(std::optional<QImage>)
@@ -135,8 +124,7 @@ private:
 
 void TestQRScannerVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_api->server.on(
         "GET", "/api/tasks/assigned-user/7",
         CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
@@ -157,7 +145,6 @@ void TestQRScannerVC::cleanup()
 {
     m_host.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 QRScannerVC *TestQRScannerVC::openScanner()

@@ -1,8 +1,5 @@
-#include "api/settings.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
-#include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
@@ -10,25 +7,16 @@
 #include "support/shots.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 #include "tasks/piechartview.h"
 #include "tasks/taskcard.h"
 #include "tasks/taskcollectionmodel.h"
-#include "tasks/taskstrip.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 #include "views/roundedview.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QJsonDocument>
 #include <QLabel>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QScroller>
-#include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -133,8 +121,7 @@ private:
 
 void TestDashboardVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
     serveTasks({});
     m_log = std::make_unique<LogCapture>();
 }
@@ -144,7 +131,6 @@ void TestDashboardVC::cleanup()
     m_host.reset();
     m_log.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()

@@ -1,5 +1,4 @@
 #include "api/apiqueue.h"
-#include "api/settings.h"
 #include "filter/taskfilterdata.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
@@ -115,8 +114,7 @@ private:
 
 void TestDashboardVM::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
     m_vm = std::make_unique<DashboardVM>(&m_api->manager, m_api->users, fixedClock(m_api->now));
 }
 
@@ -124,7 +122,6 @@ void TestDashboardVM::cleanup()
 {
     m_vm.reset();
     m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 bool TestDashboardVM::fetch()
