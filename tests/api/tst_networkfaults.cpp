@@ -85,18 +85,13 @@ class TestNetworkFaults : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { m_server = std::make_unique<test::TestServer>(); }
     void faultyAnswer_data();
     void faultyAnswer();
 
 private:
     std::unique_ptr<test::TestServer> m_server;
 };
-
-void TestNetworkFaults::initTestCase()
-{
-    m_server = std::make_unique<test::TestServer>();
-}
 
 void TestNetworkFaults::faultyAnswer_data()
 {

@@ -23,7 +23,12 @@ class TestOutboxSender : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_sender.reset();
+        m_store.reset();
+        m_api.reset();
+    }
     void sendsEveryKind_data();
     void sendsEveryKind();
     void resultsOfATaskGoInOrder();
@@ -59,13 +64,6 @@ void TestOutboxSender::init()
     m_sender = std::make_unique<OutboxSender>(m_store.get(), &m_api->manager);
     m_sender->setBackoff({milliseconds(20), milliseconds(100)});
     m_sender->setUserId(user);
-}
-
-void TestOutboxSender::cleanup()
-{
-    m_sender.reset();
-    m_store.reset();
-    m_api.reset();
 }
 
 OutboxEntry TestOutboxSender::comment(qint64 taskId, const QString &text, bool incident) const

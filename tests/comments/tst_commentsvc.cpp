@@ -27,7 +27,11 @@ class TestCommentsVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+    }
 
     void emptyOnlyOnceTheFetchIsOver();
     void sendRules_data();
@@ -59,12 +63,6 @@ void TestCommentsVC::init()
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{})});
-}
-
-void TestCommentsVC::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
 }
 
 CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)

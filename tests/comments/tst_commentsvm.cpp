@@ -43,7 +43,11 @@ class TestCommentsVM : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
     void fetchGroupsByLocalDay();
     void fetchIgnoresTheSuccessFlag();
     void failedFetchKeepsComments();
@@ -73,12 +77,6 @@ void TestCommentsVM::init()
         m_task->itemList.items.append(item);
     }
     m_vm = std::make_unique<CommentsVM>(m_task, &m_api->manager, UsersData{});
-}
-
-void TestCommentsVM::cleanup()
-{
-    m_vm.reset();
-    m_api.reset();
 }
 
 bool TestCommentsVM::fetch()

@@ -43,7 +43,11 @@ class TestCommentThreadModel : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_viewModel.reset();
+        m_api.reset();
+    }
 
     void daysAndTimes();
     void answersTakenRowByRow_data();
@@ -82,12 +86,6 @@ void TestCommentThreadModel::init()
     auto task = std::make_shared<Task>();
     task->id = 8;
     m_viewModel = std::make_unique<CommentsVM>(task, &m_api->manager, UsersData{});
-}
-
-void TestCommentThreadModel::cleanup()
-{
-    m_viewModel.reset();
-    m_api.reset();
 }
 
 CommentPtr TestCommentThreadModel::comment(int minutesAgo, const QString &path) const

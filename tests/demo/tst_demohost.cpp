@@ -59,7 +59,7 @@ class TestDemoHost : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { qRegisterMetaType<RavelinNavVC *>(); }
     void init();
     void cleanup();
 
@@ -98,11 +98,6 @@ private:
     ScenePicker m_picker;
     DemoData m_data;
 };
-
-void TestDemoHost::initTestCase()
-{
-    qRegisterMetaType<RavelinNavVC *>();
-}
 
 void TestDemoHost::init()
 {

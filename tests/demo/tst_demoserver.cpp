@@ -68,7 +68,7 @@ class TestDemoServer : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_server.reset(); }
 
     void tokens();
     void rejectedRequestsChangeNothing_data();
@@ -109,11 +109,6 @@ void TestDemoServer::init()
     m_server = std::make_unique<DemoServer>(DemoData::seeded(kNow), [] { return kNow; });
     QVERIFY(m_server->start());
     m_token = m_server->signIn(1).value_or(QString()).toUtf8();
-}
-
-void TestDemoServer::cleanup()
-{
-    m_server.reset();
 }
 
 Reply TestDemoServer::send(const QByteArray &method, const QString &pathAndQuery, const QByteArray &body,

@@ -55,7 +55,11 @@ class TestFilterVC : public QObject
 private slots:
     void initTestCase();
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_log.reset();
+        m_api.reset();
+    }
 
     void loadsTheCurrentChoices();
     void apply_data();
@@ -102,12 +106,6 @@ void TestFilterVC::init()
         QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
     m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
     m_log = std::make_unique<LogCapture>();
-}
-
-void TestFilterVC::cleanup()
-{
-    m_log.reset();
-    m_api.reset();
 }
 
 std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()

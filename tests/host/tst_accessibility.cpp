@@ -150,7 +150,12 @@ class TestAccessibility : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+        NamedColors::setAppearance(Appearance::light);
+    }
 
     void everyControlIsNamedFitsAFingerAndTabsInOrder_data();
     void everyControlIsNamedFitsAFingerAndTabsInOrder();
@@ -204,13 +209,6 @@ void TestAccessibility::init()
     m_api->server.onPrefix("GET", QStringLiteral("/files/"), [](const RecordedRequest &) {
         return CannedResponse{200, jpeg(), "image/jpeg"};
     });
-}
-
-void TestAccessibility::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
-    NamedColors::setAppearance(Appearance::light);
 }
 
 QWidget *TestAccessibility::view(const QString &objectName) const

@@ -37,7 +37,12 @@ class TestOfflineWork : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+        m_store.reset();
+    }
 
     void openFromTheCacheAndSendOnceBackOnline();
     void refusedResultWaitsInTheNotSentList();
@@ -66,13 +71,6 @@ void TestOfflineWork::init()
         "GET", itemsPath,
         CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3), itemJson(2, taskId, "Seal", 3)})});
     m_api->server.on("PUT", updatePath, CannedResponse{200, R"({"success":true})"});
-}
-
-void TestOfflineWork::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
-    m_store.reset();
 }
 
 std::unique_ptr<RavelinNavVC> TestOfflineWork::host()

@@ -67,7 +67,7 @@ class TestRavelinNavVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_api.reset(); }
     void storesSessionDataOnLoad();
     void keepsStoredSessionWithoutNetworkData();
     void settingsFailureKeepsSettings();
@@ -112,11 +112,6 @@ void TestRavelinNavVC::init()
                                                         QJsonArray{QJsonObject{{"id", 5}, {"name", "Pumps"}},
                                                                    QJsonObject{{"id", 2}, {"name", "Meters"}},
                                                                    QJsonObject{{"id", 9}, {"name", "Valves"}}}}})});
-}
-
-void TestRavelinNavVC::cleanup()
-{
-    m_api.reset();
 }
 
 std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData)

@@ -53,7 +53,11 @@ class TestItemsVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+    }
 
     void headerCountsAndFilteredRows();
     void multipleSelectionWithNothingChosen();
@@ -93,12 +97,6 @@ void TestItemsVC::init()
         return CannedResponse{
             200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
     });
-}
-
-void TestItemsVC::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
 }
 
 ItemsVC *TestItemsVC::openItems(const QJsonArray &items)

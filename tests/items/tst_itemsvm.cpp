@@ -41,7 +41,11 @@ class TestItemViewModels : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
     void completeRules_data();
     void completeRules();
     void reportNeedsANote();
@@ -79,12 +83,6 @@ void TestItemViewModels::init()
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_vm = std::make_unique<ItemsVM>(m_task, &m_api->manager, UsersData{});
-}
-
-void TestItemViewModels::cleanup()
-{
-    m_vm.reset();
-    m_api.reset();
 }
 
 void TestItemViewModels::completeRules_data()

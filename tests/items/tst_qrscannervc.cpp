@@ -89,7 +89,11 @@ class TestQRScannerVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+    }
 
     void startingTheCamera_data();
     void startingTheCamera();
@@ -139,12 +143,6 @@ void TestQRScannerVC::init()
     m_picker = TestPicker();
     m_cameraAvailable = true;
     m_handOver = std::chrono::milliseconds(0);
-}
-
-void TestQRScannerVC::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
 }
 
 QRScannerVC *TestQRScannerVC::openScanner()

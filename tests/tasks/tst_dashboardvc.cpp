@@ -88,7 +88,12 @@ class TestDashboardVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_log.reset();
+        m_api.reset();
+    }
 
     // The screen over the loopback server.
     void sectionsHeadersAndCards();
@@ -124,13 +129,6 @@ void TestDashboardVC::init()
     m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
     serveTasks({});
     m_log = std::make_unique<LogCapture>();
-}
-
-void TestDashboardVC::cleanup()
-{
-    m_host.reset();
-    m_log.reset();
-    m_api.reset();
 }
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()

@@ -85,7 +85,11 @@ class TestDashboardVM : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
     void queryFollowsTheFilter();
     void sectionsForMixedStatuses_data();
     void sectionsForMixedStatuses();
@@ -116,12 +120,6 @@ void TestDashboardVM::init()
 {
     m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
     m_vm = std::make_unique<DashboardVM>(&m_api->manager, m_api->users, fixedClock(m_api->now));
-}
-
-void TestDashboardVM::cleanup()
-{
-    m_vm.reset();
-    m_api.reset();
 }
 
 bool TestDashboardVM::fetch()
