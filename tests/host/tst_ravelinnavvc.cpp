@@ -154,9 +154,8 @@ void TestRavelinNavVC::settingsFailureKeepsSettings()
     LogCapture log;
     auto host = makeHost();
     host->loadViewIfNeeded();
-    const QString line
-        = QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ");
-    QTRY_COMPARE_WITH_TIMEOUT(log.linesStartingWith(line).size(), 1, timeoutMs);
+    const QString line = LogCapture::failedFetch(QStringLiteral("settings and constants"));
+    QTRY_COMPARE_WITH_TIMEOUT(log.count(line), 1, timeoutMs);
     QCOMPARE(Settings::current(), before);
 }
 
@@ -422,14 +421,12 @@ void TestRavelinNavVC::typeTextsAndAlert_data()
     QTest::addColumn<TaskUpdateEventType>("type");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("body");
-    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << "task-assigned"
+    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << QStringLiteral("task-assigned")
                               << "Task newly assigned to you.";
-    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << "task-unassigned"
+    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << QStringLiteral("task-unassigned")
                                 << "Task unassigned from you.";
-    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << "task-deleted"
-                             << "Task deleted.";
-    QTest::newRow("never set") << TaskUpdateEventType::kNone << ""
-                               << "Task .";
+    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << QStringLiteral("task-deleted") << "Task deleted.";
+    QTest::newRow("never set") << TaskUpdateEventType::kNone << QStringLiteral("") << "Task .";
 }
 
 void TestRavelinNavVC::typeTextsAndAlert()

@@ -69,7 +69,10 @@ private slots:
 
 private:
     // Fetches the task's items through the items view model.
-    bool fetch();
+    bool fetch()
+    {
+        return reported([this](auto done) { m_vm->fetchItems(done); }) == true;
+    }
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
     std::unique_ptr<ItemsVM> m_vm;
@@ -111,11 +114,9 @@ void TestItemViewModels::completeRules_data()
 void TestItemViewModels::completeRules()
 {
     QFETCH(QList<ItemPtr>, items);
-    QFETCH(bool, qrIndicator);
-    QFETCH(QString, blocker);
     const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_api->users);
-    QCOMPARE(vm.showsQRIndicator(), qrIndicator);
-    QCOMPARE(vm.completeBlocker().value_or(QString()), blocker);
+    QTEST(vm.showsQRIndicator(), "qrIndicator");
+    QTEST(vm.completeBlocker().value_or(QString()), "blocker");
 }
 
 void TestItemViewModels::reportNeedsANote()
@@ -148,10 +149,7 @@ void TestItemViewModels::updateBody()
         items.append(itemOf(id));
     ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_api->users);
     const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
-    std::optional<bool> ok;
-    vm.update(status, note, picture, [&](bool success) { ok = success; });
-    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
-    QVERIFY(*ok);
+    QCOMPARE(reported([&](auto done) { vm.update(status, note, picture, done); }), true);
     QCOMPARE(vm.newStatus(), status);
 
     QCOMPARE(m_api->host.uploads.size(), withPicture ? 1 : 0);
@@ -173,13 +171,8 @@ void TestItemViewModels::failedUpdateReportsFalse()
     m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
     ItemActionVM vm({itemOf(1)}, m_task, &m_api->manager, QString(), m_api->users);
     LogCapture log;
-    std::optional<bool> ok;
-    vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
-    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
-    QVERIFY(!*ok);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(reported([&](auto done) { vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, done); }), false);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
 void TestItemViewModels::completesWhenTheManagerIsGone_data()
@@ -210,9 +203,7 @@ void TestItemViewModels::completesWhenTheManagerIsGone()
     ApiQueue::shared().waitForDone();
     QCoreApplication::processEvents();
     QCOMPARE(results, QList<bool>{false});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
 void TestItemViewModels::itemAndDetailsLines_data()
@@ -220,12 +211,9 @@ void TestItemViewModels::itemAndDetailsLines_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("itemLine");
     QTest::addColumn<QString>("detailsLine");
-    QTest::newRow("no items") << QStringList{} << ""
-                              << "";
-    QTest::newRow("one item") << QStringList{"Seal"} << "Seal"
-                              << "Seal details";
-    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << ""
-                                 << "Seal\nGauge\nValve";
+    QTest::newRow("no items") << QStringList{} << QStringLiteral("") << "";
+    QTest::newRow("one item") << QStringList{"Seal"} << QStringLiteral("Seal") << "Seal details";
+    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << QStringLiteral("") << "Seal\nGauge\nValve";
 }
 
 void TestItemViewModels::itemAndDetailsLines()
@@ -262,7 +250,6 @@ void TestItemViewModels::block()
     QFETCH(QString, reason);
     QFETCH(bool, withPicture);
     QFETCH(BlockTaskVM::Outcome, outcome);
-    QFETCH(QString, sentText);
 
     BlockTaskVM vm(m_task, &m_api->manager, QString(), m_api->users);
     const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
@@ -279,7 +266,7 @@ void TestItemViewModels::block()
     }
     QCOMPARE(posted.size(), 1);
     const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
-    QCOMPARE(body.value("text").toString(), sentText);
+    QTEST(body.value("text").toString(), "sentText");
     QCOMPARE(body.value("is_incident").toBool(), true);
     QCOMPARE(body.value("task_id").toInteger(), 5);
     QCOMPARE(body.value("user_id").toInteger(), 7);
@@ -294,13 +281,6 @@ void TestItemViewModels::failedCommentIsNotABlock()
     vm.block(QStringLiteral("Gate locked"), std::nullopt, [&](BlockTaskVM::Outcome o) { result = o; });
     QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
     QCOMPARE(*result, BlockTaskVM::Outcome::failed);
-}
-
-bool TestItemViewModels::fetch()
-{
-    std::optional<bool> ok;
-    m_vm->fetchItems([&](bool success) { ok = success; });
-    return QTest::qWaitFor([&] { return ok.has_value(); }, timeoutMs) && *ok;
 }
 
 void TestItemViewModels::fetchReplacesItemsAndKeepsFilter()
@@ -325,9 +305,7 @@ void TestItemViewModels::failedFetchKeepsEarlierItems()
     LogCapture log;
     QVERIFY(!fetch());
     QCOMPARE(m_task->itemList.items, QList<ItemPtr>{before});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the items. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("items"))), 1);
 }
 
 void TestItemViewModels::selectionIsByIdWithoutDuplicates()
@@ -359,14 +337,14 @@ void TestItemViewModels::qrMatch_data()
     QTest::newRow("no item has it") << "CP-404" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
     QTest::newRow("leading blank does not match")
         << " CP-2" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
-    QTest::newRow("first of duplicates is completed") << "CP-1" << ItemStatus::all << -1 << "Item Detected"
-                                                      << "Item `Gauge` already marked as `Completed`." << qint64(0);
-    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << ""
-                                        << "" << qint64(3);
-    QTest::newRow("row within the filtered list") << "CP-3" << ItemStatus::nok << 0 << ""
-                                                  << "" << qint64(4);
-    QTest::newRow("hidden by the filter: mapped, nothing shown") << "CP-2" << ItemStatus::ok << -1 << ""
-                                                                 << "" << qint64(3);
+    QTest::newRow("first of duplicates is completed")
+        << "CP-1" << ItemStatus::all << -1 << QStringLiteral("Item Detected")
+        << "Item `Gauge` already marked as `Completed`." << qint64(0);
+    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << QStringLiteral("") << "" << qint64(3);
+    QTest::newRow("row within the filtered list")
+        << "CP-3" << ItemStatus::nok << 0 << QStringLiteral("") << "" << qint64(4);
+    QTest::newRow("hidden by the filter: mapped, nothing shown")
+        << "CP-2" << ItemStatus::ok << -1 << QStringLiteral("") << "" << qint64(3);
 }
 
 void TestItemViewModels::qrMatch()

@@ -215,7 +215,7 @@ void TestQRScannerVC::startingTheCamera()
     QCOMPARE(scanner->messageLabel()->isVisible(), running);
     if (running)
         QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions());
-    QCOMPARE(log.linesStartingWith(ItemsTexts::noCameraDevice).size(), camera ? 0 : 1);
+    QCOMPARE(log.count(ItemsTexts::noCameraDevice), camera ? 0 : 1);
     // The photo stays a way to scan whatever the camera does.
     QVERIFY(scanner->scanFromPhotoButton()->isVisible());
     if (!deniedAlert) {
@@ -354,7 +354,7 @@ void TestQRScannerVC::cameraFailureIsLogged()
     QVERIFY(scanner);
     QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     m_camera->fail(QStringLiteral("device lost"));
-    QCOMPARE(log.linesStartingWith(QStringLiteral("The camera input failed: device lost")).size(), 1);
+    QCOMPARE(log.count(QStringLiteral("The camera input failed: device lost")), 1);
     QCOMPARE(scanner->state(), QRScannerVC::State::idle);
     QVERIFY(scanner->videoPreviewLayer()->isHidden());
     QVERIFY(scanner->scanFromPhotoButton()->isVisible());
@@ -377,7 +377,6 @@ void TestQRScannerVC::photoFallback()
 {
     QFETCH(std::optional<QImage>, photo);
     QFETCH(QString, opens);
-    QFETCH(QStringList, alert);
     m_cameraAvailable = false;
     m_picker.next = photo;
     QRScannerVC *scanner = openScanner();
@@ -394,7 +393,7 @@ void TestQRScannerVC::photoFallback()
         QTRY_VERIFY_WITH_TIMEOUT(answered, timeoutMs);
     }
     if (opens.isEmpty()) {
-        QCOMPARE(topAlert(scanner).mid(0, 2), alert);
+        QTEST(topAlert(scanner).mid(0, 2), "alert");
         QCOMPARE(m_host->topScreen(), scanner);
         QCOMPARE(m_haptics.vibrations, 0);
         return;

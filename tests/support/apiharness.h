@@ -12,9 +12,11 @@
 #include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace ravelin::test {
 
@@ -40,6 +42,16 @@ public:
     QList<std::pair<QImage, QString>> uploads;
     bool uploadSucceeds = true;
 };
+
+// Starts a call whose completion reports success first, and waits for that
+// report: what it said, or nothing when it did not come in time.
+template<class Start>
+std::optional<bool> reported(Start &&start, int timeoutMs = 10000)
+{
+    std::optional<bool> ok;
+    start([&ok](bool success, auto &&...) { ok = success; });
+    return QTest::qWaitFor([&ok] { return ok.has_value(); }, timeoutMs) ? ok : std::nullopt;
+}
 
 // A network manager wired to a fresh loopback test server with a fresh token,
 // a fixed clock and a throw-away settings store; `users` has worker 7 signed in.

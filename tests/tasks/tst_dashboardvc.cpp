@@ -145,8 +145,8 @@ RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
         const QList<TaskTableViewCell *> rows = dashboard->rows();
-        return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2
-            && !dashboard->refreshControl()->isRefreshing() && dashboard->refreshControl()->indicatorBand() == 0
+        return m_log->count(QStringLiteral("Fetched ")) >= 2 && !dashboard->refreshControl()->isRefreshing()
+            && dashboard->refreshControl()->indicatorBand() == 0
             && std::all_of(rows.begin(), rows.end(), [](const QWidget *row) { return row->isVisible(); });
     };
     return QTest::qWaitFor(ready, timeoutMs) ? dashboard : nullptr;
@@ -207,7 +207,7 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 
     release->store(true);
-    QTRY_COMPARE_WITH_TIMEOUT(m_log->linesStartingWith(QStringLiteral("Fetched 0 tasks")).size(), 2, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log->count(QStringLiteral("Fetched 0 tasks")), 2, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!dashboard->refreshControl()->isRefreshing(), timeoutMs);
     QVERIFY(dashboard->rows().isEmpty());
     QVERIFY(dashboard->headerView()->isHidden());

@@ -202,12 +202,9 @@ void tst_AlertPresenter::answeringDismissesThenRunsTheHandler_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<QString>("handled");
-    QTest::newRow("Yes triggered") << "trigger Yes"
-                                   << "yes";
-    QTest::newRow("No clicked") << "click No"
-                                << "no";
-    QTest::newRow("Escape is the cancel action") << "escape"
-                                                 << "no";
+    QTest::newRow("Yes triggered") << QStringLiteral("trigger Yes") << "yes";
+    QTest::newRow("No clicked") << QStringLiteral("click No") << "no";
+    QTest::newRow("Escape is the cancel action") << QStringLiteral("escape") << "no";
 }
 
 void tst_AlertPresenter::answeringDismissesThenRunsTheHandler()
@@ -513,15 +510,9 @@ void tst_AlertPresenter::finalText_data()
     QTest::addColumn<QString>("expected");
 
     // Limit 5.
-    QTest::newRow("under the limit") << "ab"
-                                     << "abc"
-                                     << "abc";
-    QTest::newRow("exactly the limit") << "abcd"
-                                       << "abcde"
-                                       << "abcde";
-    QTest::newRow("over the limit is cut") << "ab"
-                                           << "abcdefgh"
-                                           << "abcde";
+    QTest::newRow("under the limit") << QStringLiteral("ab") << QStringLiteral("abc") << "abc";
+    QTest::newRow("exactly the limit") << QStringLiteral("abcd") << QStringLiteral("abcde") << "abcde";
+    QTest::newRow("over the limit is cut") << QStringLiteral("ab") << QStringLiteral("abcdefgh") << "abcde";
     // The cut counts UTF-16 units and may split a surrogate pair.
     QTest::newRow("cut inside a surrogate pair")
         << "abcd" << QStringLiteral("abcd") + grinningFace << QStringLiteral("abcd") + grinningFace.left(1);
@@ -531,8 +522,7 @@ void tst_AlertPresenter::finalText()
 {
     QFETCH(QString, before);
     QFETCH(QString, result);
-    QFETCH(QString, expected);
-    QCOMPARE(TextLimit::evaluate(result, 5).finalText(before), expected);
+    QTEST(TextLimit::evaluate(result, 5).finalText(before), "expected");
 }
 
 void tst_AlertPresenter::difference_data()
@@ -543,14 +533,11 @@ void tst_AlertPresenter::difference_data()
     QTest::addColumn<qsizetype>("length");
     QTest::addColumn<QString>("replacement");
 
-    QTest::newRow("typed in the middle") << "abc"
-                                         << "abXc" << qsizetype(2) << qsizetype(0) << "X";
-    QTest::newRow("deleted") << "abc"
-                             << "ac" << qsizetype(1) << qsizetype(1) << QString();
-    QTest::newRow("replaced") << "hello world"
-                              << "hello there" << qsizetype(6) << qsizetype(5) << "there";
-    QTest::newRow("repeated letter") << "aa"
-                                     << "aaa" << qsizetype(2) << qsizetype(0) << "a";
+    QTest::newRow("typed in the middle") << QStringLiteral("abc") << "abXc" << qsizetype(2) << qsizetype(0) << "X";
+    QTest::newRow("deleted") << QStringLiteral("abc") << "ac" << qsizetype(1) << qsizetype(1) << QString();
+    QTest::newRow("replaced") << QStringLiteral("hello world") << "hello there" << qsizetype(6) << qsizetype(5)
+                              << "there";
+    QTest::newRow("repeated letter") << QStringLiteral("aa") << "aaa" << qsizetype(2) << qsizetype(0) << "a";
     QTest::newRow("cleared") << "abc" << QString() << qsizetype(0) << qsizetype(3) << QString();
 }
 
@@ -614,8 +601,7 @@ void tst_AlertPresenter::editsKeepToTheLimit_data()
     QTest::addColumn<QString>("how");
     QTest::addColumn<QString>("inserted");
 
-    QTest::newRow("typing into 512 units") << 512 << 512 << "type"
-                                           << "c";
+    QTest::newRow("typing into 512 units") << 512 << 512 << QStringLiteral("type") << "c";
     QTest::newRow("pasting to 600 units") << 511 << 100 << "paste" << QString(89, QLatin1Char('p'));
     QTest::newRow("emoji into 511 units") << 511 << 511 << "insert" << grinningFace;
 }
