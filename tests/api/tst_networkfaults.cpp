@@ -107,41 +107,35 @@ void TestNetworkFaults::faultyAnswer_data()
     const QByteArray nested = QByteArray(100000, '[') + QByteArray(100000, ']');
     const QByteArray token = R"({"success":true,"data":"fresh"})";
 
-    QTest::newRow("2xx closed mid-body") << Call::request << fault(B::closeMidBody, 200, settingsBody)
-                                         << "apiRouteError" << true;
-    QTest::newRow("2xx stalled mid-body past the time-out")
-        << Call::request << fault(B::stallMidBody, 200, settingsBody) << "apiRouteError" << true;
-    QTest::newRow("stalled before the headers")
-        << Call::request << fault(B::stallBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
-    QTest::newRow("reset before the headers")
-        << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
-    QTest::newRow("dripped one byte at a time")
-        << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
-    QTest::newRow("empty 200") << Call::request << fault(B::whole, 200, {}) << "invalidParsing" << false;
-    QTest::newRow("deeply nested 200") << Call::request << fault(B::whole, 200, nested) << "invalidParsing" << false;
-    QTest::newRow("very large 200") << Call::request << fault(B::whole, 200, largeSettingsBody()) << "success" << false;
-    QTest::newRow("JSON as text/html") << Call::request << fault(B::whole, 200, settingsBody, "text/html") << "success"
-                                       << false;
-    QTest::newRow("HTML page as 200") << Call::request
-                                      << fault(B::whole, 200, "<html><body>Gateway</body></html>", "text/html")
-                                      << "invalidParsing" << false;
-    QTest::newRow("500") << Call::request << fault(B::whole, 500, settingsBody) << "invalidStatusCode(500)" << false;
-    QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
-    QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
-    QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
+    const auto row = [](const char *name, Call call, const CannedResponse &script, const char *outcome,
+                        bool transport) { QTest::newRow(name) << call << script << QString(outcome) << transport; };
+    row("2xx closed mid-body", Call::request, fault(B::closeMidBody, 200, settingsBody), "apiRouteError", true);
+    row("2xx stalled mid-body past the time-out", Call::request, fault(B::stallMidBody, 200, settingsBody),
+        "apiRouteError", true);
+    row("stalled before the headers", Call::request, fault(B::stallBeforeHeaders, 200, settingsBody), "apiRouteError",
+        true);
+    row("reset before the headers", Call::request, fault(B::resetBeforeHeaders, 200, settingsBody), "apiRouteError",
+        true);
+    row("dripped one byte at a time", Call::request, fault(B::drip, 200, settingsBody), "success", false);
+    row("empty 200", Call::request, fault(B::whole, 200, {}), "invalidParsing", false);
+    row("deeply nested 200", Call::request, fault(B::whole, 200, nested), "invalidParsing", false);
+    row("very large 200", Call::request, fault(B::whole, 200, largeSettingsBody()), "success", false);
+    row("JSON as text/html", Call::request, fault(B::whole, 200, settingsBody, "text/html"), "success", false);
+    row("HTML page as 200", Call::request, fault(B::whole, 200, "<html><body>Gateway</body></html>", "text/html"),
+        "invalidParsing", false);
+    row("500", Call::request, fault(B::whole, 500, settingsBody), "invalidStatusCode(500)", false);
+    row("redirect to the answer", Call::request, redirectTo(elsewhere), "success", false);
+    row("redirect loop", Call::request, redirectTo(loop), "apiRouteError", true);
+    row("redirect to plain http", Call::request, redirectTo(plainHttp), "apiRouteError", true);
 
-    QTest::newRow("token closed mid-body")
-        << Call::regeneration << fault(B::closeMidBody, 200, token) << "apiRouteError" << true;
-    QTest::newRow("token garbage") << Call::regeneration << fault(B::whole, 200, "{\"data\":") << "invalidParsing"
-                                   << false;
-    QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
+    row("token closed mid-body", Call::regeneration, fault(B::closeMidBody, 200, token), "apiRouteError", true);
+    row("token garbage", Call::regeneration, fault(B::whole, 200, "{\"data\":"), "invalidParsing", false);
+    row("token dripped", Call::regeneration, fault(B::drip, 200, token), "success", false);
 
-    QTest::newRow("picture closed mid-body")
-        << Call::download << fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg") << "transport error" << true;
-    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, test::jpeg(), "image/jpeg") << "success"
-                                     << false;
-    QTest::newRow("picture garbage") << Call::download << fault(B::whole, 200, "GIF89a", "image/jpeg")
-                                     << "invalidParsing" << false;
+    row("picture closed mid-body", Call::download, fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg"),
+        "transport error", true);
+    row("picture dripped", Call::download, fault(B::drip, 200, test::jpeg(), "image/jpeg"), "success", false);
+    row("picture garbage", Call::download, fault(B::whole, 200, "GIF89a", "image/jpeg"), "invalidParsing", false);
 }
 
 void TestNetworkFaults::faultyAnswer()

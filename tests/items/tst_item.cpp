@@ -372,18 +372,16 @@ void TestItem::answerTakenRowByRow_data()
     QTest::addColumn<QStringList>("inserted");
     QTest::addColumn<QStringList>("changed");
 
-    QTest::newRow("first answer") << QStringLiteral("") << "1 2 3" << QStringList{} << QStringList{"0-2"}
-                                  << QStringList{};
-    QTest::newRow("same answer") << QStringLiteral("1 2 3") << "1 2 3" << QStringList{} << QStringList{}
-                                 << QStringList{};
-    QTest::newRow("one new at the end") << QStringLiteral("1 2") << "1 2 3" << QStringList{} << QStringList{"2-2"}
-                                        << QStringList{};
-    QTest::newRow("one gone") << QStringLiteral("1 2 3") << "1 3" << QStringList{"1-1"} << QStringList{}
-                              << QStringList{};
-    QTest::newRow("one completed") << QStringLiteral("1 2 3") << "1 2* 3" << QStringList{} << QStringList{}
-                                   << QStringList{"1-1"};
-    QTest::newRow("gone, new and changed") << QStringLiteral("1 2 3 4") << "2* 4 5 6" << QStringList{"2-2", "0-0"}
-                                           << QStringList{"2-3"} << QStringList{"0-0"};
+    const auto row = [](const char *name, const char *before, const char *after, const QStringList &removed,
+                        const QStringList &inserted, const QStringList &changed) {
+        QTest::newRow(name) << QString(before) << QString(after) << removed << inserted << changed;
+    };
+    row("first answer", "", "1 2 3", {}, {"0-2"}, {});
+    row("same answer", "1 2 3", "1 2 3", {}, {}, {});
+    row("one new at the end", "1 2", "1 2 3", {}, {"2-2"}, {});
+    row("one gone", "1 2 3", "1 3", {"1-1"}, {}, {});
+    row("one completed", "1 2 3", "1 2* 3", {}, {}, {"1-1"});
+    row("gone, new and changed", "1 2 3 4", "2* 4 5 6", {"2-2", "0-0"}, {"2-3"}, {"0-0"});
 }
 
 void TestItem::answerTakenRowByRow()

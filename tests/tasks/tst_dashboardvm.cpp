@@ -313,32 +313,29 @@ void TestDashboardVM::sortedTasks_data()
     QTest::addColumn<SortOrder>("order");
     QTest::addColumn<QList<qint64>>("expected");
 
+    const auto row = [](const char *name, const QList<Row> &rows, SortKey key, SortOrder order,
+                        const QList<qint64> &expected) { QTest::newRow(name) << rows << key << order << expected; };
     const QList<Row> names{{"beta"}, {"Alpha"}, {"gamma"}, {"alpha"}};
-    QTest::newRow("name ascending, case-insensitive, ties keep order")
-        << names << SortKey::name << SortOrder::ascending << QList<qint64>{2, 4, 1, 3};
-    QTest::newRow("name descending, ties keep order")
-        << names << SortKey::name << SortOrder::descending << QList<qint64>{3, 1, 2, 4};
-    QTest::newRow("name is not natural order") << QList<Row>{{"task 10"}, {"task 9"}, {"Task 1"}} << SortKey::name
-                                               << SortOrder::ascending << QList<qint64>{3, 1, 2};
-    QTest::newRow("name by code point, not locale")
-        << QList<Row>{{"zebra"}, {"Émile"}, {"eve"}} << SortKey::name << SortOrder::ascending << QList<qint64>{3, 1, 2};
-    QTest::newRow("name outside the basic plane after the private use area")
-        << QList<Row>{{QString::fromUtf8("\xF0\x9F\x9A\x80")}, {QString(QChar(0xE000))}} << SortKey::name
-        << SortOrder::ascending << QList<qint64>{2, 1};
+    row("name ascending, case-insensitive, ties keep order", names, SortKey::name, SortOrder::ascending, {2, 4, 1, 3});
+    row("name descending, ties keep order", names, SortKey::name, SortOrder::descending, {3, 1, 2, 4});
+    row("name is not natural order", {{"task 10"}, {"task 9"}, {"Task 1"}}, SortKey::name, SortOrder::ascending,
+        {3, 1, 2});
+    row("name by code point, not locale", {{"zebra"}, {"Émile"}, {"eve"}}, SortKey::name, SortOrder::ascending,
+        {3, 1, 2});
+    row("name outside the basic plane after the private use area",
+        {{QString::fromUtf8("\xF0\x9F\x9A\x80")}, {QString(QChar(0xE000))}}, SortKey::name, SortOrder::ascending,
+        {2, 1});
 
     const auto H = TaskPriority::highest, Hi = TaskPriority::high, M = TaskPriority::medium, L = TaskPriority::low,
                A = TaskPriority::all;
     const QList<Row> priorities{{"a", M}, {"b", H}, {"c", A}, {"d", L}, {"e", H}, {"f", Hi}};
-    QTest::newRow("priority descending: highest first")
-        << priorities << SortKey::priority << SortOrder::descending << QList<qint64>{2, 5, 6, 1, 4, 3};
-    QTest::newRow("priority ascending: least important first")
-        << priorities << SortKey::priority << SortOrder::ascending << QList<qint64>{3, 4, 1, 6, 2, 5};
+    row("priority descending: highest first", priorities, SortKey::priority, SortOrder::descending, {2, 5, 6, 1, 4, 3});
+    row("priority ascending: least important first", priorities, SortKey::priority, SortOrder::ascending,
+        {3, 4, 1, 6, 2, 5});
 
     const QList<Row> dates{{"a", M, 30}, {"b", M, 10}, {"c", M, 30}, {"d", M, 20}};
-    QTest::newRow("date ascending, ties keep order")
-        << dates << SortKey::date << SortOrder::ascending << QList<qint64>{2, 4, 1, 3};
-    QTest::newRow("date descending, ties keep order")
-        << dates << SortKey::date << SortOrder::descending << QList<qint64>{1, 3, 4, 2};
+    row("date ascending, ties keep order", dates, SortKey::date, SortOrder::ascending, {2, 4, 1, 3});
+    row("date descending, ties keep order", dates, SortKey::date, SortOrder::descending, {1, 3, 4, 2});
 }
 
 void TestDashboardVM::sortedTasks()
