@@ -21,26 +21,6 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 
-// A screen that shows one task, as the items and comments screens do.
-class TaskScreen : public RavelinEventVC
-{
-public:
-    explicit TaskScreen(qint64 taskId)
-    {
-        setTaskID(taskId);
-        setTitle(QStringLiteral("Task %1").arg(taskId));
-    }
-};
-
-QVariant eventObject(qint64 id, TaskUpdateEventType type)
-{
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = id;
-    event->name = QStringLiteral("Pump station %1").arg(id);
-    event->type = type;
-    return QVariant::fromValue(event);
-}
-
 // A handler that notes its tag and the object it was given.
 NotificationCenter::Handler note(QStringList &calls, const QString &tag)
 {
@@ -248,10 +228,12 @@ void TestRavelinNavVC::eventForShownTaskReturnsToDashboard()
     QCOMPARE(host->screens().size(), 3);
 
     // An event about another task is ignored.
-    m_center.post(NotificationNames::taskEvent, eventObject(8, TaskUpdateEventType::kDeleted));
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(8, QStringLiteral("Pump station 8"), TaskUpdateEventType::kDeleted));
     QVERIFY(!AlertPresenter::visibleAlert(host.get()));
 
-    m_center.post(NotificationNames::taskEvent, eventObject(7, TaskUpdateEventType::kUnassigned));
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(7, QStringLiteral("Pump station 7"), TaskUpdateEventType::kUnassigned));
     AlertView *alert = AlertPresenter::visibleAlert(host.get());
     QVERIFY(alert);
     QCOMPARE(alert->message(), QStringLiteral("Pump station 7\nTask unassigned from you."));

@@ -20,13 +20,6 @@ using namespace ravelin::test;
 
 namespace {
 
-// A screen showing one task, as the items and comments screens do.
-class TaskScreen : public RavelinEventVC
-{
-public:
-    explicit TaskScreen(qint64 taskId) { setTaskID(taskId); }
-};
-
 // Texts put together from pieces, where a translation has to keep its
 // placeholders and the English text its exact spacing.
 QStringList composedTexts()
@@ -159,11 +152,7 @@ void TestTranslations::germanScreensAndAlerts()
     QVERIFY(waitForDashboard(host, 1));
 
     host.push(new TaskScreen(1));
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = 1;
-    event->name = QStringLiteral("Meter");
-    event->type = TaskUpdateEventType::kDeleted;
-    center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
+    center.post(NotificationNames::taskEvent, taskEvent(1, QStringLiteral("Meter"), TaskUpdateEventType::kDeleted));
     AlertView *alert = AlertPresenter::visibleAlert(&host);
     QVERIFY(alert);
     QCOMPARE(alert->title(), QStringLiteral("Aufgabe aktualisiert"));

@@ -6,7 +6,9 @@
 #include "filter/filtervc.h"
 #include "filter/inputfield.h"
 #include "filter/inputsheet.h"
+#include "host/ravelineventvc.h"
 #include "host/ravelinnavvc.h"
+#include "host/taskupdateevent.h"
 #include "items/itemlistmodel.h"
 #include "items/itemsvc.h"
 #include "items/qrscannervc.h"
@@ -29,6 +31,27 @@
 #include <memory>
 
 namespace ravelin::test {
+
+// A screen that shows one task, as the items and comments screens do.
+class TaskScreen : public RavelinEventVC
+{
+public:
+    explicit TaskScreen(qint64 taskId)
+    {
+        setTaskID(taskId);
+        setTitle(QStringLiteral("Task %1").arg(taskId));
+    }
+};
+
+// A task event as the host posts it, about a task of that name.
+inline QVariant taskEvent(qint64 id, const QString &name, TaskUpdateEventType type)
+{
+    auto event = std::make_shared<TaskUpdateEvent>();
+    event->id = id;
+    event->name = name;
+    event->type = type;
+    return QVariant::fromValue(event);
+}
 
 // How a test wants its navigation host.
 struct HostOptions

@@ -355,11 +355,8 @@ void TestDashboardVC::taskEventAlertThenRefresh()
 
     // An event about a task the dashboard does not even show.
     const int fetches = m_api->server.requestCount(tasksPath);
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = 999;
-    event->name = QStringLiteral("Hydrant 9");
-    event->type = TaskUpdateEventType::kDeleted;
-    m_center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(999, QStringLiteral("Hydrant 9"), TaskUpdateEventType::kDeleted));
     QCOMPARE(topAlert(dashboard), (QStringList{"Task Event Update", "Hydrant 9\nTask deleted.", ""}));
     QCOMPARE(m_api->server.requestCount(tasksPath), fetches);
 
