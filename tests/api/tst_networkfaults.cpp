@@ -1,4 +1,5 @@
 #include "support/apiharness.h"
+#include "support/faultserver.h"
 #include "support/logcapture.h"
 #include "support/testpicker.h"
 
@@ -7,8 +8,7 @@
 
 using namespace ravelin;
 using namespace std::chrono;
-using test::CannedResponse;
-using Delivery = test::CannedResponse::Delivery;
+using test::FaultServer;
 
 namespace {
 
@@ -36,14 +36,15 @@ QByteArray largeSettingsBody()
     return R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[)" + categories + "]}}";
 }
 
-CannedResponse fault(Delivery delivery, int status, QByteArray body, QByteArray contentType = "application/json")
+FaultServer::Script fault(FaultServer::Behaviour behaviour, int status, QByteArray body,
+                          QByteArray contentType = "application/json")
 {
-    return CannedResponse{status, std::move(body), std::move(contentType), {}, delivery};
+    return FaultServer::Script{behaviour, status, std::move(body), std::move(contentType), {}};
 }
 
-CannedResponse redirectTo(const QByteArray &location)
+FaultServer::Script redirectTo(const QByteArray &location)
 {
-    return CannedResponse{302, {}, "text/plain", {}, Delivery::whole, {{"Location", location}}};
+    return FaultServer::Script{FaultServer::Behaviour::answer, 302, {}, "text/plain", {{"Location", location}}};
 }
 
 QString describe(const ManagerErrors &error)
@@ -74,7 +75,7 @@ QString describe(const Result<T, E> &result)
 } // namespace
 
 Q_DECLARE_METATYPE(Call)
-Q_DECLARE_METATYPE(ravelin::test::CannedResponse)
+Q_DECLARE_METATYPE(ravelin::test::FaultServer::Script)
 
 // Every request against a misbehaving server completes exactly once, on the main
 // thread, with the error kind of the fault. Transport errors are checked before
@@ -85,19 +86,25 @@ class TestNetworkFaults : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { m_server = std::make_unique<test::TestServer>(); }
+    void initTestCase();
     void faultyAnswer_data();
     void faultyAnswer();
 
 private:
-    std::unique_ptr<test::TestServer> m_server;
+    std::unique_ptr<FaultServer> m_server;
 };
+
+void TestNetworkFaults::initTestCase()
+{
+    m_server = std::make_unique<FaultServer>();
+    QVERIFY(m_server->listen());
+}
 
 void TestNetworkFaults::faultyAnswer_data()
 {
-    using B = Delivery;
+    using B = FaultServer::Behaviour;
     QTest::addColumn<Call>("call");
-    QTest::addColumn<CannedResponse>("script");
+    QTest::addColumn<FaultServer::Script>("script");
     QTest::addColumn<QString>("outcome");
     QTest::addColumn<bool>("transportLine"); // "ERROR FOR REQUEST " logged
 
@@ -107,41 +114,48 @@ void TestNetworkFaults::faultyAnswer_data()
     const QByteArray nested = QByteArray(100000, '[') + QByteArray(100000, ']');
     const QByteArray token = R"({"success":true,"data":"fresh"})";
 
-    const auto row = [](const char *name, Call call, const CannedResponse &script, const char *outcome,
-                        bool transport) { QTest::newRow(name) << call << script << QString(outcome) << transport; };
-    row("2xx closed mid-body", Call::request, fault(B::closeMidBody, 200, settingsBody), "apiRouteError", true);
-    row("2xx stalled mid-body past the time-out", Call::request, fault(B::stallMidBody, 200, settingsBody),
-        "apiRouteError", true);
-    row("stalled before the headers", Call::request, fault(B::stallBeforeHeaders, 200, settingsBody), "apiRouteError",
-        true);
-    row("reset before the headers", Call::request, fault(B::resetBeforeHeaders, 200, settingsBody), "apiRouteError",
-        true);
-    row("dripped one byte at a time", Call::request, fault(B::drip, 200, settingsBody), "success", false);
-    row("empty 200", Call::request, fault(B::whole, 200, {}), "invalidParsing", false);
-    row("deeply nested 200", Call::request, fault(B::whole, 200, nested), "invalidParsing", false);
-    row("very large 200", Call::request, fault(B::whole, 200, largeSettingsBody()), "success", false);
-    row("JSON as text/html", Call::request, fault(B::whole, 200, settingsBody, "text/html"), "success", false);
-    row("HTML page as 200", Call::request, fault(B::whole, 200, "<html><body>Gateway</body></html>", "text/html"),
-        "invalidParsing", false);
-    row("500", Call::request, fault(B::whole, 500, settingsBody), "invalidStatusCode(500)", false);
-    row("redirect to the answer", Call::request, redirectTo(elsewhere), "success", false);
-    row("redirect loop", Call::request, redirectTo(loop), "apiRouteError", true);
-    row("redirect to plain http", Call::request, redirectTo(plainHttp), "apiRouteError", true);
+    QTest::newRow("2xx closed mid-body") << Call::request << fault(B::closeMidBody, 200, settingsBody)
+                                         << "apiRouteError" << true;
+    QTest::newRow("2xx stalled mid-body past the time-out")
+        << Call::request << fault(B::stallMidBody, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("stalled before the headers")
+        << Call::request << fault(B::stallBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("reset before the headers")
+        << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
+    QTest::newRow("dripped one byte at a time")
+        << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
+    QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
+    QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested) << "invalidParsing" << false;
+    QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody()) << "success"
+                                    << false;
+    QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html") << "success"
+                                       << false;
+    QTest::newRow("HTML page as 200") << Call::request
+                                      << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
+                                      << "invalidParsing" << false;
+    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody) << "invalidStatusCode(500)" << false;
+    QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
+    QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
+    QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
 
-    row("token closed mid-body", Call::regeneration, fault(B::closeMidBody, 200, token), "apiRouteError", true);
-    row("token garbage", Call::regeneration, fault(B::whole, 200, "{\"data\":"), "invalidParsing", false);
-    row("token dripped", Call::regeneration, fault(B::drip, 200, token), "success", false);
+    QTest::newRow("token closed mid-body")
+        << Call::regeneration << fault(B::closeMidBody, 200, token) << "apiRouteError" << true;
+    QTest::newRow("token garbage") << Call::regeneration << fault(B::answer, 200, "{\"data\":") << "invalidParsing"
+                                   << false;
+    QTest::newRow("token dripped") << Call::regeneration << fault(B::drip, 200, token) << "success" << false;
 
-    row("picture closed mid-body", Call::download, fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg"),
-        "transport error", true);
-    row("picture dripped", Call::download, fault(B::drip, 200, test::jpeg(), "image/jpeg"), "success", false);
-    row("picture garbage", Call::download, fault(B::whole, 200, "GIF89a", "image/jpeg"), "invalidParsing", false);
+    QTest::newRow("picture closed mid-body")
+        << Call::download << fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg") << "transport error" << true;
+    QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, test::jpeg(), "image/jpeg") << "success"
+                                     << false;
+    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/jpeg")
+                                     << "invalidParsing" << false;
 }
 
 void TestNetworkFaults::faultyAnswer()
 {
     QFETCH(Call, call);
-    QFETCH(CannedResponse, script);
+    QFETCH(FaultServer::Script, script);
     QFETCH(QString, outcome);
     QFETCH(bool, transportLine);
 
@@ -152,10 +166,11 @@ void TestNetworkFaults::faultyAnswer()
     const QString faultyPath = call == Call::regeneration ? tokenPath
         : call == Call::download                          ? picturePath
                                                           : settingsPath;
-    m_server->on("GET", settingsPath, fault(Delivery::whole, 200, settingsBody));
-    m_server->on("GET", QStringLiteral("/api/elsewhere"), fault(Delivery::whole, 200, settingsBody));
-    m_server->on("GET", faultyPath, script);
-    const bool stalls = script.delivery == Delivery::stallBeforeHeaders || script.delivery == Delivery::stallMidBody;
+    m_server->script(settingsPath, fault(FaultServer::Behaviour::answer, 200, settingsBody));
+    m_server->script(QStringLiteral("/api/elsewhere"), fault(FaultServer::Behaviour::answer, 200, settingsBody));
+    m_server->script(faultyPath, script);
+    const bool stalls = script.behaviour == FaultServer::Behaviour::stallBeforeHeaders
+        || script.behaviour == FaultServer::Behaviour::stallMidBody;
     api.manager.setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
     test::LogCapture log;
 

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace ravelin::test {
@@ -27,33 +28,33 @@ struct RecordedRequest
 
 struct CannedResponse
 {
-    // How the answer goes out: anything but `whole` is a fault to test against.
-    enum class Delivery {
-        whole, // the headers and the whole body, then the connection closes
-        closeMidBody, // the headers announce the whole body; half of it is sent, then the connection closes
-        resetBeforeHeaders, // the request is read, then the connection is reset
-        stallBeforeHeaders, // the request is read, then nothing is sent
-        stallMidBody, // the headers and half of the body, then nothing
-        drip, // the headers and the body one byte a millisecond
-    };
-
     int status = 200;
     QByteArray body;
     QByteArray contentType = "application/json";
     // Sent as the Content-Encoding with the body as it is (already encoded).
-    // Otherwise the server gzips a whole JSON or text answer itself for a
-    // client that accepts gzip, as the real server does.
+    // The server compresses JSON and text answers itself for a client that
+    // accepts gzip, so a hand-encoded body goes with another type
+    // ("application/octet-stream").
     QByteArray contentEncoding = {};
-    Delivery delivery = Delivery::whole;
-    QList<std::pair<QByteArray, QByteArray>> headers = {}; // extra headers, e.g. Location
 };
 
+// One HTTPS exchange with a loopback server (127.0.0.1:<port>), trusting exactly
+// its certificate: the status (0 when no answer came in time), body and type.
+struct Exchange
+{
+    int status = 0;
+    QByteArray body;
+    QByteArray contentType;
+};
+Exchange exchange(const QString &baseUrl, const QByteArray &certificatePem, const QByteArray &method,
+                  const QString &pathAndQuery, const QByteArray &body = {},
+                  const QList<std::pair<QByteArray, QByteArray>> &headers = {});
+
 // A real HTTPS server on 127.0.0.1 with an ephemeral port and a certificate
-// made for the test, serving from a thread of its own between construction and
+// made for the test, serving from a background thread between construction and
 // destruction. Every request is recorded; answers come from registered canned
 // responses or handlers, and anything unmatched gets 404 with an empty body.
-// Handlers run on the server's worker threads, so that one may wait while
-// others are answered. One request per connection.
+// Handlers run on the server's threads.
 class TestServer
 {
 public:
@@ -91,17 +92,5 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
-
-// One HTTPS exchange with a loopback server (127.0.0.1:<port>), trusting exactly
-// its certificate: the status (0 when no answer came in time), body and type.
-struct Exchange
-{
-    int status = 0;
-    QByteArray body;
-    QByteArray contentType;
-};
-Exchange exchange(const QString &baseUrl, const QByteArray &certificatePem, const QByteArray &method,
-                  const QString &pathAndQuery, const QByteArray &body = {},
-                  const QList<std::pair<QByteArray, QByteArray>> &headers = {});
 
 } // namespace ravelin::test
