@@ -4,10 +4,6 @@
 // grab), and the time of a refresh with the same number of other tasks. What
 // the main thread pays for an answer, whatever its size.
 
-#include "api/clock.h"
-#include "api/usersdata.h"
-#include "tasks/dashboardvc.h"
-#include "tasks/dashboardvm.h"
 #include "tasks/task.h"
 
 #include "screenbench.h"
@@ -53,41 +49,22 @@ ArrangedTasks arrangedTasks(int count, unsigned seed)
     return DashboardVM::arrange(tasks, SortConfiguration{SortKey::date, SortOrder::descending});
 }
 
-// A phone-sized window with a dashboard that has never shown anything.
-struct Screen : bench::PhoneWindow
+// What an answer leads to on the main thread, up to the painted frame.
+void show(bench::DashboardWindow &screen, const ArrangedTasks &arranged)
 {
-    Screen()
-        : PhoneWindow(false)
-    {
-        dashboard = new DashboardVC(&window);
-        layout->addWidget(dashboard);
-        UsersData users;
-        users.currentUser.id = 1;
-        viewModel = new DashboardVM(nullptr, users, systemClock());
-        dashboard->setViewModel(viewModel);
-        PhoneWindow::show();
-    }
-
-    // What an answer leads to on the main thread, up to the painted frame.
-    void show(const ArrangedTasks &arranged)
-    {
-        viewModel->takeTasks(arranged);
-        dashboard->reloadData();
-        frame();
-    }
-
-    DashboardVC *dashboard = nullptr;
-    DashboardVM *viewModel = nullptr;
-};
+    screen.viewModel->takeTasks(arranged);
+    screen.dashboard->reloadData();
+    screen.frame();
+}
 
 void BM_DashboardFirstFrame(benchmark::State &state)
 {
     const ArrangedTasks arranged = arrangedTasks(int(state.range(0)), 1);
     for (auto _ : state) {
         state.PauseTiming();
-        auto screen = std::make_unique<Screen>();
+        auto screen = std::make_unique<bench::DashboardWindow>();
         state.ResumeTiming();
-        screen->show(arranged);
+        show(*screen, arranged);
         state.PauseTiming();
         screen.reset();
         state.ResumeTiming();
@@ -101,12 +78,12 @@ void BM_DashboardRefresh(benchmark::State &state)
 {
     const std::array<ArrangedTasks, 2> answers{arrangedTasks(int(state.range(0)), 1),
                                                arrangedTasks(int(state.range(0)), 2)};
-    Screen screen;
-    screen.show(answers[1]);
+    bench::DashboardWindow screen;
+    show(screen, answers[1]);
     screen.saveShot("dashboard", state);
     std::size_t next = 0;
     for (auto _ : state) {
-        screen.show(answers[next]);
+        show(screen, answers[next]);
         next = 1 - next;
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));

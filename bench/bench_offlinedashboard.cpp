@@ -8,10 +8,7 @@
 #include "api/sessionstore.h"
 #include "api/settings.h"
 #include "api/sqliteofflinestore.h"
-#include "api/usersdata.h"
 #include "bench/taskanswer.h"
-#include "tasks/dashboardvc.h"
-#include "tasks/dashboardvm.h"
 
 #include "screenbench.h"
 
@@ -56,31 +53,13 @@ struct Offline
     NetworkManager manager;
 };
 
-struct Screen : bench::PhoneWindow
-{
-    explicit Screen(NetworkManager *manager)
-        : PhoneWindow(false)
-    {
-        dashboard = new DashboardVC(&window);
-        layout->addWidget(dashboard);
-        UsersData users;
-        users.currentUser.id = userId;
-        viewModel = new DashboardVM(manager, users, systemClock());
-        dashboard->setViewModel(viewModel);
-        PhoneWindow::show();
-    }
-
-    DashboardVC *dashboard = nullptr;
-    DashboardVM *viewModel = nullptr;
-};
-
 void BM_CachedDashboardOpens(benchmark::State &state)
 {
     Offline offline;
     int shown = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto screen = std::make_unique<Screen>(&offline.manager);
+        auto screen = std::make_unique<bench::DashboardWindow>(&offline.manager);
         bool done = false;
         state.ResumeTiming();
         screen->viewModel->fetchTasks([&done](bool, std::optional<ManagerErrors>) { done = true; });

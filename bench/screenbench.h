@@ -1,8 +1,14 @@
 #pragma once
 
 // What the screen benchmarks share: a phone-sized offscreen window, the frame
-// the event loop would paint next, a picture of it on request, the three sizes
-// each benchmark runs at with the best run reported, and main().
+// the event loop would paint next, a picture of it on request, a dashboard in
+// such a window, the three sizes each benchmark runs at with the best run
+// reported, and main().
+
+#include "api/clock.h"
+#include "api/usersdata.h"
+#include "tasks/dashboardvc.h"
+#include "tasks/dashboardvm.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -55,6 +61,26 @@ struct PhoneWindow
     QWidget window;
     QVBoxLayout *layout = nullptr;
     QPixmap last;
+};
+
+// A phone-sized window with a dashboard that has never shown anything, for
+// worker 1, its view model on `manager` (or on none).
+struct DashboardWindow : PhoneWindow
+{
+    explicit DashboardWindow(NetworkManager *manager = nullptr)
+        : PhoneWindow(false)
+    {
+        dashboard = new DashboardVC(&window);
+        layout->addWidget(dashboard);
+        UsersData users;
+        users.currentUser.id = 1;
+        viewModel = new DashboardVM(manager, users, systemClock());
+        dashboard->setViewModel(viewModel);
+        show();
+    }
+
+    DashboardVC *dashboard = nullptr;
+    DashboardVM *viewModel = nullptr;
 };
 
 inline double minimum(const std::vector<double> &v)

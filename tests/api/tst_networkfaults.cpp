@@ -1,15 +1,8 @@
-#include "api/networkmanager.h"
-#include "api/networkmanagerdelegate.h"
-#include "api/sessionstore.h"
-#include "api/settings.h"
 #include "support/apiharness.h"
 #include "support/faultserver.h"
 #include "support/logcapture.h"
 #include "support/testpicker.h"
 
-#include <QNetworkAccessManager>
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
@@ -26,7 +19,6 @@ constexpr int answerTimeoutMs = 30000;
 // dripped ones too, gets time enough on a slow machine.
 constexpr auto stallTimeout = milliseconds(300);
 constexpr auto ampleTimeout = seconds(20);
-const TimePoint now = TimePoint(milliseconds(1795169730123));
 
 const QString settingsPath = QStringLiteral("/api/settings-constants");
 const QString tokenPath = QStringLiteral("/api/regenerate-token");
@@ -95,42 +87,17 @@ class TestNetworkFaults : public QObject
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
     void faultyAnswer_data();
     void faultyAnswer();
 
 private:
     std::unique_ptr<FaultServer> m_server;
-    QTemporaryDir m_dir;
-    std::unique_ptr<QSettings> m_settings;
-    std::unique_ptr<SessionStore> m_store;
-    std::unique_ptr<QNetworkAccessManager> m_network;
-    std::unique_ptr<NetworkManager> m_manager;
-    test::FakeHost m_host;
 };
 
 void TestNetworkFaults::initTestCase()
 {
     m_server = std::make_unique<FaultServer>();
     QVERIFY(m_server->listen());
-}
-
-void TestNetworkFaults::init()
-{
-    m_settings = std::make_unique<QSettings>(m_dir.filePath(QStringLiteral("faults.ini")), QSettings::IniFormat);
-    m_settings->clear();
-    m_store = std::make_unique<SessionStore>(m_settings.get());
-    m_network = std::make_unique<QNetworkAccessManager>();
-    m_manager = std::make_unique<NetworkManager>(m_network.get(), m_store.get(), fixedClock(now));
-    m_host = test::FakeHost();
-    m_manager->setDelegate(&m_host);
-}
-
-void TestNetworkFaults::cleanup()
-{
-    m_manager.reset();
-    m_network.reset();
 }
 
 void TestNetworkFaults::faultyAnswer_data()
@@ -193,8 +160,9 @@ void TestNetworkFaults::faultyAnswer()
     QFETCH(bool, transportLine);
 
     // A stale token sends the regeneration first; a fresh one goes straight to the call.
-    const TimePoint stamped = call == Call::regeneration ? now - hours(5) : now - seconds(60);
-    m_store->store(APIData{m_server->baseUrl(), QStringLiteral("tok"), toDateTime(stamped)});
+    test::ApiHarness api;
+    const TimePoint stamped = call == Call::regeneration ? api.now - hours(5) : api.now - seconds(60);
+    api.store.store(APIData{m_server->baseUrl(), QStringLiteral("tok"), toDateTime(stamped)});
     const QString faultyPath = call == Call::regeneration ? tokenPath
         : call == Call::download                          ? picturePath
                                                           : settingsPath;
@@ -203,7 +171,7 @@ void TestNetworkFaults::faultyAnswer()
     m_server->script(faultyPath, script);
     const bool stalls = script.behaviour == FaultServer::Behaviour::stallBeforeHeaders
         || script.behaviour == FaultServer::Behaviour::stallMidBody;
-    m_manager->setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
+    api.manager.setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
     test::LogCapture log;
 
     int calls = 0;
@@ -215,10 +183,10 @@ void TestNetworkFaults::faultyAnswer()
         thread = QThread::currentThread();
     };
     if (call == Call::download)
-        m_manager->downloadImage(QStringLiteral("p/a.png"), false, this, record);
+        api.manager.downloadImage(QStringLiteral("p/a.png"), false, this, record);
     else
-        m_manager->request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
-                                                         record);
+        api.manager.request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
+                                                          record);
 
     QTRY_VERIFY_WITH_TIMEOUT(calls > 0, answerTimeoutMs);
     // Whatever is still under way settles before the count is read again.
@@ -227,8 +195,8 @@ void TestNetworkFaults::faultyAnswer()
     QCOMPARE(calls, 1);
     QCOMPARE(thread, QThread::currentThread());
     QCOMPARE(got, outcome);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("ERROR FOR REQUEST ")).size(), transportLine ? 1 : 0);
-    QCOMPARE(m_host.sessionExpiredCalls, call == Call::regeneration && outcome != QLatin1String("success") ? 1 : 0);
+    QCOMPARE(log.count(QStringLiteral("ERROR FOR REQUEST ")), transportLine ? 1 : 0);
+    QCOMPARE(api.host.sessionExpiredCalls, call == Call::regeneration && outcome != QLatin1String("success") ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(TestNetworkFaults)

@@ -1,5 +1,3 @@
-#include "api/networkmanager.h"
-#include "api/settings.h"
 #include "comments/posttaskscommentresponse.h"
 #include "comments/taskcommentpayload.h"
 #include "items/itemsupdatepayload.h"
@@ -8,7 +6,6 @@
 
 #include <QBuffer>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTest>
 #include <QThread>
@@ -193,9 +190,8 @@ void TestNetworkManager::statusMapping()
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), error);
     const bool parsing = error.kind() == ManagerErrors::Kind::invalidParsing;
-    QCOMPARE(
-        log.linesStartingWith(QStringLiteral("Could not translate the data to the requested type. Reason: ")).size(),
-        parsing ? 1 : 0);
+    QCOMPARE(log.count(QStringLiteral("Could not translate the data to the requested type. Reason: ")),
+             parsing ? 1 : 0);
 }
 
 void TestNetworkManager::noSessionFailsWithoutNetwork()
@@ -334,8 +330,7 @@ void TestNetworkManager::photoFileName_data()
 void TestNetworkManager::photoFileName()
 {
     QFETCH(double, millis);
-    QFETCH(QString, name);
-    QCOMPARE(NetworkManager::photoFileName(5, millis, 3), name);
+    QTEST(NetworkManager::photoFileName(5, millis, 3), "name");
 }
 
 QTEST_GUILESS_MAIN(TestNetworkManager)

@@ -55,7 +55,11 @@ class TestOfflineStore : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        m_folder = m_dir->filePath(QStringLiteral("offline"));
+    }
     void connectionAndFileSettings();
     void everyKindSurvivesReopening_data();
     void everyKindSurvivesReopening();
@@ -71,12 +75,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_folder;
 };
-
-void TestOfflineStore::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_folder = m_dir->filePath(QStringLiteral("offline"));
-}
 
 void TestOfflineStore::connectionAndFileSettings()
 {

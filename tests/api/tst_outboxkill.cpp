@@ -4,8 +4,8 @@
 
 #include "outboxserver.h"
 #include "support/outboxrig.h"
+#include "support/testpicker.h"
 
-#include <QDir>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -54,13 +54,6 @@ OutboxEntry makeResult(int run, int i, TimePoint now, QByteArray &picture)
     }
 }
 
-QImage smallPicture()
-{
-    QImage image(16, 16, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    return image;
-}
-
 // The child: writes its results a few milliseconds apart while it sends; says
 // "saved <key>" once a result has committed, and "done" when all is sent.
 int runChild(const QStringList &args)
@@ -98,7 +91,7 @@ int runChild(const QStringList &args)
         QByteArray picture;
         OutboxEntry result = makeResult(run, written, system_clock::now(), picture);
         const std::optional<OutboxEntry> saved
-            = picture.isEmpty() ? sender.add(result) : sender.add(result, smallPicture());
+            = picture.isEmpty() ? sender.add(result) : sender.add(result, test::solidPicture());
         if (saved)
             say(QStringLiteral("saved r%1-%2").arg(run).arg(written));
         ++written;

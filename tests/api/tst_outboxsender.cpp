@@ -1,8 +1,8 @@
 #include "api/outboxsender.h"
-#include "api/settings.h"
 #include "api/sqliteofflinestore.h"
 #include "outboxserver.h"
 #include "support/apiharness.h"
+#include "support/testpicker.h"
 
 #include <QDirIterator>
 #include <QSignalSpy>
@@ -13,17 +13,8 @@ using namespace std::chrono;
 using test::OutboxServer;
 
 namespace {
-
 constexpr int waitMs = 10000;
 constexpr qint64 user = 7;
-
-QImage photo()
-{
-    QImage image(32, 24, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    return image;
-}
-
 } // namespace
 
 class TestOutboxSender : public QObject
@@ -32,7 +23,12 @@ class TestOutboxSender : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_sender.reset();
+        m_store.reset();
+        m_api.reset();
+    }
     void sendsEveryKind_data();
     void sendsEveryKind();
     void resultsOfATaskGoInOrder();
@@ -70,13 +66,6 @@ void TestOutboxSender::init()
     m_sender->setUserId(user);
 }
 
-void TestOutboxSender::cleanup()
-{
-    m_sender.reset();
-    m_store.reset();
-    m_api.reset();
-}
-
 OutboxEntry TestOutboxSender::comment(qint64 taskId, const QString &text, bool incident) const
 {
     return OutboxEntry::comment(
@@ -108,8 +97,6 @@ void TestOutboxSender::sendsEveryKind_data()
 void TestOutboxSender::sendsEveryKind()
 {
     QFETCH(int, kind);
-    QFETCH(QStringList, requests);
-    QFETCH(QList<int>, states);
     QSignalSpy changes(m_sender.get(), &OutboxSender::entryChanged);
     QSignalSpy counts(m_sender.get(), &OutboxSender::countsChanged);
 
@@ -123,12 +110,12 @@ void TestOutboxSender::sendsEveryKind()
         payload.updaterUserId = user;
         payload.items = {ItemPayload{31, 1, QStringLiteral("Replaced"), std::nullopt}};
         entry = OutboxEntry::itemsUpdate(payload, m_api->now);
-        picture = photo();
+        picture = test::solidPicture();
         break;
     }
     case OutboxEntry::Kind::comment:
         entry = comment(12, QStringLiteral("Valve leaks"));
-        picture = photo();
+        picture = test::solidPicture();
         break;
     case OutboxEntry::Kind::block:
         entry = OutboxEntry::block(comment(12, QStringLiteral("No access"), true).commentPayload.value(), 5);
@@ -142,13 +129,13 @@ void TestOutboxSender::sendsEveryKind()
     QStringList kinds;
     for (const OutboxServer::Received &r : m_results->received())
         kinds << r.kind;
-    QCOMPARE(kinds, requests);
+    QTEST(kinds, "requests");
     QList<int> seen;
     for (const QList<QVariant> &change : changes) {
         QCOMPARE(change.at(0).toLongLong(), saved->id);
         seen << int(change.at(1).value<OutboxEntry::State>());
     }
-    QCOMPARE(seen, states);
+    QTEST(seen, "states");
     QCOMPARE(counts.last(), (QList<QVariant>{0, 0}));
     QVERIFY(m_store->entries(user).isEmpty());
 
@@ -224,7 +211,6 @@ void TestOutboxSender::refusalStopsTheResult_data()
 void TestOutboxSender::refusalStopsTheResult()
 {
     QFETCH(QString, refused);
-    QFETCH(QStringList, taken);
     QFETCH(int, refusedCount);
     m_results->refuse(refused, 5);
     const auto block
@@ -240,7 +226,7 @@ void TestOutboxSender::refusalStopsTheResult()
         if (r.taskId == 5)
             onTask5 << r.kind;
     }
-    QCOMPARE(onTask5, taken);
+    QTEST(onTask5, "taken");
     for (const OutboxServer::Received &r : m_results->received("status"))
         QCOMPARE(r.body["task_status_id"].toInt(), 2); // never the block's change
     bool otherTaskWent = false; // other tasks go on
@@ -335,7 +321,7 @@ void TestOutboxSender::noTokenIsWritten()
     const QString token = QStringLiteral("token-9f3c51d2e7");
     m_api->store.store(APIData{m_api->server.baseUrl(), token, toDateTime(m_api->now - seconds(5))});
     m_results->failNext(1);
-    QVERIFY(m_sender->add(comment(2, QStringLiteral("with a token about")), photo()));
+    QVERIFY(m_sender->add(comment(2, QStringLiteral("with a token about")), test::solidPicture()));
     QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 2, 3, m_api->now)));
     QVERIFY(m_store->storeAnswer(user, QStringLiteral("api/task/2/comments"), "{}", m_api->now));
     drain();

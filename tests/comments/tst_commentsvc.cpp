@@ -1,26 +1,11 @@
-#include "api/settings.h"
-#include "comments/commentsvc.h"
-#include "comments/commentthreadmodel.h"
-#include "comments/commentthreadview.h"
 #include "comments/custominputbar.h"
 #include "comments/imagevc.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
-#include "support/testpicker.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 
-#include <QBuffer>
-#include <QJsonArray>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
 #include <atomic>
@@ -33,16 +18,6 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 const QString commentsPath = QStringLiteral("/api/task/8/comments");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
-
-QJsonObject withMedia(QJsonObject comment, const QStringList &paths)
-{
-    QJsonArray media;
-    for (const QString &path : paths)
-        media.append(QJsonObject{{"path", path}, {"dateCreated", comment.value("dateCreated")}, {"commentId", 1}});
-    comment.insert("media", media);
-    return comment;
-}
 
 } // namespace
 
@@ -52,7 +27,11 @@ class TestCommentsVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+    }
 
     void emptyOnlyOnceTheFetchIsOver();
     void sendRules_data();
@@ -67,13 +46,9 @@ private slots:
 private:
     // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
     CommentsVC *openComments(bool waitForAnswer = true);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     [[nodiscard]] QString serverDate(qint64 secondsAgo) const
     {
-        return toDateTime(m_api->now - std::chrono::seconds(secondsAgo))
-                   .toUTC()
-                   .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz"))
-            + QStringLiteral("Z");
+        return test::serverDate(m_api->now - std::chrono::seconds(secondsAgo));
     }
 
     std::unique_ptr<ApiHarness> m_api;
@@ -84,18 +59,10 @@ private:
 
 void TestCommentsVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{})});
-}
-
-void TestCommentsVC::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
@@ -105,10 +72,8 @@ CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
     m_host = showHost(*m_api, m_center, std::move(environment));
     auto task = std::make_shared<Task>();
     task->id = 8;
-    UsersData users;
-    users.currentUser.id = 7;
     auto *screen = new CommentsVC;
-    screen->setViewModel(new CommentsVM(task, m_host->networkManager(), users));
+    screen->setViewModel(new CommentsVM(task, m_host->networkManager(), m_api->users));
     screen->setTaskID(8);
     screen->setTitle(QStringLiteral("Comments"));
     m_host->push(screen);
@@ -128,7 +93,7 @@ void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
         return CannedResponse{200, answer(QJsonArray{})};
     });
     CommentsVC *screen = openComments(false);
-    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) >= 1, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(commentsPath) >= 1, timeoutMs);
     QVERIFY(screen->emptyMessageLabel()->isHidden());
     release->store(true);
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
@@ -153,7 +118,6 @@ void TestCommentsVC::sendRules()
     QFETCH(QString, text);
     QFETCH(bool, picture);
     QFETCH(bool, posts);
-    QFETCH(QString, sentText);
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CustomInputBar *bar = screen->inputBar();
@@ -162,18 +126,18 @@ void TestCommentsVC::sendRules()
         QTest::mouseClick(bar->attachmentButton(), Qt::LeftButton);
         QTRY_COMPARE_WITH_TIMEOUT(bar->attachments().size(), 1, timeoutMs);
     }
-    const int fetches = requests(commentsPath);
+    const int fetches = m_api->server.requestCount(commentsPath);
     // The send action itself (with nothing at all, the button is not even enabled).
     bar->didPressSend();
     // Posted or not, the thread is fetched again and the bar starts over.
-    QTRY_VERIFY_WITH_TIMEOUT(requests(commentsPath) > fetches, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(commentsPath) > fetches, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(bar->inputTextView()->toPlainText().isEmpty() && bar->attachments().isEmpty(), timeoutMs);
     const auto posted = m_api->server.requests(QStringLiteral("/api/comment"));
     QCOMPARE(posted.size(), posts ? 1 : 0);
     if (!posts)
         return;
     const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
-    QCOMPARE(body.value("text").toString(), sentText);
+    QTEST(body.value("text").toString(), "sentText");
     QCOMPARE(body.value("is_incident").toBool(), false);
     QCOMPARE(body.value("media_path").isString(), picture);
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
@@ -189,8 +153,8 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     });
     m_api->server.on("GET", commentsPath,
                      CannedResponse{200,
-                                    answer(QJsonArray{withMedia(commentJson("Gauge", serverDate(120)),
-                                                                {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+                                    answer(QJsonArray{commentJson("Gauge", serverDate(120), std::nullopt, false,
+                                                                  {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadView *table = screen->tableView();
@@ -245,12 +209,11 @@ void TestCommentsVC::characterLimit()
 {
     QFETCH(QString, before);
     QFETCH(QString, typed);
-    QFETCH(QString, after);
     CustomInputBar bar;
     bar.inputTextView()->setPlainText(before);
     bar.inputTextView()->moveCursor(QTextCursor::End);
     bar.inputTextView()->insertPlainText(typed); // one edit, as a paste or a key press is
-    QCOMPARE(bar.inputTextView()->toPlainText(), after);
+    QTEST(bar.inputTextView()->toPlainText(), "after");
 }
 
 void TestCommentsVC::sendButtonAfterReset()
@@ -281,11 +244,11 @@ void TestCommentsVC::layoutPassesShareOneFetch()
     });
     CommentsVC *screen = openComments();
     QVERIFY(screen);
-    const int before = requests(commentsPath);
+    const int before = m_api->server.requestCount(commentsPath);
     for (int i = 0; i < 20; ++i)
         screen->viewDidLayoutSubviews();
     QTRY_VERIFY_WITH_TIMEOUT(!screen->isFetching(), timeoutMs);
-    QCOMPARE(requests(commentsPath), before + 1);
+    QCOMPARE(m_api->server.requestCount(commentsPath), before + 1);
     QCOMPARE(most->load(), 1);
 }
 

@@ -43,7 +43,11 @@ class TestCommentsVM : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
     void fetchGroupsByLocalDay();
     void fetchIgnoresTheSuccessFlag();
     void failedFetchKeepsComments();
@@ -55,7 +59,10 @@ private slots:
     void elapsedTime();
 
 private:
-    bool fetch();
+    bool fetch()
+    {
+        return reported([this](auto done) { m_vm->fetchComments(done); }) == true;
+    }
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
     std::unique_ptr<CommentsVM> m_vm;
@@ -73,19 +80,6 @@ void TestCommentsVM::init()
         m_task->itemList.items.append(item);
     }
     m_vm = std::make_unique<CommentsVM>(m_task, &m_api->manager, UsersData{});
-}
-
-void TestCommentsVM::cleanup()
-{
-    m_vm.reset();
-    m_api.reset();
-}
-
-bool TestCommentsVM::fetch()
-{
-    std::optional<bool> ok;
-    m_vm->fetchComments([&](bool success) { ok = success; });
-    return QTest::qWaitFor([&] { return ok.has_value(); }, timeoutMs) && *ok;
 }
 
 void TestCommentsVM::fetchGroupsByLocalDay()
@@ -128,10 +122,7 @@ void TestCommentsVM::failedFetchKeepsComments()
     QVERIFY(!fetch());
     QCOMPARE(m_vm->comments().size(), 1);
     QCOMPARE(m_vm->numberOfSections(), 1);
-    QCOMPARE(
-        log.linesStartingWith(QStringLiteral("We got a failure trying to get the comments. The error we got was: "))
-            .size(),
-        1);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("comments"))), 1);
 }
 
 void TestCommentsVM::details_data()
@@ -143,44 +134,34 @@ void TestCommentsVM::details_data()
     QTest::addColumn<QString>("colour");
     QTest::addColumn<bool>("isTaskComment");
 
-    QTest::newRow("task incident") << makeComment({}, true) << true << "Task Marked as Blocked"
-                                   << "nok"
-                                   << "CustomRed" << true;
-    QTest::newRow("plain task comment") << makeComment({}, false) << false << ""
-                                        << ""
-                                        << "" << true;
-    QTest::newRow("item comment in the comment's order") << makeComment({5, 9}, false) << true << "Seal\nValve\n"
-                                                         << "ok"
-                                                         << "CustomGreen" << false;
-    QTest::newRow("item incident") << makeComment({9}, true) << true << "Valve\n"
-                                   << "nok"
-                                   << "CustomRed" << false;
-    QTest::newRow("unknown item is skipped") << makeComment({42, 5}, false) << true << "Seal\n"
-                                             << "ok"
-                                             << "CustomGreen" << false;
-    QTest::newRow("only unknown items: empty details") << makeComment({42}, false) << true << ""
-                                                       << ""
-                                                       << "" << false;
+    const auto row = [](const char *name, QList<qint64> items, bool incident, bool hasDetails, const char *text,
+                        const char *icon, const char *colour, bool isTaskComment) {
+        QTest::newRow(name) << makeComment(std::move(items), incident) << hasDetails << QString(text) << QString(icon)
+                            << QString(colour) << isTaskComment;
+    };
+    row("task incident", {}, true, true, "Task Marked as Blocked", "nok", "CustomRed", true);
+    row("plain task comment", {}, false, false, "", "", "", true);
+    row("item comment in the comment's order", {5, 9}, false, true, "Seal\nValve\n", "ok", "CustomGreen", false);
+    row("item incident", {9}, true, true, "Valve\n", "nok", "CustomRed", false);
+    row("unknown item is skipped", {42, 5}, false, true, "Seal\n", "ok", "CustomGreen", false);
+    row("only unknown items: empty details", {42}, false, true, "", "", "", false);
 }
 
 void TestCommentsVM::details()
 {
     QFETCH(CommentPtr, comment);
-    QFETCH(bool, hasDetails);
     QFETCH(QString, detailsText);
-    QFETCH(QString, icon);
-    QFETCH(QString, colour);
     QFETCH(bool, isTaskComment);
 
     const CommentCellDetail detail = CommentCellDetail::make(*comment, *m_task);
-    QCOMPARE(detail.details.has_value(), hasDetails);
+    QTEST(detail.details.has_value(), "hasDetails");
     QCOMPARE(detail.detailsText(), detailsText);
     QCOMPARE(detail.isTaskComment, isTaskComment);
     QCOMPARE(detail.kind, QStringLiteral("Text"));
     QCOMPARE(detail.user, QStringLiteral("Ann Rivers"));
     for (const DetailFragment &f : detail.details.value_or(QList<DetailFragment>{})) {
-        QCOMPARE(f.iconName, icon);
-        QCOMPARE(f.colorName, colour);
+        QTEST(f.iconName, "icon");
+        QTEST(f.colorName, "colour");
         QCOMPARE(f.alpha, 0.8);
     }
     comment->text.reset();
@@ -189,10 +170,8 @@ void TestCommentsVM::details()
 
 void TestCommentsVM::cellViewModelShowsFirstPicture()
 {
-    QJsonObject withPictures = commentJson("pics", "2026-11-20T14:00:00.000Z");
-    withPictures["media"]
-        = QJsonArray{QJsonObject{{"path", "a.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}},
-                     QJsonObject{{"path", "b.jpg"}, {"dateCreated", "2026-11-20T14:00:00.000Z"}, {"commentId", 1}}};
+    const QJsonObject withPictures
+        = commentJson("pics", "2026-11-20T14:00:00.000Z", std::nullopt, false, {"a.jpg", "b.jpg"});
     m_api->server.on(
         "GET", "/api/task/5/comments",
         CannedResponse{200, answer(QJsonArray{withPictures, commentJson("plain", "2026-11-20T15:00:00.000Z")})});
@@ -225,9 +204,8 @@ void TestCommentsVM::elapsedTime_data()
 void TestCommentsVM::elapsedTime()
 {
     QFETCH(qint64, seconds);
-    QFETCH(QString, text);
     const QDateTime now = QDateTime::fromMSecsSinceEpoch(1795169730123, QTimeZone::utc());
-    QCOMPARE(elapsedTimeText(now.addSecs(-seconds).addMSecs(-400), now), text);
+    QTEST(elapsedTimeText(now.addSecs(-seconds).addMSecs(-400), now), "text");
 }
 
 int main(int argc, char **argv)

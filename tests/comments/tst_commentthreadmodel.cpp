@@ -1,4 +1,3 @@
-#include "api/networkmanager.h"
 #include "comments/commentsvm.h"
 #include "comments/commentthreadmodel.h"
 #include "comments/taskcommentpayload.h"
@@ -6,46 +5,21 @@
 #include "comments/thumbnailcache.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
+#include "support/testpicker.h"
 
 #include <QAbstractItemModelTester>
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace ravelin;
 using namespace ravelin::test;
+using namespace std::chrono;
 
 namespace {
 
 constexpr int timeoutMs = 10000;
 const QString thumbnails = QStringLiteral("/files/thumbnails/thumb_");
-
-CannedResponse response(int status, const QByteArray &body = {}, const QByteArray &type = "image/jpeg")
-{
-    CannedResponse out;
-    out.status = status;
-    out.body = body;
-    out.contentType = type;
-    return out;
-}
-
-QByteArray jpegBytes()
-{
-    QImage picture(QSize(16, 12), QImage::Format_RGB32);
-    picture.fill(Qt::darkGreen);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "JPEG");
-    return bytes;
-}
-
-} // namespace
-
-using namespace std::chrono;
-
-namespace {
 
 QByteArray commentJson(const QByteArray &extra)
 {
@@ -69,7 +43,11 @@ class TestCommentThreadModel : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_viewModel.reset();
+        m_api.reset();
+    }
 
     void daysAndTimes();
     void answersTakenRowByRow_data();
@@ -102,17 +80,12 @@ void TestCommentThreadModel::init()
 {
     m_api = std::make_unique<ApiHarness>();
     m_api->server.onPrefix("GET", thumbnails, [](const RecordedRequest &request) {
-        return request.path.contains(QStringLiteral("broken")) ? response(500) : response(200, jpegBytes());
+        return request.path.contains(QStringLiteral("broken")) ? CannedResponse{500, {}, "image/jpeg"}
+                                                               : CannedResponse{200, jpeg(), "image/jpeg"};
     });
     auto task = std::make_shared<Task>();
     task->id = 8;
     m_viewModel = std::make_unique<CommentsVM>(task, &m_api->manager, UsersData{});
-}
-
-void TestCommentThreadModel::cleanup()
-{
-    m_viewModel.reset();
-    m_api.reset();
 }
 
 CommentPtr TestCommentThreadModel::comment(int minutesAgo, const QString &path) const
@@ -176,8 +149,6 @@ void TestCommentThreadModel::answersTakenRowByRow()
 {
     QFETCH(QList<int>, before);
     QFETCH(QList<int>, after);
-    QFETCH(QStringList, removed);
-    QFETCH(QStringList, inserted);
     const auto comments = [this](const QList<int> &minutes) {
         QList<CommentPtr> out;
         for (const int ago : minutes)
@@ -203,8 +174,8 @@ void TestCommentThreadModel::answersTakenRowByRow()
         return out;
     };
     QCOMPARE(resets.size(), 0);
-    QCOMPARE(ranges(removes), removed);
-    QCOMPARE(ranges(inserts), inserted);
+    QTEST(ranges(removes), "removed");
+    QTEST(ranges(inserts), "inserted");
     QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_viewModel->comments().first()->text);
 }
 
@@ -290,11 +261,10 @@ void TestCommentThreadModel::incidentFlagIsAString_data()
 void TestCommentThreadModel::incidentFlagIsAString()
 {
     QFETCH(QByteArray, value);
-    QFETCH(bool, incident);
     QByteArray body = commentJson({});
     body.replace(R"("isIncident":"0")", "\"isIncident\":" + value);
     const auto comment = json::decode<TasksCommentsResponse>(body, NetworkManager::decodingOptions()).data.first();
-    QCOMPARE(comment->isIncident, incident);
+    QTEST(comment->isIncident, "incident");
 
     // A boolean on the wire is not accepted.
     body.replace("\"isIncident\":" + value, R"("isIncident":true)");
@@ -372,13 +342,11 @@ void TestCommentThreadModel::payloadTextAndTime()
 {
     QFETCH(QString, text);
     QFETCH(qint64, nanoseconds);
-    QFETCH(QString, sentText);
-    QFETCH(qint64, sentMillis);
     const TaskCommentPayload payload(
         text, 1, 2, 3, true, QStringLiteral("m.jpg"),
         TimePoint(duration_cast<system_clock::duration>(std::chrono::nanoseconds(nanoseconds))));
-    QCOMPARE(payload.text, sentText);
-    QCOMPARE(payload.dateCreated, sentMillis);
+    QTEST(payload.text, "sentText");
+    QTEST(payload.dateCreated, "sentMillis");
     const QJsonObject wire = payload.encode();
     QCOMPARE(wire.value("item_id").toInteger(), 3);
     QCOMPARE(wire.value("media_path").toString(), QStringLiteral("m.jpg"));

@@ -16,6 +16,7 @@
 #include "host/notificationcenter.h"
 #include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
+#include "support/testserver.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
@@ -26,20 +27,14 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QSignalSpy>
-#include <QSslCertificate>
-#include <QSslError>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 
-#include <memory>
 #include <optional>
 
 using namespace ravelin;
@@ -64,7 +59,7 @@ class TestDemoHost : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
+    void initTestCase() { qRegisterMetaType<RavelinNavVC *>(); }
     void init();
     void cleanup();
 
@@ -85,15 +80,13 @@ private slots:
     void initials();
     void options_data();
     void options();
-    void scaleAndOfflineOptions_data();
-    void scaleAndOfflineOptions();
 
 private:
     // Signs the worker in from the sign-in screen; with `dashboard`, also waits
     // until the dashboard shows, observes the host's notifications and is done with its first fetch.
     RavelinNavVC *signIn(qint64 workerId, bool dashboard = false);
     // GET from the demo server, trusting exactly its certificate: status and body.
-    std::pair<int, QByteArray> download(const QString &path, const QByteArray &token = {});
+    std::pair<int, QByteArray> download(const QString &path, const QByteArray &token);
 
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<QSettings> m_settings;
@@ -105,11 +98,6 @@ private:
     ScenePicker m_picker;
     DemoData m_data;
 };
-
-void TestDemoHost::initTestCase()
-{
-    qRegisterMetaType<RavelinNavVC *>();
-}
 
 void TestDemoHost::init()
 {
@@ -177,16 +165,9 @@ RavelinNavVC *TestDemoHost::signIn(qint64 workerId, bool dashboard)
 
 std::pair<int, QByteArray> TestDemoHost::download(const QString &path, const QByteArray &token)
 {
-    QNetworkRequest request(QUrl(QStringLiteral("https://%1%2").arg(m_server->baseUrl(), path)));
-    if (!token.isEmpty())
-        request.setRawHeader("Authorization", "Bearer " + token);
-    QNetworkAccessManager network;
-    std::unique_ptr<QNetworkReply> reply(network.get(request));
-    reply->ignoreSslErrors({QSslError(QSslError::SelfSignedCertificate, QSslCertificate(m_server->certificatePem()))});
-    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-    if (!reply->isFinished())
-        finished.wait(kTimeoutMs);
-    return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
+    const auto answer = test::exchange(m_server->baseUrl(), m_server->certificatePem(), "GET", path, {},
+                                       {{"Authorization", "Bearer " + token}});
+    return {answer.status, answer.body};
 }
 
 void TestDemoHost::signInStoresTheSession()
@@ -488,6 +469,8 @@ void TestDemoHost::options_data()
         M::loadDashboard);
     row("large text", {"--text-scale", "1.5"}, x11, M::window);
     row("german", {"--language", "de"}, x11, M::window);
+    row("at scale", {"--items", "10000", "--comments=2000"}, x11, M::window);
+    row("kept store, offline", {"--offline-store", "/tmp/store", "--start-offline"}, x11, M::window);
     const auto refused = [&x11](const char *name, const QStringList &arguments) {
         QTest::newRow(name) << arguments << x11 << false << M::window << QString() << QString();
     };
@@ -524,38 +507,13 @@ void TestDemoHost::options()
     QCOMPARE(parsed.value().apiHost.value_or(QString()), apiHost);
     QCOMPARE(parsed.value().textScale, arguments.contains(QStringLiteral("--text-scale")) ? 1.5 : 1.0);
     QCOMPARE(parsed.value().language, arguments.contains(QStringLiteral("--language")) ? "de" : "");
+    QCOMPARE(parsed.value().itemsPerTask, arguments.contains(QStringLiteral("--items")) ? 10000 : 0);
+    QCOMPARE(parsed.value().commentsPerTask, arguments.contains(QStringLiteral("--comments=2000")) ? 2000 : 0);
+    QCOMPARE(parsed.value().offlineStoreFolder,
+             arguments.contains(QStringLiteral("--offline-store")) ? "/tmp/store" : "");
+    QCOMPARE(parsed.value().startOffline, arguments.contains(QStringLiteral("--start-offline")));
     // The tour is forced only when it was not asked for.
     QCOMPARE(parsed.value().tourForcedByDisplay, mode == DemoOptions::Mode::tour && arguments.isEmpty());
-}
-
-void TestDemoHost::scaleAndOfflineOptions_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("items");
-    QTest::addColumn<int>("comments");
-    QTest::addColumn<QString>("storeFolder");
-    QTest::addColumn<bool>("startOffline");
-
-    QTest::newRow("at scale") << QStringList{"--items", "10000", "--comments=2000"} << 10000 << 2000 << QString()
-                              << false;
-    QTest::newRow("kept store, offline") << QStringList{"--offline-store", "/tmp/store", "--start-offline"} << 0 << 0
-                                         << "/tmp/store" << true;
-}
-
-void TestDemoHost::scaleAndOfflineOptions()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, items);
-    QFETCH(int, comments);
-    QFETCH(QString, storeFolder);
-    QFETCH(bool, startOffline);
-
-    const auto parsed = DemoOptions::parse(arguments, DemoOptions::Display{":0", "", ""});
-    QVERIFY(parsed.isSuccess());
-    QCOMPARE(parsed.value().itemsPerTask, items);
-    QCOMPARE(parsed.value().commentsPerTask, comments);
-    QCOMPARE(parsed.value().offlineStoreFolder, storeFolder);
-    QCOMPARE(parsed.value().startOffline, startOffline);
 }
 
 QTEST_MAIN(TestDemoHost)

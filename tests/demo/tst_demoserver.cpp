@@ -1,19 +1,13 @@
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
+#include "support/testserver.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QSignalSpy>
-#include <QSslCertificate>
-#include <QSslError>
 #include <QTest>
 
-#include <memory>
 #include <optional>
 
 using ravelin::DemoData;
@@ -21,17 +15,12 @@ using ravelin::DemoServer;
 
 namespace {
 
-constexpr int kReplyTimeoutMs = 15000;
 const QDateTime kNow(QDate(2026, 3, 14), QTime(12, 0, 0), Qt::UTC);
 // Wide enough for every seeded task.
 const QString kWholeWindow = QStringLiteral("dateStart=0&dateEnd=4102444800000");
 
-struct Reply
+struct Reply : ravelin::test::Exchange
 {
-    int status = 0; // 0: no answer in time
-    QByteArray body;
-    QByteArray contentType;
-
     [[nodiscard]] QJsonObject json() const { return QJsonDocument::fromJson(body).object(); }
     [[nodiscard]] QJsonValue data() const { return json().value("data"); }
 };
@@ -79,7 +68,7 @@ class TestDemoServer : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_server.reset(); }
 
     void tokens();
     void rejectedRequestsChangeNothing_data();
@@ -112,7 +101,6 @@ private:
     }
 
     std::unique_ptr<DemoServer> m_server;
-    std::unique_ptr<QNetworkAccessManager> m_network;
     QByteArray m_token;
 };
 
@@ -120,30 +108,17 @@ void TestDemoServer::init()
 {
     m_server = std::make_unique<DemoServer>(DemoData::seeded(kNow), [] { return kNow; });
     QVERIFY(m_server->start());
-    m_network = std::make_unique<QNetworkAccessManager>();
     m_token = m_server->signIn(1).value_or(QString()).toUtf8();
-}
-
-void TestDemoServer::cleanup()
-{
-    m_network.reset();
-    m_server.reset();
 }
 
 Reply TestDemoServer::send(const QByteArray &method, const QString &pathAndQuery, const QByteArray &body,
                            const std::optional<QByteArray> &authorization)
 {
-    QNetworkRequest request(QUrl(QStringLiteral("https://") + m_server->baseUrl() + pathAndQuery));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json");
+    QList<std::pair<QByteArray, QByteArray>> headers{{"Content-Type", "application/json"}};
     if (const QByteArray header = authorization.value_or("Bearer " + m_token); !header.isEmpty())
-        request.setRawHeader("Authorization", header);
-    std::unique_ptr<QNetworkReply> reply(m_network->sendCustomRequest(request, method, body));
-    reply->ignoreSslErrors({QSslError(QSslError::SelfSignedCertificate, QSslCertificate(m_server->certificatePem()))});
-    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-    if (!reply->isFinished())
-        finished.wait(kReplyTimeoutMs);
-    return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll(),
-            reply->header(QNetworkRequest::ContentTypeHeader).toByteArray()};
+        headers.append({"Authorization", header});
+    return {
+        ravelin::test::exchange(m_server->baseUrl(), m_server->certificatePem(), method, pathAndQuery, body, headers)};
 }
 
 QJsonArray TestDemoServer::dataOf(const QString &pathAndQuery)

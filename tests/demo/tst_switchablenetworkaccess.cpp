@@ -26,7 +26,7 @@ class TestSwitchableNetworkAccess : public QObject
 
 private slots:
     void initTestCase();
-    void cleanupTestCase();
+    void cleanupTestCase() { m_server.reset(); }
 
     void offlineRequestFailsAtOnce_data();
     void offlineRequestFailsAtOnce();
@@ -44,11 +44,6 @@ void TestSwitchableNetworkAccess::initTestCase()
     const DemoClock clock = systemDemoClock();
     m_server = std::make_unique<DemoServer>(DemoData::seeded(clock()), clock);
     QVERIFY(m_server->start(0));
-}
-
-void TestSwitchableNetworkAccess::cleanupTestCase()
-{
-    m_server.reset();
 }
 
 std::unique_ptr<QNetworkReply> TestSwitchableNetworkAccess::get(SwitchableNetworkAccess &network, const QString &path)

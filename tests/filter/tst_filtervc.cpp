@@ -1,27 +1,16 @@
-#include "api/settings.h"
 #include "filter/datepicker.h"
 #include "filter/donetoolbar.h"
-#include "filter/filtervc.h"
-#include "filter/inputfield.h"
-#include "filter/inputsheet.h"
 #include "filter/listpicker.h"
 #include "filter/pickerwheel.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/logcapture.h"
 #include "support/shots.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
-#include "views/refreshablescrollarea.h"
 #include "views/segmentedcontrol.h"
 
-#include <QApplication>
-#include <QPushButton>
-#include <QTest>
 #include <QToolButton>
 #include <QWheelEvent>
 
@@ -59,20 +48,6 @@ void turn(PickerWheel *wheel, int notches)
 
 } // namespace
 
-using ravelin::DatePicker;
-using ravelin::PickerWheel;
-
-namespace {
-
-QDateTime at(int y, int m, int d, int h = 12)
-{
-    return QDateTime(QDate(y, m, d), QTime(h, 0));
-}
-
-} // namespace
-
-// Turning the wheels as a worker would: a day the month does not have, and the limits.
-
 class TestFilterVC : public QObject
 {
     Q_OBJECT
@@ -80,7 +55,11 @@ class TestFilterVC : public QObject
 private slots:
     void initTestCase();
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_log.reset();
+        m_api.reset();
+    }
 
     void loadsTheCurrentChoices();
     void apply_data();
@@ -123,27 +102,18 @@ void TestFilterVC::initTestCase()
 void TestFilterVC::init()
 {
     // Kept in id order behind "All": All (0), Meters (1), Pumps (3).
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
-    m_api = std::make_unique<ApiHarness>(); // now: 2026-11-20 11:15:30.123 in Berlin
+    m_api = std::make_unique<ApiHarness>(
+        QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
     m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
     m_log = std::make_unique<LogCapture>();
-}
-
-void TestFilterVC::cleanup()
-{
-    m_log.reset();
-    m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()
 {
     auto host = makeHost(*m_api, m_center);
     DashboardVC *dashboard = host->dashboard();
-    const auto ready = [&] {
-        return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2
-            && !dashboard->refreshControl()->isRefreshing();
-    };
+    const auto ready
+        = [&] { return m_log->count(QStringLiteral("Fetched ")) >= 2 && !dashboard->refreshControl()->isRefreshing(); };
     return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
 }
 
@@ -215,13 +185,11 @@ void TestFilterVC::apply_data()
     // The shared choices start with the category Pumps.
     const TaskCategoryDefinition all{0, "All"}, meters{1, "Meters"}, pumps{3, "Pumps"};
     QTest::newRow("empty category: All, all priorities, newest first")
-        << QString() << 4 << 2 << 1 << all << "date_created"
-        << "DESC";
-    QTest::newRow("Meters, Highest, by priority descending") << "Meters" << 0 << 1 << 1 << meters << "priority"
-                                                             << "DESC";
+        << QString() << 4 << 2 << 1 << all << QStringLiteral("date_created") << "DESC";
+    QTest::newRow("Meters, Highest, by priority descending")
+        << "Meters" << 0 << 1 << 1 << meters << QStringLiteral("priority") << "DESC";
     // Not a category's exact name: the shared choice, Pumps, stays.
-    QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << "date_created"
-                                         << "ASC";
+    QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << QStringLiteral("date_created") << "ASC";
 }
 
 void TestFilterVC::apply()
@@ -230,7 +198,6 @@ void TestFilterVC::apply()
     QFETCH(int, priorityIndex);
     QFETCH(int, sortKeyIndex);
     QFETCH(int, sortOrderIndex);
-    QFETCH(TaskCategoryDefinition, category);
     QFETCH(QString, orderBy);
     QFETCH(QString, sortBy);
 
@@ -252,14 +219,14 @@ void TestFilterVC::apply()
     QTest::mouseClick(filter->applyButton(), Qt::LeftButton);
 
     const TaskFilterData &choices = shared(*host);
-    QCOMPARE(choices.filteringConfig.selectedCategory, category);
+    QTEST(choices.filteringConfig.selectedCategory, "category");
     QCOMPARE(choices.filteringConfig.selectedPriority, FilterVM::priorityAt(priorityIndex));
     QCOMPARE(choices.filteringConfig.dateStart, start);
     QCOMPARE(choices.filteringConfig.dateEnd, end);
     const std::optional<Query> query = queryAfterClosing(*host, filter);
     QVERIFY(query);
     // The dashboard asks again with the applied choices (the whole query:
-    // tst_dashboardvm changedFilterQuery, tst_apidata queryItems).
+    // tst_dashboardvm queryFollowsTheFilter, tst_apidata queryItems).
     QCOMPARE(query->first().second, QString::number(start.toMSecsSinceEpoch()));
     QCOMPARE(query->mid(query->size() - 2), (Query{{"orderBy", orderBy}, {"sortBy", sortBy}}));
 }
@@ -409,16 +376,18 @@ void TestFilterVC::turningTheWheels_data()
     QTest::addColumn<QDateTime>("to");
 
     const QDateTime open;
-    QTest::newRow("31 October, then November") << at(2026, 10, 31) << open << open << "month" << 1 << at(2026, 11, 30);
+    QTest::newRow("31 October, then November")
+        << local(2026, 10, 31) << open << open << "month" << 1 << local(2026, 11, 30);
     QTest::newRow("29 February, then a common year")
-        << at(2024, 2, 29, 9) << open << open << "year" << 1 << at(2025, 2, 28, 9);
-    QTest::newRow("31 March, back to February") << at(2026, 3, 31) << open << open << "month" << -1 << at(2026, 2, 28);
+        << local(2024, 2, 29, 9) << open << open << "year" << 1 << local(2025, 2, 28, 9);
+    QTest::newRow("31 March, back to February")
+        << local(2026, 3, 31) << open << open << "month" << -1 << local(2026, 2, 28);
     QTest::newRow("past the maximum comes back to it")
-        << at(2026, 11, 19) << open << at(2026, 11, 21, 8) << "day" << 5 << at(2026, 11, 21, 8);
+        << local(2026, 11, 19) << open << local(2026, 11, 21, 8) << "day" << 5 << local(2026, 11, 21, 8);
     QTest::newRow("before the minimum comes back to it")
-        << at(2026, 9, 25) << at(2026, 9, 21) << open << "month" << -1 << at(2026, 9, 21);
+        << local(2026, 9, 25) << local(2026, 9, 21) << open << "month" << -1 << local(2026, 9, 21);
     QTest::newRow("limits the wrong way round are ignored")
-        << at(2026, 9, 25) << at(2026, 10, 1) << at(2026, 9, 1) << "day" << 3 << at(2026, 9, 28);
+        << local(2026, 9, 25) << local(2026, 10, 1) << local(2026, 9, 1) << "day" << 3 << local(2026, 9, 28);
 }
 
 void TestFilterVC::turningTheWheels()

@@ -1,6 +1,5 @@
 #include "api/memoryofflinestore.h"
 #include "api/outboxsender.h"
-#include "api/settings.h"
 #include "comments/commentsvc.h"
 #include "comments/commentthreadmodel.h"
 #include "comments/custominputbar.h"
@@ -10,20 +9,16 @@
 #include "host/outboxvc.h"
 #include "items/itemactionvc.h"
 #include "items/taskitemsmodel.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/shots.h"
 
 #include <QAbstractItemModelTester>
-#include <QJsonArray>
 #include <QListView>
 #include <QNetworkProxy>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTcpServer>
-#include <QTest>
 #include <QThread>
 
 #include <atomic>
@@ -49,7 +44,12 @@ class TestOfflineWork : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+        m_store.reset();
+    }
 
     void openFromTheCacheAndSendOnceBackOnline();
     void refusedResultWaitsInTheNotSentList();
@@ -61,7 +61,6 @@ private:
     void setOffline(bool offline);
     // Completes the open item on row 0 of the items screen.
     void completeFirstItem(ItemsVC &screen);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
 
     std::unique_ptr<ApiHarness> m_api;
     std::unique_ptr<MemoryOfflineStore> m_store;
@@ -71,8 +70,7 @@ private:
 
 void TestOfflineWork::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_store = std::make_unique<MemoryOfflineStore>();
     m_api->server.on(
         "GET", "/api/tasks/assigned-user/7",
@@ -81,14 +79,6 @@ void TestOfflineWork::init()
         "GET", itemsPath,
         CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3), itemJson(2, taskId, "Seal", 3)})});
     m_api->server.on("PUT", updatePath, CannedResponse{200, R"({"success":true})"});
-}
-
-void TestOfflineWork::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
-    m_store.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestOfflineWork::host()
@@ -150,7 +140,7 @@ void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
                               timeoutMs);
     QCOMPARE(items->index(1).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none);
     QCOMPARE(m_host->navigationBar()->syncText(), QStringLiteral("1 waiting"));
-    QCOMPARE(requests(updatePath), 0);
+    QCOMPARE(m_api->server.requestCount(updatePath), 0);
     grabShot(*m_host, QStringLiteral("offline-items-waiting"));
 
     // Back online: sent once, the mark goes row by row and the count with it.
@@ -159,7 +149,7 @@ void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
     QTRY_COMPARE_WITH_TIMEOUT(items->index(0).data(TaskItemsModel::SyncMarkRole).value<SyncMark>(), SyncMark::none,
                               timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(m_host->outboxSender()->isIdle(), timeoutMs);
-    QCOMPARE(requests(updatePath), 1);
+    QCOMPARE(m_api->server.requestCount(updatePath), 1);
     QCOMPARE(m_host->navigationBar()->syncText(), QString());
     QCOMPARE(resets.size(), 0);
     QTRY_COMPARE_WITH_TIMEOUT(m_host->navigationBar()->prompt(), QString(), timeoutMs);
@@ -194,7 +184,7 @@ void TestOfflineWork::refusedResultWaitsInTheNotSentList()
     discard->click();
     QTRY_COMPARE_WITH_TIMEOUT(removed.size(), 1, timeoutMs);
     QCOMPARE(m_host->navigationBar()->syncText(), QString());
-    QCOMPARE(requests(updatePath), 1);
+    QCOMPARE(m_api->server.requestCount(updatePath), 1);
 }
 
 void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
@@ -216,7 +206,7 @@ void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
     auto *screen = qobject_cast<CommentsVC *>(m_host->topScreen());
     CommentThreadModel *thread = screen->threadModel();
     QAbstractItemModelTester tester(thread, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    const int fetches = requests(commentsPath);
+    const int fetches = m_api->server.requestCount(commentsPath);
     const auto lastMark = [thread] {
         return thread->index(thread->lastCommentRow()).data(CommentThreadModel::SyncMarkRole).value<SyncMark>();
     };
@@ -227,7 +217,7 @@ void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
     QTRY_COMPARE_WITH_TIMEOUT(lastMark(), SyncMark::waiting, timeoutMs);
     QCOMPARE(thread->index(thread->lastCommentRow()).data(Qt::AccessibleTextRole).toString(),
              QStringLiteral("Gauge checked"));
-    QCOMPARE(requests(commentsPath), fetches);
+    QCOMPARE(m_api->server.requestCount(commentsPath), fetches);
 
     setOffline(false);
     m_host->outboxSender()->syncNow();

@@ -1,30 +1,18 @@
 #include "api/json.h"
-#include "api/networkmanager.h"
-#include "api/settings.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/ravelineventvc.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
 #include "items/itemsupdateresponse.h"
-#include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "support/logcapture.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QObject>
-#include <QStringList>
-#include <QTest>
 #include <QTimeZone>
 #include <QVariant>
-#include <memory>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -32,26 +20,6 @@ using namespace ravelin::test;
 namespace {
 
 constexpr int timeoutMs = 10000;
-
-// A screen that shows one task, as the items and comments screens do.
-class TaskScreen : public RavelinEventVC
-{
-public:
-    explicit TaskScreen(qint64 taskId)
-    {
-        setTaskID(taskId);
-        setTitle(QStringLiteral("Task %1").arg(taskId));
-    }
-};
-
-QVariant eventObject(qint64 id, TaskUpdateEventType type)
-{
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = id;
-    event->name = QStringLiteral("Pump station %1").arg(id);
-    event->type = type;
-    return QVariant::fromValue(event);
-}
 
 // A handler that notes its tag and the object it was given.
 NotificationCenter::Handler note(QStringList &calls, const QString &tag)
@@ -79,7 +47,7 @@ class TestRavelinNavVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_api.reset(); }
     void storesSessionDataOnLoad();
     void keepsStoredSessionWithoutNetworkData();
     void settingsFailureKeepsSettings();
@@ -113,7 +81,6 @@ private:
 
 void TestRavelinNavVC::init()
 {
-    Settings::setCurrent(Settings::defaults());
     m_api = std::make_unique<ApiHarness>();
     m_api->server.on("GET", "/api/tasks/assigned-user/7",
                      CannedResponse{200, answer(QJsonArray{taskJson(1, "Meter", 4)})});
@@ -125,12 +92,6 @@ void TestRavelinNavVC::init()
                                                         QJsonArray{QJsonObject{{"id", 5}, {"name", "Pumps"}},
                                                                    QJsonObject{{"id", 2}, {"name", "Meters"}},
                                                                    QJsonObject{{"id", 9}, {"name", "Valves"}}}}})});
-}
-
-void TestRavelinNavVC::cleanup()
-{
-    m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData)
@@ -173,9 +134,8 @@ void TestRavelinNavVC::settingsFailureKeepsSettings()
     LogCapture log;
     auto host = makeHost();
     host->loadViewIfNeeded();
-    const QString line
-        = QStringLiteral("We got a failure trying to get the settings and constants. The error we got was: ");
-    QTRY_COMPARE_WITH_TIMEOUT(log.linesStartingWith(line).size(), 1, timeoutMs);
+    const QString line = LogCapture::failedFetch(QStringLiteral("settings and constants"));
+    QTRY_COMPARE_WITH_TIMEOUT(log.count(line), 1, timeoutMs);
     QCOMPARE(Settings::current(), before);
 }
 
@@ -268,10 +228,12 @@ void TestRavelinNavVC::eventForShownTaskReturnsToDashboard()
     QCOMPARE(host->screens().size(), 3);
 
     // An event about another task is ignored.
-    m_center.post(NotificationNames::taskEvent, eventObject(8, TaskUpdateEventType::kDeleted));
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(8, QStringLiteral("Pump station 8"), TaskUpdateEventType::kDeleted));
     QVERIFY(!AlertPresenter::visibleAlert(host.get()));
 
-    m_center.post(NotificationNames::taskEvent, eventObject(7, TaskUpdateEventType::kUnassigned));
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(7, QStringLiteral("Pump station 7"), TaskUpdateEventType::kUnassigned));
     AlertView *alert = AlertPresenter::visibleAlert(host.get());
     QVERIFY(alert);
     QCOMPARE(alert->message(), QStringLiteral("Pump station 7\nTask unassigned from you."));
@@ -441,14 +403,12 @@ void TestRavelinNavVC::typeTextsAndAlert_data()
     QTest::addColumn<TaskUpdateEventType>("type");
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("body");
-    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << "task-assigned"
+    QTest::newRow("assigned") << TaskUpdateEventType::kAssigned << QStringLiteral("task-assigned")
                               << "Task newly assigned to you.";
-    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << "task-unassigned"
+    QTest::newRow("unassigned") << TaskUpdateEventType::kUnassigned << QStringLiteral("task-unassigned")
                                 << "Task unassigned from you.";
-    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << "task-deleted"
-                             << "Task deleted.";
-    QTest::newRow("never set") << TaskUpdateEventType::kNone << ""
-                               << "Task .";
+    QTest::newRow("deleted") << TaskUpdateEventType::kDeleted << QStringLiteral("task-deleted") << "Task deleted.";
+    QTest::newRow("never set") << TaskUpdateEventType::kNone << QStringLiteral("") << "Task .";
 }
 
 void TestRavelinNavVC::typeTextsAndAlert()

@@ -1,25 +1,17 @@
-#include "api/settings.h"
 #include "comments/elapsedtime.h"
 #include "host/navigationbar.h"
 #include "host/notificationcenter.h"
 #include "host/ravelineventvc.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
 #include "host/translations.h"
 #include "items/itemstexts.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/dashboardvc.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
 
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
@@ -27,13 +19,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-// A screen showing one task, as the items and comments screens do.
-class TaskScreen : public RavelinEventVC
-{
-public:
-    explicit TaskScreen(qint64 taskId) { setTaskID(taskId); }
-};
 
 // Texts put together from pieces, where a translation has to keep its
 // placeholders and the English text its exact spacing.
@@ -167,11 +152,7 @@ void TestTranslations::germanScreensAndAlerts()
     QVERIFY(waitForDashboard(host, 1));
 
     host.push(new TaskScreen(1));
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = 1;
-    event->name = QStringLiteral("Meter");
-    event->type = TaskUpdateEventType::kDeleted;
-    center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
+    center.post(NotificationNames::taskEvent, taskEvent(1, QStringLiteral("Meter"), TaskUpdateEventType::kDeleted));
     AlertView *alert = AlertPresenter::visibleAlert(&host);
     QVERIFY(alert);
     QCOMPARE(alert->title(), QStringLiteral("Aufgabe aktualisiert"));

@@ -1,38 +1,22 @@
-#include "api/settings.h"
-#include "host/imagepicker.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
 #include "items/blocktaskvc.h"
 #include "items/blocktaskvcdelegate.h"
 #include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
 #include "items/itemactionvcdelegate.h"
 #include "items/itemactionvm.h"
-#include "items/itemlistmodel.h"
 #include "items/itemstexts.h"
-#include "items/itemsvc.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
-#include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
-#include "support/testpicker.h"
-#include "tasks/dashboardvc.h"
-#include "tasks/taskstrip.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
+#include "support/shots.h"
 #include "views/segmentedcontrol.h"
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
 #include <QFocusEvent>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QLabel>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 
 using namespace ravelin;
 using namespace ravelin::test;
@@ -42,7 +26,6 @@ namespace {
 constexpr int timeoutMs = 10000;
 constexpr qint64 taskId = 8;
 const QString itemsPath = QStringLiteral("/api/items/taskId/8");
-const QString shots = QStringLiteral("/tmp/ravelin-shots/");
 
 QJsonObject bodyOf(const RecordedRequest &request)
 {
@@ -70,7 +53,11 @@ class TestItemsVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_api.reset();
+    }
 
     void headerCountsAndFilteredRows();
     void multipleSelectionWithNothingChosen();
@@ -90,7 +77,6 @@ private slots:
 private:
     // The dashboard with one in-progress task, opened on its items screen.
     ItemsVC *openItems(const QJsonArray &items);
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     [[nodiscard]] Screen *presented() const { return m_host ? m_host->presentedScreen() : nullptr; }
 
     std::unique_ptr<ApiHarness> m_api;
@@ -101,8 +87,7 @@ private:
 
 void TestItemsVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
     m_api->server.on(
         "GET", "/api/tasks/assigned-user/7",
         CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
@@ -112,13 +97,6 @@ void TestItemsVC::init()
         return CannedResponse{
             200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
     });
-}
-
-void TestItemsVC::cleanup()
-{
-    m_host.reset();
-    m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 ItemsVC *TestItemsVC::openItems(const QJsonArray &items)
@@ -142,7 +120,7 @@ void TestItemsVC::headerCountsAndFilteredRows()
                           screen->rejectedCountLbl()->text(), screen->assignedByLbl()->text()}),
              (QStringList{"4 Total", "2 Completed", "1 Incidents", "Dispatch Desk"}));
     QVERIFY(screen->statusBreakdown()->isVisible());
-    m_host->grab().save(shots + QStringLiteral("items.png"));
+    grabShot(*m_host, QStringLiteral("items"));
 
     // On "Completed" the counts and the rows are the completed items', and row 0
     // is the first completed item, not the task's first item.
@@ -187,13 +165,13 @@ void TestItemsVC::updateResults_data()
     QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("message");
     QTest::newRow("one item completed with note and photo")
-        << QList<int>{0} << false << "Needle steady" << true << true << "Item Status Successfully Updated!"
-        << "\n Item:\n\nGauge";
+        << QList<int>{0} << false << "Needle steady" << true << true
+        << QStringLiteral("Item Status Successfully Updated!") << "\n Item:\n\nGauge";
     QTest::newRow("three items reported")
-        << QList<int>{0, 1, 2} << true << "Leaking" << false << true << "Items Status Successfully Updated!"
-        << "\n Items:\n\nGauge\nSeal\nValve";
-    QTest::newRow("one item failing") << QList<int>{0} << false << "" << false << false << "Item Status Update Failed!"
-                                      << "\n Item:\n\nGauge";
+        << QList<int>{0, 1, 2} << true << "Leaking" << false << true
+        << QStringLiteral("Items Status Successfully Updated!") << "\n Items:\n\nGauge\nSeal\nValve";
+    QTest::newRow("one item failing") << QList<int>{0} << false << "" << false << false
+                                      << QStringLiteral("Item Status Update Failed!") << "\n Item:\n\nGauge";
 }
 
 void TestItemsVC::updateResults()
@@ -203,8 +181,6 @@ void TestItemsVC::updateResults()
     QFETCH(QString, note);
     QFETCH(bool, picture);
     QFETCH(bool, serverAccepts);
-    QFETCH(QString, title);
-    QFETCH(QString, message);
     if (!serverAccepts)
         m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
     AlertLog alerts;
@@ -230,19 +206,19 @@ void TestItemsVC::updateResults()
         QTest::mouseClick(action->addFileButton(), Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(action->attachedPicture().has_value(), timeoutMs);
         QVERIFY(action->attachmentView()->isVisible());
-        m_host->grab().save(shots + QStringLiteral("item-action.png"));
+        grabShot(*m_host, QStringLiteral("item-action"));
     }
     QTest::mouseClick(report ? action->reportButton() : action->completeButton(), Qt::LeftButton);
 
-    const int loads = requestCount(*m_api, itemsPath);
-    QCOMPARE(alerts.waitForTitle(), title);
-    QCOMPARE(alerts.last().value(1), message);
+    const int loads = m_api->server.requestCount(itemsPath);
+    QTEST(alerts.waitForTitle(), "title");
+    QTEST(alerts.last().value(1), "message");
     QVERIFY(!presented());
     QVERIFY(screen->viewModel()->selectedItems().isEmpty());
 
     // The items in the order chosen, with the new status; the picture went up
     // first. The whole body: tst_itemsvm updateBody.
-    QJsonArray items = lastBody(*m_api, QStringLiteral("/api/item/status")).value("items").toArray();
+    QJsonArray items = m_api->server.lastBody(QStringLiteral("/api/item/status")).value("items").toArray();
     QCOMPARE(items.size(), rows.size());
     for (int i = 0; i < rows.size(); ++i) {
         QCOMPARE(items.at(i)["id"].toInt(), 11 + rows.at(i));
@@ -251,7 +227,7 @@ void TestItemsVC::updateResults()
     }
     QCOMPARE(m_api->host.uploads.size(), picture ? 1 : 0);
     // Once the alert is gone the items load again.
-    QTRY_COMPARE_WITH_TIMEOUT(requests(itemsPath), loads + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(itemsPath), loads + 1, timeoutMs);
 }
 
 void TestItemsVC::swipeActionsOnlyOnOpenRows()
@@ -274,7 +250,7 @@ void TestItemsVC::swipeActionsOnlyOnOpenRows()
     QTRY_COMPARE_WITH_TIMEOUT(table->cellPainter()->swipeOffset(), qreal(2 * ItemTableViewCell::swipeActionWidth),
                               timeoutMs);
     QCOMPARE(table->swipedRow(), 1);
-    m_host->grab().save(shots + QStringLiteral("items-swipe.png"));
+    grabShot(*m_host, QStringLiteral("items-swipe"));
     // "Incidents", the second action, leads to the item's action sheet.
     const QRect incidents = ItemTableViewCell::swipeActionRects(table->rowRect(1), 2).at(1);
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, incidents.center());
@@ -314,7 +290,7 @@ void TestItemsVC::blockingReachesTheDashboard()
     QVERIFY(block);
     QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text()}),
              (QStringList{"Gauge", "Gauge details"}));
-    m_host->grab().save(shots + QStringLiteral("block-task.png"));
+    grabShot(*m_host, QStringLiteral("block-task"));
     // A single blank is no reason: nothing is posted, the task is blocked all the same.
     block->noteField()->setFocus();
     QTest::keyClick(block->noteField(), Qt::Key_Space);
@@ -322,9 +298,9 @@ void TestItemsVC::blockingReachesTheDashboard()
     QCOMPARE(alerts.waitForTitle(), QStringLiteral("Task marked as blocked!"));
     QCOMPARE(alerts.last().value(1), QStringLiteral("\n  The task status Pump station was changed to `Blocked`\n "));
     QVERIFY(!presented());
-    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
-    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
-    QCOMPARE(requests(QStringLiteral("/api/comment")), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/comment")), 0);
 }
 
 void TestItemsVC::failedBlockKeepsTheSheet()
@@ -344,22 +320,23 @@ void TestItemsVC::failedBlockKeepsTheSheet()
     QCOMPARE(presented(), block);
     QCOMPARE(block->noteField()->text(), QStringLiteral("Gate locked"));
     QVERIFY(block->blockButton()->isEnabled());
-    QCOMPARE(requests(QStringLiteral("/api/task/8")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/task/8")), 0);
 }
 
 void TestItemsVC::completingReachesTheDashboard()
 {
     ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
     QVERIFY(screen);
-    const int fetches = requests(QStringLiteral("/api/tasks/assigned-user/7"));
+    const int fetches = m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7"));
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
     QCOMPARE(
         topAlert(screen).mid(0, 2),
         (QStringList{"Task successfully completed!", "\n  The task status Pump station was changed to `Complete`\n "}));
-    QTRY_COMPARE_WITH_TIMEOUT(requests(QStringLiteral("/api/task/8")), 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
     // The rest of the body: tst_apidata updateTaskStatusBody.
-    QCOMPARE(lastBody(*m_api, QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
-    QTRY_VERIFY_WITH_TIMEOUT(requests(QStringLiteral("/api/tasks/assigned-user/7")) > fetches, timeoutMs);
+    QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7")) > fetches,
+                             timeoutMs);
 }
 
 void TestItemsVC::closingWhileLoading()
@@ -370,13 +347,13 @@ void TestItemsVC::closingWhileLoading()
         QThread::msleep(300);
         return CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3)})};
     });
-    const int loads = requests(itemsPath);
+    const int loads = m_api->server.requestCount(itemsPath);
     screen->pullToRefresh();
     QPointer<ItemsVC> guard(screen);
     m_host->pop();
     QTRY_VERIFY_WITH_TIMEOUT(guard.isNull(), timeoutMs);
     // The answer arrives after the screen is gone.
-    QTRY_VERIFY_WITH_TIMEOUT(requests(itemsPath) > loads && answersTaken(m_api->network), timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(itemsPath) > loads && answersTaken(m_api->network), timeoutMs);
     QCOMPARE(m_host->screens().size(), 1);
 }
 
@@ -397,12 +374,9 @@ void TestItemsVC::oneRequestForADoubleTap_data()
 {
     QTest::addColumn<QString>("sheet");
     QTest::addColumn<QString>("path");
-    QTest::newRow("complete an item") << "complete"
-                                      << "/api/item/status";
-    QTest::newRow("report an item") << "report"
-                                    << "/api/item/status";
-    QTest::newRow("block the task") << "block"
-                                    << "/api/comment";
+    QTest::newRow("complete an item") << QStringLiteral("complete") << "/api/item/status";
+    QTest::newRow("report an item") << QStringLiteral("report") << "/api/item/status";
+    QTest::newRow("block the task") << QStringLiteral("block") << "/api/comment";
 }
 
 void TestItemsVC::oneRequestForADoubleTap()
@@ -418,21 +392,19 @@ void TestItemsVC::oneRequestForADoubleTap()
     auto item = std::make_shared<Item>();
     item->id = 11;
     item->taskId = 5;
-    UsersData users;
-    users.currentUser.id = 7;
     Reports reports;
 
     std::unique_ptr<NoteSheet> screen;
     std::function<void()> tap;
     if (sheet == "block") {
         auto *block = new BlockTaskVC;
-        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), users));
+        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), api.users));
         block->setDelegate(&reports);
         tap = [block] { block->block(); };
         screen.reset(block);
     } else {
         auto *action = new ItemActionVC;
-        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), users));
+        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), api.users));
         action->setDelegate(&reports);
         tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
                                 : std::function<void()>([action] { action->complete(); });

@@ -4,6 +4,7 @@
 #include "support/apiharness.h"
 #include "support/fixtures.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
 #include <QTest>
 
@@ -14,34 +15,19 @@ namespace {
 
 constexpr int timeoutMs = 10000;
 
-ItemPtr makeItem(qint64 id, std::optional<QString> qr = std::nullopt)
-{
-    auto item = std::make_shared<Item>();
-    item->id = id;
-    item->name = QStringLiteral("Item %1").arg(id);
-    item->qrCode = std::move(qr);
-    return item;
-}
-
 QJsonObject entry(qint64 id, int status, const QJsonValue &text, const QJsonValue &media)
 {
     return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
 }
 
-ItemPtr namedItem(qint64 id, const QString &name)
+// An item named "Item <id>" unless named, with "<name> details" as its details.
+ItemPtr itemOf(qint64 id, QString name = {}, ItemStatus status = ItemStatus::open,
+               std::optional<QString> qr = std::nullopt)
 {
     auto item = std::make_shared<Item>();
     item->id = id;
-    item->name = name;
-    item->details = name + QStringLiteral(" details");
-    return item;
-}
-
-ItemPtr itemOf(qint64 id, const QString &name, ItemStatus status, std::optional<QString> qr = std::nullopt)
-{
-    auto item = std::make_shared<Item>();
-    item->id = id;
-    item->name = name;
+    item->name = name.isEmpty() ? QStringLiteral("Item %1").arg(id) : std::move(name);
+    item->details = item->name + QStringLiteral(" details");
     item->status = status;
     item->qrCode = std::move(qr);
     return item;
@@ -55,7 +41,11 @@ class TestItemViewModels : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
     void completeRules_data();
     void completeRules();
     void reportNeedsANote();
@@ -79,10 +69,12 @@ private slots:
 
 private:
     // Fetches the task's items through the items view model.
-    bool fetch();
+    bool fetch()
+    {
+        return reported([this](auto done) { m_vm->fetchItems(done); }) == true;
+    }
     std::unique_ptr<ApiHarness> m_api;
     TaskPtr m_task;
-    UsersData m_users;
     std::unique_ptr<ItemsVM> m_vm;
 };
 
@@ -91,16 +83,9 @@ void TestItemViewModels::init()
     m_api = std::make_unique<ApiHarness>();
     m_task = std::make_shared<Task>();
     m_task->id = 5;
-    m_users.currentUser.id = 7;
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_vm = std::make_unique<ItemsVM>(m_task, &m_api->manager, UsersData{});
-}
-
-void TestItemViewModels::cleanup()
-{
-    m_vm.reset();
-    m_api.reset();
 }
 
 void TestItemViewModels::completeRules_data()
@@ -109,30 +94,29 @@ void TestItemViewModels::completeRules_data()
     QTest::addColumn<bool>("qrIndicator");
     QTest::addColumn<QString>("blocker"); // empty: the items can be completed
     const QString scan = QStringLiteral("Scan QR code to complete this item");
-    ItemPtr scanned = makeItem(1, QStringLiteral("CP-1"));
+    ItemPtr scanned = itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1"));
     scanned->isQRMapped = true;
     QTest::newRow("no items") << QList<ItemPtr>{} << false << "";
     QTest::newRow("one item with a code, not scanned")
-        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1"))} << true << scan;
+        << QList<ItemPtr>{itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1"))} << true << scan;
     QTest::newRow("one item with a code, scanned") << QList<ItemPtr>{scanned} << true << "";
-    QTest::newRow("one item without a code") << QList<ItemPtr>{makeItem(1)} << false << "";
+    QTest::newRow("one item without a code") << QList<ItemPtr>{itemOf(1)} << false << "";
     QTest::newRow("one item already completed") << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::ok)}
                                                 << false << "Already Marked as `Completed`";
     QTest::newRow("reported item with a code, not scanned")
         << QList<ItemPtr>{itemOf(1, QStringLiteral("Valve"), ItemStatus::nok, QStringLiteral("CP-1"))} << true << scan;
     QTest::newRow("two items, one with a code, one completed")
-        << QList<ItemPtr>{makeItem(1, QStringLiteral("CP-1")), itemOf(2, QStringLiteral("Valve"), ItemStatus::ok)}
+        << QList<ItemPtr>{itemOf(1, {}, ItemStatus::open, QStringLiteral("CP-1")),
+                          itemOf(2, QStringLiteral("Valve"), ItemStatus::ok)}
         << false << "";
 }
 
 void TestItemViewModels::completeRules()
 {
     QFETCH(QList<ItemPtr>, items);
-    QFETCH(bool, qrIndicator);
-    QFETCH(QString, blocker);
-    const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_users);
-    QCOMPARE(vm.showsQRIndicator(), qrIndicator);
-    QCOMPARE(vm.completeBlocker().value_or(QString()), blocker);
+    const ItemActionVM vm(items, m_task, &m_api->manager, QString(), m_api->users);
+    QTEST(vm.showsQRIndicator(), "qrIndicator");
+    QTEST(vm.completeBlocker().value_or(QString()), "blocker");
 }
 
 void TestItemViewModels::reportNeedsANote()
@@ -162,17 +146,10 @@ void TestItemViewModels::updateBody()
 
     QList<ItemPtr> items;
     for (qint64 id : ids)
-        items.append(makeItem(id));
-    ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_users);
-    std::optional<QImage> picture;
-    if (withPicture) {
-        picture = QImage(4, 4, QImage::Format_RGB32);
-        picture->fill(Qt::green);
-    }
-    std::optional<bool> ok;
-    vm.update(status, note, picture, [&](bool success) { ok = success; });
-    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
-    QVERIFY(*ok);
+        items.append(itemOf(id));
+    ItemActionVM vm(items, m_task, &m_api->manager, QStringLiteral("Add a note"), m_api->users);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
+    QCOMPARE(reported([&](auto done) { vm.update(status, note, picture, done); }), true);
     QCOMPARE(vm.newStatus(), status);
 
     QCOMPARE(m_api->host.uploads.size(), withPicture ? 1 : 0);
@@ -192,15 +169,10 @@ void TestItemViewModels::updateBody()
 void TestItemViewModels::failedUpdateReportsFalse()
 {
     m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
-    ItemActionVM vm({makeItem(1)}, m_task, &m_api->manager, QString(), m_users);
+    ItemActionVM vm({itemOf(1)}, m_task, &m_api->manager, QString(), m_api->users);
     LogCapture log;
-    std::optional<bool> ok;
-    vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, [&](bool success) { ok = success; });
-    QTRY_VERIFY_WITH_TIMEOUT(ok.has_value(), timeoutMs);
-    QVERIFY(!*ok);
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(reported([&](auto done) { vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, done); }), false);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
 void TestItemViewModels::completesWhenTheManagerIsGone_data()
@@ -218,11 +190,9 @@ void TestItemViewModels::completesWhenTheManagerIsGone()
     QFETCH(bool, withPicture);
     auto manager = std::make_unique<NetworkManager>(&m_api->network, &m_api->store, fixedClock(m_api->now));
     manager->setDelegate(&m_api->host);
-    ItemActionVM vm({makeItem(1)}, m_task, manager.get(), QString(), m_users);
+    ItemActionVM vm({itemOf(1)}, m_task, manager.get(), QString(), m_api->users);
     LogCapture log;
-    std::optional<QImage> picture;
-    if (withPicture)
-        picture = QImage(2, 2, QImage::Format_RGB32);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
 
     QList<bool> results;
     if (goneBeforeUpdate)
@@ -233,9 +203,7 @@ void TestItemViewModels::completesWhenTheManagerIsGone()
     ApiQueue::shared().waitForDone();
     QCoreApplication::processEvents();
     QCOMPARE(results, QList<bool>{false});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the tasks. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
 void TestItemViewModels::itemAndDetailsLines_data()
@@ -243,12 +211,9 @@ void TestItemViewModels::itemAndDetailsLines_data()
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QString>("itemLine");
     QTest::addColumn<QString>("detailsLine");
-    QTest::newRow("no items") << QStringList{} << ""
-                              << "";
-    QTest::newRow("one item") << QStringList{"Seal"} << "Seal"
-                              << "Seal details";
-    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << ""
-                                 << "Seal\nGauge\nValve";
+    QTest::newRow("no items") << QStringList{} << QStringLiteral("") << "";
+    QTest::newRow("one item") << QStringList{"Seal"} << QStringLiteral("Seal") << "Seal details";
+    QTest::newRow("three items") << QStringList{"Seal", "Gauge", "Valve"} << QStringLiteral("") << "Seal\nGauge\nValve";
 }
 
 void TestItemViewModels::itemAndDetailsLines()
@@ -257,8 +222,9 @@ void TestItemViewModels::itemAndDetailsLines()
     QFETCH(QString, itemLine);
     QFETCH(QString, detailsLine);
     for (int i = 0; i < names.size(); ++i)
-        m_task->itemList.items.append(namedItem(i + 1, names.at(i)));
-    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"), m_users);
+        m_task->itemList.items.append(itemOf(i + 1, names.at(i)));
+    const BlockTaskVM vm(m_task, &m_api->manager, QStringLiteral("Provide a reason for blocking the task"),
+                         m_api->users);
     QCOMPARE(vm.itemLine(), itemLine);
     QCOMPARE(vm.detailsLine(), detailsLine);
 }
@@ -284,14 +250,9 @@ void TestItemViewModels::block()
     QFETCH(QString, reason);
     QFETCH(bool, withPicture);
     QFETCH(BlockTaskVM::Outcome, outcome);
-    QFETCH(QString, sentText);
 
-    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
-    std::optional<QImage> picture;
-    if (withPicture) {
-        picture = QImage(4, 4, QImage::Format_RGB32);
-        picture->fill(Qt::gray);
-    }
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_api->users);
+    const std::optional<QImage> picture = withPicture ? std::optional(solidPicture()) : std::nullopt;
     std::optional<BlockTaskVM::Outcome> result;
     vm.block(reason == QLatin1String("<none>") ? std::nullopt : std::optional(reason), picture,
              [&](BlockTaskVM::Outcome o) { result = o; });
@@ -305,7 +266,7 @@ void TestItemViewModels::block()
     }
     QCOMPARE(posted.size(), 1);
     const QJsonObject body = QJsonDocument::fromJson(posted.first().body).object();
-    QCOMPARE(body.value("text").toString(), sentText);
+    QTEST(body.value("text").toString(), "sentText");
     QCOMPARE(body.value("is_incident").toBool(), true);
     QCOMPARE(body.value("task_id").toInteger(), 5);
     QCOMPARE(body.value("user_id").toInteger(), 7);
@@ -315,18 +276,11 @@ void TestItemViewModels::block()
 void TestItemViewModels::failedCommentIsNotABlock()
 {
     m_api->server.on("POST", "/api/comment", CannedResponse{500, {}});
-    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_users);
+    BlockTaskVM vm(m_task, &m_api->manager, QString(), m_api->users);
     std::optional<BlockTaskVM::Outcome> result;
     vm.block(QStringLiteral("Gate locked"), std::nullopt, [&](BlockTaskVM::Outcome o) { result = o; });
     QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), timeoutMs);
     QCOMPARE(*result, BlockTaskVM::Outcome::failed);
-}
-
-bool TestItemViewModels::fetch()
-{
-    std::optional<bool> ok;
-    m_vm->fetchItems([&](bool success) { ok = success; });
-    return QTest::qWaitFor([&] { return ok.has_value(); }, timeoutMs) && *ok;
 }
 
 void TestItemViewModels::fetchReplacesItemsAndKeepsFilter()
@@ -351,9 +305,7 @@ void TestItemViewModels::failedFetchKeepsEarlierItems()
     LogCapture log;
     QVERIFY(!fetch());
     QCOMPARE(m_task->itemList.items, QList<ItemPtr>{before});
-    QCOMPARE(log.linesStartingWith(QStringLiteral("We got a failure trying to get the items. The error we got was: "))
-                 .size(),
-             1);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("items"))), 1);
 }
 
 void TestItemViewModels::selectionIsByIdWithoutDuplicates()
@@ -385,14 +337,14 @@ void TestItemViewModels::qrMatch_data()
     QTest::newRow("no item has it") << "CP-404" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
     QTest::newRow("leading blank does not match")
         << " CP-2" << ItemStatus::all << -1 << "No Item Detected" << notFound << qint64(0);
-    QTest::newRow("first of duplicates is completed") << "CP-1" << ItemStatus::all << -1 << "Item Detected"
-                                                      << "Item `Gauge` already marked as `Completed`." << qint64(0);
-    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << ""
-                                        << "" << qint64(3);
-    QTest::newRow("row within the filtered list") << "CP-3" << ItemStatus::nok << 0 << ""
-                                                  << "" << qint64(4);
-    QTest::newRow("hidden by the filter: mapped, nothing shown") << "CP-2" << ItemStatus::ok << -1 << ""
-                                                                 << "" << qint64(3);
+    QTest::newRow("first of duplicates is completed")
+        << "CP-1" << ItemStatus::all << -1 << QStringLiteral("Item Detected")
+        << "Item `Gauge` already marked as `Completed`." << qint64(0);
+    QTest::newRow("open item: its row") << "CP-2" << ItemStatus::all << 2 << QStringLiteral("") << "" << qint64(3);
+    QTest::newRow("row within the filtered list")
+        << "CP-3" << ItemStatus::nok << 0 << QStringLiteral("") << "" << qint64(4);
+    QTest::newRow("hidden by the filter: mapped, nothing shown")
+        << "CP-2" << ItemStatus::ok << -1 << QStringLiteral("") << "" << qint64(3);
 }
 
 void TestItemViewModels::qrMatch()

@@ -63,14 +63,13 @@ void TestQrCodeReader::read_data()
 void TestQrCodeReader::read()
 {
     QFETCH(QImage, picture);
-    QFETCH(QStringList, texts);
     QFETCH(QRect, firstAround);
     const QList<QrDetection> found = QrCodeReader::read(picture);
     QStringList read;
     for (const QrDetection &code : found)
         read.append(code.text);
     read.sort();
-    QCOMPARE(read, texts);
+    QTEST(read, "texts");
     if (firstAround.isValid()) {
         // The corners sit on the code's modules, give or take a module.
         const QRectF bounds = found.first().bounds();

@@ -4,15 +4,19 @@
 #include "api/networkmanager.h"
 #include "api/networkmanagerdelegate.h"
 #include "api/sessionstore.h"
+#include "api/settings.h"
+#include "api/usersdata.h"
 #include "host/ravelinnavvcdelegate.h"
 #include "support/testserver.h"
 
 #include <QNetworkAccessManager>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 namespace ravelin::test {
 
@@ -39,12 +43,25 @@ public:
     bool uploadSucceeds = true;
 };
 
+// Starts a call whose completion reports success first, and waits for that
+// report: what it said, or nothing when it did not come in time.
+template<class Start>
+std::optional<bool> reported(Start &&start, int timeoutMs = 10000)
+{
+    std::optional<bool> ok;
+    start([&ok](bool success, auto &&...) { ok = success; });
+    return QTest::qWaitFor([&ok] { return ok.has_value(); }, timeoutMs) ? ok : std::nullopt;
+}
+
 // A network manager wired to a fresh loopback test server with a fresh token,
-// a fixed clock and a throw-away settings store.
+// a fixed clock and a throw-away settings store; `users` has worker 7 signed in.
+// Given task categories, the session's settings have them (as received) until
+// the harness goes; it leaves the default settings behind.
 class ApiHarness
 {
 public:
-    explicit ApiHarness(TimePoint now = TimePoint(std::chrono::milliseconds(1795169730123)))
+    explicit ApiHarness(QList<TaskCategoryDefinition> categories = {},
+                        TimePoint now = TimePoint(std::chrono::milliseconds(1795169730123)))
         : now(now)
         , settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat)
         , store(&settings)
@@ -53,7 +70,13 @@ public:
         settings.clear();
         store.store(APIData{server.baseUrl(), QStringLiteral("tok"), toDateTime(now - std::chrono::seconds(60))});
         manager.setDelegate(&host);
+        users.currentUser.id = 7;
+        if (!categories.isEmpty())
+            Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, std::move(categories)}));
     }
+    ~ApiHarness() { Settings::setCurrent(Settings::defaults()); }
+    ApiHarness(const ApiHarness &) = delete;
+    ApiHarness &operator=(const ApiHarness &) = delete;
 
     TimePoint now;
     TestServer server;
@@ -63,6 +86,7 @@ public:
     QNetworkAccessManager network;
     FakeHost host;
     NetworkManager manager;
+    UsersData users;
 };
 
 } // namespace ravelin::test

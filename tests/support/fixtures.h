@@ -1,10 +1,14 @@
 #pragma once
 
+#include "api/clock.h"
+#include "api/datecoding.h"
+
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -50,16 +54,30 @@ inline QJsonObject itemJson(qint64 id, qint64 taskId, const QString &name, int s
     return o;
 }
 
+// With a picture per media path, made when the comment was.
 inline QJsonObject commentJson(const QString &text, const QString &dateCreated,
-                               std::optional<qint64> itemId = std::nullopt, bool incident = false)
+                               std::optional<qint64> itemId = std::nullopt, bool incident = false,
+                               const QStringList &media = {})
 {
-    return QJsonObject{{"text", text},
-                       {"userId", 7},
-                       {"dateCreated", dateCreated},
-                       {"itemId", itemId ? QJsonValue(*itemId) : QJsonValue(QJsonValue::Null)},
-                       {"isIncident", incident ? "1" : "0"},
-                       {"assetName", "Ann Rivers"},
-                       {"assetIcon", "people_01"}};
+    QJsonObject o{{"text", text},
+                  {"userId", 7},
+                  {"dateCreated", dateCreated},
+                  {"itemId", itemId ? QJsonValue(*itemId) : QJsonValue(QJsonValue::Null)},
+                  {"isIncident", incident ? "1" : "0"},
+                  {"assetName", "Ann Rivers"},
+                  {"assetIcon", "people_01"}};
+    QJsonArray pictures;
+    for (const QString &path : media)
+        pictures.append(QJsonObject{{"path", path}, {"dateCreated", dateCreated}, {"commentId", 1}});
+    if (!media.isEmpty())
+        o.insert("media", pictures);
+    return o;
+}
+
+// A moment in the server's date form.
+inline QString serverDate(TimePoint when)
+{
+    return formatServerDate(toDateTime(when));
 }
 
 inline QByteArray answer(const QJsonValue &data)

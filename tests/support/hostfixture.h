@@ -6,7 +6,9 @@
 #include "filter/filtervc.h"
 #include "filter/inputfield.h"
 #include "filter/inputsheet.h"
+#include "host/ravelineventvc.h"
 #include "host/ravelinnavvc.h"
+#include "host/taskupdateevent.h"
 #include "items/itemlistmodel.h"
 #include "items/itemsvc.h"
 #include "items/qrscannervc.h"
@@ -29,6 +31,27 @@
 #include <memory>
 
 namespace ravelin::test {
+
+// A screen that shows one task, as the items and comments screens do.
+class TaskScreen : public RavelinEventVC
+{
+public:
+    explicit TaskScreen(qint64 taskId)
+    {
+        setTaskID(taskId);
+        setTitle(QStringLiteral("Task %1").arg(taskId));
+    }
+};
+
+// A task event as the host posts it, about a task of that name.
+inline QVariant taskEvent(qint64 id, const QString &name, TaskUpdateEventType type)
+{
+    auto event = std::make_shared<TaskUpdateEvent>();
+    event->id = id;
+    event->name = name;
+    event->type = type;
+    return QVariant::fromValue(event);
+}
 
 // How a test wants its navigation host.
 struct HostOptions
@@ -131,17 +154,6 @@ protected:
         return false;
     }
 };
-
-// What the server was sent on a path: how often, and the last body as JSON.
-inline int requestCount(const ApiHarness &api, const QString &path)
-{
-    return int(api.server.requests(path).size());
-}
-inline QJsonObject lastBody(const ApiHarness &api, const QString &path)
-{
-    const auto sent = api.server.requests(path);
-    return sent.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(sent.last().body).object();
-}
 
 // Whether every answer the network has had has also been taken: no reply is
 // left, the last one deleted after its handler ran.

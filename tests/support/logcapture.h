@@ -50,18 +50,19 @@ public:
         return out;
     }
 
+    // How many lines start with the given text.
+    [[nodiscard]] int count(const QString &prefix) const { return int(linesStartingWith(prefix).size()); }
+    // The start of the line the library logs for a failed fetch of `what` ("tasks", "items", ...).
+    [[nodiscard]] static QString failedFetch(const QString &what)
+    {
+        return QStringLiteral("We got a failure trying to get the %1. The error we got was: ").arg(what);
+    }
+
     // The category each line was written to, in order.
     [[nodiscard]] QStringList categories() const
     {
         std::lock_guard lock(m_state->mutex);
         return m_state->categories;
-    }
-
-    void clear()
-    {
-        std::lock_guard lock(m_state->mutex);
-        m_state->lines.clear();
-        m_state->categories.clear();
     }
 
 private:

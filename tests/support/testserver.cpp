@@ -3,6 +3,12 @@
 #include "api/fatalerror.h"
 #include "demo/common/loopbackserver.h"
 
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSignalSpy>
+#include <QSslCertificate>
+#include <QSslError>
 #include <QUrlQuery>
 
 #include <httplib.h>
@@ -47,24 +53,6 @@ QByteArray RecordedRequest::header(const QByteArray &name) const
             return value;
     }
     return {};
-}
-
-bool RecordedRequest::hasHeader(const QByteArray &name) const
-{
-    for (const auto &entry : headers) {
-        if (entry.first.compare(name, Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    return false;
-}
-
-std::optional<QString> RecordedRequest::queryValue(const QString &name) const
-{
-    for (const auto &[key, value] : query) {
-        if (key == name)
-            return value;
-    }
-    return std::nullopt;
 }
 
 struct TestServer::Private
@@ -179,6 +167,12 @@ QList<RecordedRequest> TestServer::requests(const QString &path) const
     return matching;
 }
 
+QJsonObject TestServer::lastBody(const QString &path) const
+{
+    const QList<RecordedRequest> sent = requests(path);
+    return sent.isEmpty() ? QJsonObject() : QJsonDocument::fromJson(sent.last().body).object();
+}
+
 int TestServer::requestCount() const
 {
     std::lock_guard lock(d->mutex);
@@ -189,6 +183,23 @@ void TestServer::clearRequests()
 {
     std::lock_guard lock(d->mutex);
     d->received.clear();
+}
+
+Exchange exchange(const QString &baseUrl, const QByteArray &certificatePem, const QByteArray &method,
+                  const QString &pathAndQuery, const QByteArray &body,
+                  const QList<std::pair<QByteArray, QByteArray>> &headers)
+{
+    QNetworkRequest request(QUrl(QStringLiteral("https://") + baseUrl + pathAndQuery));
+    for (const auto &[name, value] : headers)
+        request.setRawHeader(name, value);
+    QNetworkAccessManager network;
+    std::unique_ptr<QNetworkReply> reply(network.sendCustomRequest(request, method, body));
+    reply->ignoreSslErrors({QSslError(QSslError::SelfSignedCertificate, QSslCertificate(certificatePem))});
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!reply->isFinished())
+        finished.wait(15000);
+    return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll(),
+            reply->header(QNetworkRequest::ContentTypeHeader).toByteArray()};
 }
 
 } // namespace ravelin::test

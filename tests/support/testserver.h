@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <QtGlobal>
@@ -23,8 +24,6 @@ struct RecordedRequest
 
     // Case-insensitive; empty if absent.
     [[nodiscard]] QByteArray header(const QByteArray &name) const;
-    [[nodiscard]] bool hasHeader(const QByteArray &name) const;
-    [[nodiscard]] std::optional<QString> queryValue(const QString &name) const;
 };
 
 struct CannedResponse
@@ -38,6 +37,18 @@ struct CannedResponse
     // ("application/octet-stream").
     QByteArray contentEncoding = {};
 };
+
+// One HTTPS exchange with a loopback server (127.0.0.1:<port>), trusting exactly
+// its certificate: the status (0 when no answer came in time), body and type.
+struct Exchange
+{
+    int status = 0;
+    QByteArray body;
+    QByteArray contentType;
+};
+Exchange exchange(const QString &baseUrl, const QByteArray &certificatePem, const QByteArray &method,
+                  const QString &pathAndQuery, const QByteArray &body = {},
+                  const QList<std::pair<QByteArray, QByteArray>> &headers = {});
 
 // A real HTTPS server on 127.0.0.1 with an ephemeral port and a certificate
 // made for the test, serving from a background thread between construction and
@@ -72,6 +83,9 @@ public:
     [[nodiscard]] QList<RecordedRequest> requests() const;
     [[nodiscard]] QList<RecordedRequest> requests(const QString &path) const;
     [[nodiscard]] int requestCount() const;
+    [[nodiscard]] int requestCount(const QString &path) const { return int(requests(path).size()); }
+    // The last body sent on a path as a JSON object; empty when none was.
+    [[nodiscard]] QJsonObject lastBody(const QString &path) const;
     void clearRequests();
 
 private:

@@ -1,12 +1,6 @@
 #include "support/testserver.h"
 
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
-#include <QNetworkRequest>
-#include <QSignalSpy>
 #include <QTest>
-
-#include <memory>
 
 using ravelin::test::CannedResponse;
 using ravelin::test::RecordedRequest;
@@ -27,17 +21,10 @@ void TestTestServer::recordsRequestsAndAnswers()
     QCOMPARE(server.baseUrl(), QStringLiteral("127.0.0.1:%1").arg(server.port()));
     server.on("PUT", "/api/task/7", CannedResponse{201, R"({"success":true})", "application/json"});
 
-    QNetworkAccessManager manager;
     const auto send = [&](const QByteArray &method, const QString &pathAndQuery, const QByteArray &body = {}) {
-        QNetworkRequest request(QUrl(QStringLiteral("https://") + server.baseUrl() + pathAndQuery));
-        request.setRawHeader("X-Probe", "probe-value");
-        std::unique_ptr<QNetworkReply> reply(manager.sendCustomRequest(request, method, body));
-        QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(),
-                         [raw = reply.get()] { raw->ignoreSslErrors(); });
-        QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-        if (!reply->isFinished())
-            finished.wait(15000);
-        return std::pair(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll());
+        const auto answer = ravelin::test::exchange(server.baseUrl(), server.certificatePem(), method, pathAndQuery,
+                                                    body, {{"X-Probe", "probe-value"}});
+        return std::pair(answer.status, answer.body);
     };
     QCOMPARE(send("PUT", "/api/task/7?name=a%20b&sign=%2B1&name=second", R"({"task_status_id":3})"),
              std::pair(201, QByteArray(R"({"success":true})")));

@@ -1,8 +1,5 @@
-#include "api/settings.h"
 #include "host/notificationcenter.h"
-#include "host/ravelinnavvc.h"
 #include "host/taskupdateevent.h"
-#include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
 #include "support/fixtures.h"
 #include "support/hostfixture.h"
@@ -10,25 +7,16 @@
 #include "support/shots.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
-#include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 #include "tasks/piechartview.h"
 #include "tasks/taskcard.h"
 #include "tasks/taskcollectionmodel.h"
-#include "tasks/taskstrip.h"
-#include "views/alertpresenter.h"
-#include "views/alertview.h"
-#include "views/refreshablescrollarea.h"
 #include "views/roundedview.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QJsonDocument>
 #include <QLabel>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QScroller>
-#include <QTest>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -100,7 +88,12 @@ class TestDashboardVC : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup()
+    {
+        m_host.reset();
+        m_log.reset();
+        m_api.reset();
+    }
 
     // The screen over the loopback server.
     void sectionsHeadersAndCards();
@@ -120,7 +113,6 @@ private slots:
 
 private:
     void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
-    [[nodiscard]] int requests(const QString &path) const { return int(m_api->server.requests(path).size()); }
     std::unique_ptr<RavelinNavVC> makeHost();
     // Serves the tasks, shows a host (m_host) and waits for the two fetches of
     // the first appearance to be shown; its dashboard, nullptr when that does not happen.
@@ -134,18 +126,9 @@ private:
 
 void TestDashboardVC::init()
 {
-    Settings::setCurrent(Settings::fromReceived(Settings{{}, {}, {{3, "Pumps"}, {1, "Meters"}}}));
-    m_api = std::make_unique<ApiHarness>();
+    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
     serveTasks({});
     m_log = std::make_unique<LogCapture>();
-}
-
-void TestDashboardVC::cleanup()
-{
-    m_host.reset();
-    m_log.reset();
-    m_api.reset();
-    Settings::setCurrent(Settings::defaults());
 }
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
@@ -162,8 +145,8 @@ RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
         const QList<TaskTableViewCell *> rows = dashboard->rows();
-        return m_log->linesStartingWith(QStringLiteral("Fetched ")).size() >= 2
-            && !dashboard->refreshControl()->isRefreshing() && dashboard->refreshControl()->indicatorBand() == 0
+        return m_log->count(QStringLiteral("Fetched ")) >= 2 && !dashboard->refreshControl()->isRefreshing()
+            && dashboard->refreshControl()->indicatorBand() == 0
             && std::all_of(rows.begin(), rows.end(), [](const QWidget *row) { return row->isVisible(); });
     };
     return QTest::qWaitFor(ready, timeoutMs) ? dashboard : nullptr;
@@ -219,12 +202,12 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
     auto host = makeHost();
     host->show();
     DashboardVC *dashboard = host->dashboard();
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), 2, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), 2, timeoutMs);
     QVERIFY(dashboard->refreshControl()->isRefreshing());
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 
     release->store(true);
-    QTRY_COMPARE_WITH_TIMEOUT(m_log->linesStartingWith(QStringLiteral("Fetched 0 tasks")).size(), 2, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_log->count(QStringLiteral("Fetched 0 tasks")), 2, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!dashboard->refreshControl()->isRefreshing(), timeoutMs);
     QVERIFY(dashboard->rows().isEmpty());
     QVERIFY(dashboard->headerView()->isHidden());
@@ -264,11 +247,12 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
     // Asked at once: nothing was loaded or sent, not even by the time a later
     // refresh has been answered.
     QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("No")));
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     dashboard->pullToRefresh();
-    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) > fetches && answersTaken(m_api->network), timeoutMs);
-    QCOMPARE(requests(QStringLiteral("/api/items/taskId/2")), 0);
-    QCOMPARE(requests(QStringLiteral("/api/task/2")), 0);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) > fetches && answersTaken(m_api->network),
+                             timeoutMs);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/2")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/task/2")), 0);
 }
 
 void TestDashboardVC::statusChanges_data()
@@ -299,7 +283,7 @@ void TestDashboardVC::statusChanges()
     QVERIFY(dashboard);
     TaskTableViewCell *row = dashboard->rows().first();
     const TaskPtr task = row->tasks().first();
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     if (title.isEmpty()) {
         dashboard->changeTaskStatus(task, TaskStatus::complete);
     } else {
@@ -308,7 +292,7 @@ void TestDashboardVC::statusChanges()
         QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
     }
 
-    QTRY_COMPARE_WITH_TIMEOUT(requests(taskPath), 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(taskPath), 1, timeoutMs);
     const QJsonObject body = QJsonDocument::fromJson(m_api->server.requests(taskPath).first().body).object();
     QCOMPARE(body.value("task_status_id").toInt(), sentId);
     QCOMPARE(body.value("updater_user_id").toInt(), 7);
@@ -318,11 +302,11 @@ void TestDashboardVC::statusChanges()
         QCOMPARE(task->itemList.items.size(), 1);
         // The destination is now on top of the dashboard.
         QCOMPARE(m_host->screens().size(), 2);
-        QCOMPARE(requests(tasksPath), fetches);
+        QCOMPARE(m_api->server.requestCount(tasksPath), fetches);
     } else {
-        QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
         QVERIFY(dashboard->segues.isEmpty());
-        QCOMPARE(requests(QStringLiteral("/api/items/taskId/8")), 0);
+        QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/8")), 0);
     }
 }
 
@@ -370,17 +354,14 @@ void TestDashboardVC::taskEventAlertThenRefresh()
     QCOMPARE(topAlert(dashboard), QStringList());
 
     // An event about a task the dashboard does not even show.
-    const int fetches = requests(tasksPath);
-    auto event = std::make_shared<TaskUpdateEvent>();
-    event->id = 999;
-    event->name = QStringLiteral("Hydrant 9");
-    event->type = TaskUpdateEventType::kDeleted;
-    m_center.post(NotificationNames::taskEvent, QVariant::fromValue(event));
+    const int fetches = m_api->server.requestCount(tasksPath);
+    m_center.post(NotificationNames::taskEvent,
+                  taskEvent(999, QStringLiteral("Hydrant 9"), TaskUpdateEventType::kDeleted));
     QCOMPARE(topAlert(dashboard), (QStringList{"Task Event Update", "Hydrant 9\nTask deleted.", ""}));
-    QCOMPARE(requests(tasksPath), fetches);
+    QCOMPARE(m_api->server.requestCount(tasksPath), fetches);
 
     QTRY_VERIFY_WITH_TIMEOUT(!AlertPresenter::visibleAlert(dashboard), timeoutMs);
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
 }
 
 void TestDashboardVC::panelButtonSwipeAndFilter()
@@ -437,7 +418,7 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     // Sideways over the cards: the strip scrolls, the dashboard stays.
     QScrollBar *sideways = strip->horizontalScrollBar();
     QVERIFY(sideways->maximum() > 0);
-    const int fetches = requests(tasksPath);
+    const int fetches = m_api->server.requestCount(tasksPath);
     drag(1, QPoint(-10, 0), 15);
     QTRY_VERIFY_WITH_TIMEOUT(sideways->value() > 0, timeoutMs);
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
@@ -446,11 +427,13 @@ void TestDashboardVC::dragsOverCardsScrollAndPull()
     QScroller::scroller(strip->viewport())->stop();
     sideways->setValue(0);
     drag(0, QPoint(0, 10), 30);
-    QTRY_COMPARE_WITH_TIMEOUT(requests(tasksPath), fetches + 1, timeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), fetches + 1, timeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(!dashboard->refreshControl()->isRefreshing(), timeoutMs);
     // Neither drag was a tap on a card.
     QVERIFY(dashboard->segues.isEmpty());
-    QCOMPARE(requests(QStringLiteral("/api/items/taskId/1")) + requests(QStringLiteral("/api/items/taskId/2")), 0);
+    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/items/taskId/1"))
+                 + m_api->server.requestCount(QStringLiteral("/api/items/taskId/2")),
+             0);
 }
 
 void TestDashboardVC::wheelAndTapsAsOnAPhone()
@@ -533,7 +516,7 @@ void TestDashboardVC::closingWhileFetching()
     });
     auto host = makeHost();
     host->show();
-    QTRY_VERIFY_WITH_TIMEOUT(requests(tasksPath) >= 1, timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) >= 1, timeoutMs);
     QPointer<DashboardVC> dashboard = host->dashboard();
     host.reset();
     QVERIFY(dashboard.isNull());
@@ -550,9 +533,7 @@ void TestDashboardVC::alertAnsweredAfterTheDashboardIsGone()
     window.resize(390, 700);
     auto *dashboard = new DashboardVC(&window);
     (new QVBoxLayout(&window))->addWidget(dashboard);
-    UsersData users;
-    users.currentUser.id = 7;
-    dashboard->setViewModel(new DashboardVM(&m_api->manager, users, fixedClock(m_api->now)));
+    dashboard->setViewModel(new DashboardVM(&m_api->manager, m_api->users, fixedClock(m_api->now)));
     window.show();
     dashboard->loadViewIfNeeded();
     QTRY_VERIFY_WITH_TIMEOUT(AlertPresenter::visibleAlert(&window), timeoutMs);

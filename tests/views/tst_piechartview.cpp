@@ -90,8 +90,7 @@ void tst_PieChartView::sliceAngles()
 {
     QFETCH(QList<qreal>, values);
     QFETCH(qreal, gap);
-    QFETCH(QList<SliceAngles>, expected);
-    QCOMPARE(ChartPainter::sliceAngles(values, gap), expected);
+    QTEST(ChartPainter::sliceAngles(values, gap), "expected");
 }
 
 void tst_PieChartView::chartsKeepTheirSlicesAndCentreText()

@@ -65,7 +65,7 @@ class tst_RefreshableScrollArea : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_area.reset(); }
     void refreshShowsTheSpinnerAndAsksOnce();
     void pullsStartARefresh_data();
     void pullsStartARefresh();
@@ -83,11 +83,6 @@ void tst_RefreshableScrollArea::init()
     m_area->setWidget(makeContent(5));
     m_area->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_area.get()));
-}
-
-void tst_RefreshableScrollArea::cleanup()
-{
-    m_area.reset();
 }
 
 void tst_RefreshableScrollArea::refreshShowsTheSpinnerAndAsksOnce()

@@ -47,7 +47,7 @@ private slots:
     void positionsFollowMeasurements_data();
     void positionsFollowMeasurements();
     void rowsComeAndGo();
-    void cleanup();
+    void cleanup() { NamedColors::setAppearance(Appearance::light); }
     void everyAssetHasBothVariants();
     void unknownNameGivesNothingOrTheFallback();
     void appearanceSelectsTheVariant();
@@ -288,11 +288,6 @@ void tst_ReusableShadowTableViewCell::rowsComeAndGo()
     heights.dropAll();
     QCOMPARE(heights.measuredCount(), 0);
     QCOMPARE(heights.total(), 70);
-}
-
-void tst_ReusableShadowTableViewCell::cleanup()
-{
-    NamedColors::setAppearance(Appearance::light);
 }
 
 void tst_ReusableShadowTableViewCell::everyAssetHasBothVariants()
