@@ -300,28 +300,76 @@ std::optional<Value> Object::find(std::string_view key) const
     return std::nullopt;
 }
 
+namespace {
+
+// The position of key in keys (keys.size() when it is not there), trying the
+// expected position first.
+inline std::size_t slotOf(std::string_view key, std::span<const std::string_view> keys, std::size_t expected)
+{
+    const auto same = [](std::string_view a, std::string_view b) { return a.size() == b.size() && sameBytes(a, b); };
+    if (expected < keys.size() && same(keys[expected], key))
+        return expected;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (same(keys[i], key))
+            return i;
+    }
+    return keys.size();
+}
+
+// The same for a member's key as written, converted first where the options say so.
+std::size_t slotOfMember(std::string_view raw, std::span<const std::string_view> keys, std::size_t expected,
+                         KeyDecoding strategy)
+{
+    const std::size_t slot = slotOf(raw, keys, expected);
+    if (slot == keys.size() && strategy == KeyDecoding::convertFromSnakeCase && raw.find('_') != std::string_view::npos)
+        return slotOf(convertFromSnakeCase(raw), keys, expected);
+    return slot;
+}
+
+} // namespace
+
+Object::Members Object::firstMember() const
+{
+    const auto &object = load<simdjson::dom::object>(m_object);
+    Members members;
+    store(members.m_iterator, object.begin());
+    store(members.m_end, object.end());
+    return members;
+}
+
+bool Object::nextMember(Members &members, std::span<const std::string_view> keys, std::size_t &slot, Value &value) const
+{
+    using Iterator = simdjson::dom::object::iterator;
+    auto &it = load<Iterator>(members.m_iterator);
+    const auto &end = load<Iterator>(members.m_end);
+    for (; it != end; ++it) {
+        slot = slotOfMember(it.key(), keys, members.expected, m_options->keys);
+        if (slot == keys.size())
+            continue;
+        const std::uint64_t bit = slot < 64 ? std::uint64_t(1) << slot : 0;
+        if (!bit || (members.seen & bit))
+            throw DecodingError(DecodingError::Kind::dataCorrupted,
+                                QStringLiteral("Key \"%1\" is repeated.")
+                                    .arg(QLatin1String(keys[slot].data(), qsizetype(keys[slot].size()))));
+        members.seen |= bit;
+        members.expected = slot + 1;
+        store(value.m_element, it.value());
+        value.m_options = m_options;
+        ++it;
+        return true;
+    }
+    return false;
+}
+
 void Object::read(std::span<const std::string_view> keys, std::span<std::optional<Value>> out) const
 {
     const auto &object = load<simdjson::dom::object>(m_object);
-    const std::size_t count = std::min(keys.size(), out.size());
-    const bool convert = m_options->keys == KeyDecoding::convertFromSnakeCase;
+    const std::span<const std::string_view> wanted = keys.first(std::min(keys.size(), out.size()));
+    const std::size_t count = wanted.size();
     // The table position the next member is expected at.
     std::size_t expected = 0;
-    const auto same = [](std::string_view a, std::string_view b) { return a.size() == b.size() && sameBytes(a, b); };
-    const auto slotOf = [&](std::string_view key) -> std::size_t {
-        if (expected < count && same(keys[expected], key))
-            return expected;
-        for (std::size_t i = 0; i < count; ++i) {
-            if (same(keys[i], key))
-                return i;
-        }
-        return count;
-    };
     for (auto it = object.begin(); it != object.end(); ++it) {
-        const std::string_view raw = it.key();
-        std::size_t slot = slotOf(raw);
-        if (slot == count && convert && raw.find('_') != std::string_view::npos)
-            slot = slotOf(convertFromSnakeCase(raw));
+        const std::size_t slot = slotOfMember(it.key(), wanted, expected, m_options->keys);
         if (slot == count)
             continue;
         expected = slot + 1;

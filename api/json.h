@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -135,6 +136,22 @@ public:
     // and again; the keys are best given in the order the server writes them.
     void read(std::span<const std::string_view> keys, std::span<std::optional<Value>> out) const;
 
+    // Calls onMember(slot, value) for each member whose key (after key
+    // conversion) is keys[slot], in document order, and skips the others; a key
+    // met again throws dataCorrupted. Returns the slots met, one bit each (at most
+    // 64 keys). For records that read their members as they come, with a switch on
+    // the slot, rather than looking them up.
+    template<class OnMember>
+    std::uint64_t forEachMember(std::span<const std::string_view> keys, OnMember onMember) const
+    {
+        Members members = firstMember();
+        std::size_t slot = 0;
+        Value value;
+        while (nextMember(members, keys, slot, value))
+            onMember(slot, value);
+        return members.seen;
+    }
+
     // The error of a missing required key.
     [[noreturn]] static void keyNotFound(std::string_view key);
     // The value read for a required key (keyNotFound when there is none).
@@ -142,7 +159,18 @@ public:
 
 private:
     friend class Value;
+    struct Members
+    {
+        alignas(8) std::array<std::byte, 16> m_iterator{};
+        alignas(8) std::array<std::byte, 16> m_end{};
+        std::uint64_t seen = 0;
+        std::size_t expected = 0; // the slot the next member most likely has
+    };
+
     Object() = default;
+    [[nodiscard]] Members firstMember() const;
+    [[nodiscard]] bool nextMember(Members &members, std::span<const std::string_view> keys, std::size_t &slot,
+                                  Value &value) const;
     alignas(8) std::array<std::byte, 16> m_object{};
     // Keys are usually looked up in the order in which the server writes them,
     // so a lookup starts after the previous hit.

@@ -21,20 +21,23 @@ qint64 firstCount(std::span<const ItemsCount> counts, ItemStatus status)
     return 0;
 }
 
-[[noreturn]] void overflow()
-{
-    fatalError(QStringLiteral("Arithmetic overflow in the task's item counts"), "TaskProgress");
-}
-
 } // namespace
 
 TaskProgress TaskProgress::fromCounts(std::span<const ItemsCount> counts)
+{
+    const auto p = fromCountsInRange(counts);
+    if (!p)
+        fatalError(QStringLiteral("Arithmetic overflow in the task's item counts"), "TaskProgress");
+    return *p;
+}
+
+std::optional<TaskProgress> TaskProgress::fromCountsInRange(std::span<const ItemsCount> counts)
 {
     TaskProgress p;
     qint64 sum = 0;
     for (const ItemsCount &c : counts) {
         if (qAddOverflow(sum, c.count, &sum))
-            overflow();
+            return std::nullopt;
     }
     p.ok = firstCount(counts, ItemStatus::ok);
     p.nok = firstCount(counts, ItemStatus::nok);
@@ -44,7 +47,7 @@ TaskProgress TaskProgress::fromCounts(std::span<const ItemsCount> counts)
         qint64 scaled = 0;
         if (qSubOverflow(sum, p.open, &done) || qMulOverflow(done, qint64(100), &scaled)
             || (scaled == std::numeric_limits<qint64>::min() && sum == -1))
-            overflow();
+            return std::nullopt;
         p.total = scaled / sum;
     }
     return p;

@@ -5,6 +5,7 @@
 #include <QJsonObject>
 #include <QList>
 
+#include <optional>
 #include <span>
 
 namespace ravelin {
@@ -22,6 +23,8 @@ struct TaskProgress
     // 1, 2 and 3; every entry counts towards the sum. An overflowing sum stops the
     // process.
     [[nodiscard]] static TaskProgress fromCounts(std::span<const ItemsCount> counts);
+    // The same, or nothing where fromCounts stops the process.
+    [[nodiscard]] static std::optional<TaskProgress> fromCountsInRange(std::span<const ItemsCount> counts);
     [[nodiscard]] static TaskProgress fromCounts(const QList<ItemsCount> &counts)
     {
         return fromCounts(std::span<const ItemsCount>(counts.constData(), std::size_t(counts.size())));

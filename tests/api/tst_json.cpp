@@ -25,6 +25,7 @@ private slots:
     void typedReads_data();
     void typedReads();
     void optionalAndNullableKeys();
+    void membersInDocumentOrder();
     void malformedJsonIsDataCorrupted();
     void stringsOutliveTheirAnswer_data();
     void stringsOutliveTheirAnswer();
@@ -146,6 +147,22 @@ void TestJson::optionalAndNullableKeys()
     // Lookups in any order find their keys, also after the cursor moved past them.
     QCOMPARE(o.int64("i"), 3);
     QVERIFY(o.contains("n"));
+}
+
+void TestJson::membersInDocumentOrder()
+{
+    static constexpr std::array<std::string_view, 2> keys{"taskStatusId", "name"};
+    json::Document doc({json::KeyDecoding::convertFromSnakeCase});
+    QStringList met;
+    const json::Object o = doc.parse(R"({"name": "a", "other": [1], "task_status_id": 4})").toObject();
+    const auto seen = o.forEachMember(keys, [&](std::size_t slot, const json::Value &v) {
+        met.append(slot == 0 ? QString::number(v.toInt64()) : v.toString());
+    });
+    QCOMPARE(met, (QStringList{"a", "4"}));
+    QCOMPARE(seen, 0b11U);
+    const json::Object repeated = doc.parse(R"({"name": "a", "name": "b"})").toObject();
+    QVERIFY_THROWS_EXCEPTION(json::DecodingError,
+                             repeated.forEachMember(keys, [](std::size_t, const json::Value &) {}));
 }
 
 void TestJson::malformedJsonIsDataCorrupted()
