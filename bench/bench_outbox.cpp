@@ -4,6 +4,7 @@
 
 #include "api/sqliteofflinestore.h"
 #include "demo/common/loopbackserver.h"
+#include "tests/support/outboxresults.h"
 #include "tests/support/outboxrig.h"
 
 #include <benchmark/benchmark.h>
@@ -45,17 +46,14 @@ const QByteArray &photoBytes()
 
 OutboxEntry itemResult(qint64 task, qint64 item)
 {
-    ItemsUpdatePayload payload;
-    payload.taskId = task;
-    payload.updaterUserId = user;
-    payload.items = {ItemPayload{item, 1, QStringLiteral("Checked, gauge at 4 bar"), std::nullopt}};
-    return OutboxEntry::itemsUpdate(payload, system_clock::now());
+    return test::sampleResult(OutboxEntry::Kind::itemsUpdate, user, task, QStringLiteral("Checked, gauge at 4 bar"),
+                              item, system_clock::now());
 }
 
 OutboxEntry commentResult(qint64 task, int n)
 {
-    return OutboxEntry::comment(TaskCommentPayload(QStringLiteral("Round note %1").arg(n), task, user, std::nullopt,
-                                                   false, std::nullopt, system_clock::now()));
+    return test::sampleResult(OutboxEntry::Kind::comment, user, task, QStringLiteral("Round note %1").arg(n), 0,
+                              system_clock::now());
 }
 
 void writeResult(benchmark::State &state, int kind)

@@ -2,7 +2,6 @@
 
 #include "api/apidata.h"
 #include "api/datecoding.h"
-#include "api/fatalerror.h"
 #include "api/networkmanager.h"
 #include "api/settings.h"
 #include "comments/taskscommentsresponse.h"
@@ -10,6 +9,7 @@
 #include "items/itemsupdateresponse.h"
 #include "tasks/tasksresponse.h"
 #include "tasks/tasksupdateresponse.h"
+#include "tests/support/fatalerrortrap.h"
 
 #include <QDateTime>
 
@@ -18,25 +18,6 @@
 namespace ravelin::fuzz {
 
 namespace {
-
-// Thrown by the fatal-error handler of a decode call; never leaves this file.
-struct ProcessStopped
-{ };
-
-// Turns fatal errors into ProcessStopped for the lifetime of the object.
-class StopTrap
-{
-public:
-    StopTrap()
-        : m_previous(setFatalErrorHandler([](const QString &, const char *) { throw ProcessStopped(); }))
-    { }
-    ~StopTrap() { setFatalErrorHandler(std::move(m_previous)); }
-    StopTrap(const StopTrap &) = delete;
-    StopTrap &operator=(const StopTrap &) = delete;
-
-private:
-    FatalErrorHandler m_previous;
-};
 
 const QList<TaskCategoryDefinition> &sessionCategories()
 {
@@ -58,13 +39,13 @@ json::Options answerOptions(const QList<TaskCategoryDefinition> &categories)
 template<class T, class Check>
 Verdict decodeAnswer(const QByteArray &body, const QList<TaskCategoryDefinition> &categories, Check check)
 {
-    StopTrap trap;
+    const test::FatalErrorTrap trap;
     try {
         const Result<T> result = NetworkManager::decodeBody<T>(body, answerOptions(categories));
         if (!result.isSuccess())
             return Verdict{Outcome::rejected, std::nullopt};
         return Verdict{Outcome::decoded, check(result.value())};
-    } catch (const ProcessStopped &) {
+    } catch (const test::FatalErrorRaised &) {
         return Verdict{Outcome::stopped, std::nullopt};
     }
 }

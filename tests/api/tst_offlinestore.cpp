@@ -1,5 +1,6 @@
 #include "api/memoryofflinestore.h"
 #include "api/sqliteofflinestore.h"
+#include "support/outboxresults.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,21 +16,6 @@ using namespace std::chrono;
 namespace {
 
 const TimePoint now = TimePoint(milliseconds(1795169730123));
-
-TaskCommentPayload commentPayload(qint64 taskId, const QString &text, bool incident = false)
-{
-    return TaskCommentPayload(text, taskId, 7, std::nullopt, incident, std::nullopt, now);
-}
-
-ItemsUpdatePayload itemsPayload(qint64 taskId)
-{
-    ItemsUpdatePayload payload;
-    payload.taskId = taskId;
-    payload.updaterUserId = 7;
-    payload.items = {ItemPayload{31, 1, QStringLiteral("Gauge replaced"), std::nullopt},
-                     ItemPayload{32, 1, std::nullopt, std::nullopt}};
-    return payload;
-}
 
 // Reads a database with a connection of its own, as another process would.
 QVariant readOutside(const QString &path, const QString &statement)
@@ -109,17 +95,9 @@ void TestOfflineStore::everyKindSurvivesReopening()
 {
     QFETCH(int, kind);
     QFETCH(QByteArray, picture);
-    OutboxEntry made;
-    switch (OutboxEntry::Kind(kind)) {
-    case OutboxEntry::Kind::taskStatus: made = OutboxEntry::taskStatus(7, 12, 4, now); break;
-    case OutboxEntry::Kind::itemsUpdate: made = OutboxEntry::itemsUpdate(itemsPayload(12), now); break;
-    case OutboxEntry::Kind::comment:
-        made = OutboxEntry::comment(commentPayload(12, QStringLiteral("Valve leaks")));
-        break;
-    case OutboxEntry::Kind::block:
-        made = OutboxEntry::block(commentPayload(12, QStringLiteral("No access"), true), 5);
-        break;
-    }
+    OutboxEntry made = test::sampleResult(OutboxEntry::Kind(kind), 7, 12, QStringLiteral("Valve leaks"), 5, now);
+    if (made.items)
+        made.items->items.append(ItemPayload{32, 1, std::nullopt, std::nullopt}); // an item without a note
     made.uploadName = QStringLiteral("7_1795169730123.0_photo_3.jpg");
 
     qint64 id = 0;
@@ -154,7 +132,8 @@ void TestOfflineStore::everyKindSurvivesReopening()
 void TestOfflineStore::progressAndRefusal()
 {
     SqliteOfflineStore store(m_folder);
-    auto block = store.add(OutboxEntry::block(commentPayload(3, QStringLiteral("Locked")), 5), QByteArray("jpeg"));
+    auto block = store.add(test::sampleResult(OutboxEntry::Kind::block, 7, 3, QStringLiteral("Locked"), 5, now),
+                           QByteArray("jpeg"));
     auto status = store.add(OutboxEntry::taskStatus(7, 4, 3, now), {});
     QVERIFY(block && status);
     QCOMPARE(store.counts(7), (OfflineStore::Counts{2, 0}));
@@ -180,7 +159,9 @@ void TestOfflineStore::progressAndRefusal()
 void TestOfflineStore::sentRowLeavesWithItsPicture()
 {
     SqliteOfflineStore store(m_folder);
-    auto entry = store.add(OutboxEntry::itemsUpdate(itemsPayload(2), now), QByteArray("jpeg"));
+    auto entry
+        = store.add(test::sampleResult(OutboxEntry::Kind::itemsUpdate, 7, 2, QStringLiteral("Gauge replaced"), 31, now),
+                    QByteArray("jpeg"));
     QVERIFY(entry);
     QCOMPARE(QDir(store.pictureFolder()).entryList(QDir::Files).size(), 1);
     entry->state = OutboxEntry::State::sent;
@@ -196,7 +177,8 @@ void TestOfflineStore::unnamedPicturesRemovedAtOpen()
     QString pictures;
     {
         SqliteOfflineStore store(m_folder);
-        const auto entry = store.add(OutboxEntry::comment(commentPayload(2, QStringLiteral("x"))), QByteArray("jpeg"));
+        const auto entry = store.add(test::sampleResult(OutboxEntry::Kind::comment, 7, 2, QStringLiteral("x"), 0, now),
+                                     QByteArray("jpeg"));
         QVERIFY(entry);
         named = entry->pictureFile;
         pictures = store.pictureFolder();
@@ -215,7 +197,10 @@ void TestOfflineStore::lostRenameIsRecovered()
     OutboxEntry saved;
     {
         SqliteOfflineStore store(m_folder);
-        saved = store.add(OutboxEntry::comment(commentPayload(2, QStringLiteral("x"))), QByteArray("jpeg")).value();
+        saved = store
+                    .add(test::sampleResult(OutboxEntry::Kind::comment, 7, 2, QStringLiteral("x"), 0, now),
+                         QByteArray("jpeg"))
+                    .value();
         // The row committed, and the rename before it did not reach the disk.
         const QDir pictures(store.pictureFolder());
         QVERIFY(QFile::rename(pictures.filePath(saved.pictureFile), pictures.filePath(saved.pictureFile + ".part")));

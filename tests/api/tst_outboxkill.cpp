@@ -3,6 +3,7 @@
 // result it said was saved, and every comment once.
 
 #include "outboxserver.h"
+#include "support/outboxresults.h"
 #include "support/outboxrig.h"
 #include "support/testpicker.h"
 
@@ -35,23 +36,9 @@ OutboxEntry makeResult(int run, int i, TimePoint now, QByteArray &picture)
     const QString key = QStringLiteral("r%1-%2").arg(run).arg(i);
     const qint64 task = 1 + i % 3;
     const qint64 statusId = 1000 + run * resultsPerRun + i;
-    picture.clear();
-    switch ((run + i) % 4) {
-    case 0: return OutboxEntry::taskStatus(user, task, statusId, now);
-    case 1: {
-        ItemsUpdatePayload payload;
-        payload.taskId = task;
-        payload.updaterUserId = user;
-        payload.items = {ItemPayload{statusId, 1, key, std::nullopt}};
-        picture = "jpeg";
-        return OutboxEntry::itemsUpdate(payload, now);
-    }
-    case 2:
-        picture = "jpeg";
-        return OutboxEntry::comment(TaskCommentPayload(key, task, user, std::nullopt, false, std::nullopt, now));
-    default:
-        return OutboxEntry::block(TaskCommentPayload(key, task, user, std::nullopt, true, std::nullopt, now), statusId);
-    }
+    const auto kind = OutboxEntry::Kind((run + i) % 4);
+    picture = kind == OutboxEntry::Kind::itemsUpdate || kind == OutboxEntry::Kind::comment ? "jpeg" : "";
+    return test::sampleResult(kind, user, task, key, statusId, now);
 }
 
 // The child: writes its results a few milliseconds apart while it sends; says

@@ -2,6 +2,7 @@
 #include "api/sqliteofflinestore.h"
 #include "outboxserver.h"
 #include "support/apiharness.h"
+#include "support/outboxresults.h"
 #include "support/testpicker.h"
 
 #include <QDirIterator>
@@ -44,7 +45,7 @@ private slots:
     void answersAreKeptForOfflineOpening();
 
 private:
-    OutboxEntry comment(qint64 taskId, const QString &text, bool incident = false) const;
+    OutboxEntry comment(qint64 taskId, const QString &text, OutboxEntry::Kind kind = OutboxEntry::Kind::comment) const;
     void drain();
 
     std::unique_ptr<test::ApiHarness> m_api;
@@ -66,10 +67,9 @@ void TestOutboxSender::init()
     m_sender->setUserId(user);
 }
 
-OutboxEntry TestOutboxSender::comment(qint64 taskId, const QString &text, bool incident) const
+OutboxEntry TestOutboxSender::comment(qint64 taskId, const QString &text, OutboxEntry::Kind kind) const
 {
-    return OutboxEntry::comment(
-        TaskCommentPayload(text, taskId, user, std::nullopt, incident, std::nullopt, m_api->now));
+    return test::sampleResult(kind, user, taskId, text, 5, m_api->now); // a block sets status 5
 }
 
 void TestOutboxSender::drain()
@@ -80,16 +80,17 @@ void TestOutboxSender::drain()
 void TestOutboxSender::sendsEveryKind_data()
 {
     QTest::addColumn<int>("kind");
+    QTest::addColumn<bool>("withPicture");
     QTest::addColumn<QStringList>("requests");
     QTest::addColumn<QList<int>>("states"); // every state the row went through
     using State = OutboxEntry::State;
-    QTest::newRow("status") << int(OutboxEntry::Kind::taskStatus) << QStringList{"status"}
+    QTest::newRow("status") << int(OutboxEntry::Kind::taskStatus) << false << QStringList{"status"}
                             << QList<int>{int(State::waiting), int(State::sent)};
-    QTest::newRow("items with a picture") << int(OutboxEntry::Kind::itemsUpdate) << QStringList{"items"}
+    QTest::newRow("items with a picture") << int(OutboxEntry::Kind::itemsUpdate) << true << QStringList{"items"}
                                           << QList<int>{int(State::waiting), int(State::sent)};
-    QTest::newRow("comment with a picture") << int(OutboxEntry::Kind::comment) << QStringList{"comment"}
+    QTest::newRow("comment with a picture") << int(OutboxEntry::Kind::comment) << true << QStringList{"comment"}
                                             << QList<int>{int(State::waiting), int(State::attempted), int(State::sent)};
-    QTest::newRow("block") << int(OutboxEntry::Kind::block) << QStringList{"comment", "status"}
+    QTest::newRow("block") << int(OutboxEntry::Kind::block) << false << QStringList{"comment", "status"}
                            << QList<int>{int(State::waiting), int(State::attempted), int(State::waiting),
                                          int(State::sent)};
 }
@@ -100,27 +101,10 @@ void TestOutboxSender::sendsEveryKind()
     QSignalSpy changes(m_sender.get(), &OutboxSender::entryChanged);
     QSignalSpy counts(m_sender.get(), &OutboxSender::countsChanged);
 
-    OutboxEntry entry;
-    QImage picture;
-    switch (OutboxEntry::Kind(kind)) {
-    case OutboxEntry::Kind::taskStatus: entry = OutboxEntry::taskStatus(user, 12, 3, m_api->now); break;
-    case OutboxEntry::Kind::itemsUpdate: {
-        ItemsUpdatePayload payload;
-        payload.taskId = 12;
-        payload.updaterUserId = user;
-        payload.items = {ItemPayload{31, 1, QStringLiteral("Replaced"), std::nullopt}};
-        entry = OutboxEntry::itemsUpdate(payload, m_api->now);
-        picture = test::solidPicture();
-        break;
-    }
-    case OutboxEntry::Kind::comment:
-        entry = comment(12, QStringLiteral("Valve leaks"));
-        picture = test::solidPicture();
-        break;
-    case OutboxEntry::Kind::block:
-        entry = OutboxEntry::block(comment(12, QStringLiteral("No access"), true).commentPayload.value(), 5);
-        break;
-    }
+    const OutboxEntry entry
+        = test::sampleResult(OutboxEntry::Kind(kind), user, 12, QStringLiteral("Replaced"), 5, m_api->now);
+    QFETCH(bool, withPicture);
+    const QImage picture = withPicture ? test::solidPicture() : QImage();
     const auto saved = m_sender->add(entry, picture);
     QVERIFY(saved);
     QCOMPARE(m_sender->counts(), (OfflineStore::Counts{1, 0}));
@@ -213,8 +197,7 @@ void TestOutboxSender::refusalStopsTheResult()
     QFETCH(QString, refused);
     QFETCH(int, refusedCount);
     m_results->refuse(refused, 5);
-    const auto block
-        = m_sender->add(OutboxEntry::block(comment(5, QStringLiteral("Gate locked"), true).commentPayload.value(), 5));
+    const auto block = m_sender->add(comment(5, QStringLiteral("Gate locked"), OutboxEntry::Kind::block));
     const auto later = m_sender->add(OutboxEntry::taskStatus(user, 5, 2, m_api->now));
     QVERIFY(m_sender->add(comment(6, QStringLiteral("other task"))));
     QVERIFY(block && later);
@@ -242,8 +225,7 @@ void TestOutboxSender::refusalStopsTheResult()
 void TestOutboxSender::refusedResultSentAgainOrDiscarded()
 {
     m_results->refuse(QStringLiteral("status"), 5);
-    const auto block
-        = m_sender->add(OutboxEntry::block(comment(5, QStringLiteral("Gate locked"), true).commentPayload.value(), 5));
+    const auto block = m_sender->add(comment(5, QStringLiteral("Gate locked"), OutboxEntry::Kind::block));
     const auto other = m_sender->add(OutboxEntry::taskStatus(user, 5, 2, m_api->now));
     QTRY_COMPARE_WITH_TIMEOUT(m_sender->counts(), (OfflineStore::Counts{0, 2}), waitMs);
 
