@@ -52,12 +52,10 @@ private slots:
     void keepsStoredSessionWithoutNetworkData();
     void settingsFailureKeepsSettings();
     void wiresItselfAsDelegate();
-    void didSwipeReachesTheHost();
     void destroyedHostDelegateIsNotCalled();
     void notificationsDefaultToTheProcessCentre();
     void missingInputsStop_data();
     void missingInputsStop();
-    void rootMustBeTheDashboard();
     void eventForShownTaskReturnsToDashboard();
     void emergencyColoursTheBar();
 
@@ -74,7 +72,7 @@ private slots:
     void isCurrentAsset();
 
 private:
-    std::unique_ptr<RavelinNavVC> makeHost(bool withNetworkData = true);
+    std::unique_ptr<RavelinNavVC> makeHost(bool withNetworkData = true, Screen *root = nullptr);
     std::unique_ptr<ApiHarness> m_api;
     NotificationCenter m_center;
 };
@@ -94,10 +92,11 @@ void TestRavelinNavVC::init()
                                                                    QJsonObject{{"id", 9}, {"name", "Valves"}}}}})});
 }
 
-std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData)
+std::unique_ptr<RavelinNavVC> TestRavelinNavVC::makeHost(bool withNetworkData, Screen *root)
 {
-    return ravelin::test::makeHost(*m_api, m_center,
-                                   HostOptions{.networkData = withNetworkData, .shown = false, .size = {390, 780}});
+    return ravelin::test::makeHost(
+        *m_api, m_center,
+        HostOptions{.root = root, .networkData = withNetworkData, .shown = false, .size = {390, 780}});
 }
 
 void TestRavelinNavVC::storesSessionDataOnLoad()
@@ -150,18 +149,6 @@ void TestRavelinNavVC::wiresItselfAsDelegate()
     QCOMPARE(host->dashboard()->viewModel()->networkManager(), host->networkManager());
 }
 
-void TestRavelinNavVC::didSwipeReachesTheHost()
-{
-    auto host = makeHost();
-    host->loadViewIfNeeded();
-    host->dashboard()->vcDelegate()->didSwipe(true);
-    host->dashboard()->vcDelegate()->didSwipe(false);
-    QCOMPARE(m_api->host.swipes, (QList<bool>{true, false}));
-    host->setVcDelegate(nullptr);
-    host->didSwipe(true); // dropped silently
-    QCOMPARE(m_api->host.swipes.size(), 2);
-}
-
 void TestRavelinNavVC::destroyedHostDelegateIsNotCalled()
 {
     auto host = makeHost();
@@ -191,31 +178,24 @@ void TestRavelinNavVC::missingInputsStop_data()
 {
     QTest::addColumn<bool>("withUser");
     QTest::addColumn<bool>("withAssets");
-    QTest::newRow("no user id") << false << true;
-    QTest::newRow("no assets") << true << false;
+    QTest::addColumn<bool>("dashboardRoot");
+    QTest::newRow("no user id") << false << true << true;
+    QTest::newRow("no assets") << true << false << true;
+    QTest::newRow("root is not the dashboard") << true << true << false;
 }
 
 void TestRavelinNavVC::missingInputsStop()
 {
     QFETCH(bool, withUser);
     QFETCH(bool, withAssets);
-    auto host = makeHost();
+    QFETCH(bool, dashboardRoot);
+    auto host = makeHost(true, dashboardRoot ? nullptr : new TaskScreen(1));
     if (!withUser)
         host->currentUserId.reset();
     if (!withAssets)
         host->assetsList.reset();
     FatalErrorTrap trap;
     QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, host->loadViewIfNeeded());
-}
-
-void TestRavelinNavVC::rootMustBeTheDashboard()
-{
-    RavelinNavVC host(RavelinNavVC::Environment{&m_api->settings, &m_api->network, &m_center, fixedClock(m_api->now)},
-                      new TaskScreen(1));
-    host.currentUserId = 7;
-    host.assetsList = QMap<qint64, QStringList>{};
-    FatalErrorTrap trap;
-    QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, host.loadViewIfNeeded());
 }
 
 void TestRavelinNavVC::eventForShownTaskReturnsToDashboard()
