@@ -338,13 +338,9 @@ void TestDemoHost::tourWritesPicturesAndSummary()
     QCOMPARE(lines.size(), pictures.size());
     QVERIFY(lines.at(0).startsWith(QStringLiteral("01 sign-in: "))
             && lines.at(0).contains(QStringLiteral("Chris Okafor")));
-    QVERIFY2(lines.at(3).contains(QStringLiteral("Assigned -> Acknowledged")), qPrintable(lines.at(3)));
     QVERIFY2(lines.at(8).contains(QStringLiteral("\"Item Status Saved\"")), qPrintable(lines.at(8)));
-    QVERIFY2(lines.at(12).contains(QStringLiteral("opened by its code, Complete enabled")), qPrintable(lines.at(12)));
-    QVERIFY2(lines.at(19).contains(QStringLiteral("In Progress -> Blocked")), qPrintable(lines.at(19)));
-    // Offline: four results waited, then the server took each once.
+    // The steps check what they do on the way; offline, four results waited.
     QVERIFY2(lines.at(26).contains(QStringLiteral("4 results waiting")), qPrintable(lines.at(26)));
-    QVERIFY2(lines.at(28).contains(QStringLiteral("the comment once")), qPrintable(lines.at(28)));
     QCOMPARE(m_picker.picked(), 4);
 
     // The deployment kept what the worker did: the note of the completed item,

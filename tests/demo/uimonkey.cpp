@@ -58,13 +58,9 @@ bool isControl(const QWidget *widget)
 
 bool isTextField(const QWidget *widget)
 {
-    if (const auto *line = qobject_cast<const QLineEdit *>(widget))
-        return !line->isReadOnly();
-    if (const auto *text = qobject_cast<const QTextEdit *>(widget))
-        return !text->isReadOnly();
-    if (const auto *plain = qobject_cast<const QPlainTextEdit *>(widget))
-        return !plain->isReadOnly();
-    return false;
+    return (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)
+            || qobject_cast<const QPlainTextEdit *>(widget))
+        && !widget->property("readOnly").toBool();
 }
 
 // Whether something in front (an alert, a sheet, a panel) hides the middle of the widget.
@@ -123,17 +119,17 @@ QString UiMonkey::actionName(Action action)
 
 QString UiMonkey::describe(const Report &report)
 {
-    QStringList actions;
-    for (auto it = report.performed.cbegin(); it != report.performed.cend(); ++it)
-        actions.append(QStringLiteral("%1 %2").arg(actionName(it.key())).arg(it.value()));
-    QStringList screens;
-    for (auto it = report.screens.cbegin(); it != report.screens.cend(); ++it)
-        screens.append(QStringLiteral("%1 %2").arg(it.key()).arg(it.value()));
+    const auto joined = [](const auto &counts, const auto &name) {
+        QStringList parts;
+        for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+            parts.append(QStringLiteral("%1 %2").arg(name(it.key())).arg(it.value()));
+        return parts.join(QStringLiteral(", "));
+    };
     return QStringLiteral("%1 actions (%2, nothing to act on %3); taps per screen: %4")
         .arg(report.actions)
-        .arg(actions.join(QStringLiteral(", ")))
+        .arg(joined(report.performed, actionName))
         .arg(report.idle)
-        .arg(screens.join(QStringLiteral(", ")));
+        .arg(joined(report.screens, [](const QString &screen) { return screen; }));
 }
 
 UiMonkey::Action UiMonkey::pickAction()
@@ -148,7 +144,7 @@ bool UiMonkey::perform(Action action, Report &report)
     case Action::tap: {
         // Mostly what can be seen; now and then anywhere on the screen, hidden or not.
         const QList<QWidget *> widgets = visibleWidgets();
-        return tap(m_random.bounded(5u) == 0 ? any(widgets, nullptr) : pick(widgets), report);
+        return tap(m_random.bounded(5u) == 0 ? any(widgets, nullptr) : pick(widgets), &report);
     }
     case Action::swipe: return swipe();
     case Action::pull: return pull();
@@ -201,7 +197,7 @@ QPoint UiMonkey::pointIn(const QWidget *widget)
                   area.top() + int(m_random.bounded(quint32(std::max(1, area.height())))));
 }
 
-bool UiMonkey::tap(QWidget *widget, Report &report)
+bool UiMonkey::tap(QWidget *widget, Report *report)
 {
     if (!widget)
         return false;
@@ -210,7 +206,8 @@ bool UiMonkey::tap(QWidget *widget, Report &report)
     const QPointer<QWindow> window = top->windowHandle();
     if (!window)
         return false;
-    ++report.screens[screenAt(top, at)];
+    if (report)
+        ++report->screens[screenAt(top, at)];
     QTest::mousePress(window, Qt::LeftButton, {}, at);
     if (window)
         QTest::mouseRelease(window, Qt::LeftButton, {}, at);
@@ -272,8 +269,7 @@ bool UiMonkey::type()
     QPointer<QWidget> field = any(visibleWidgets(isTextField), nullptr);
     if (!field)
         return false;
-    Report ignored;
-    tap(field, ignored);
+    tap(field);
     if (!field)
         return true;
     QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : field.data();
@@ -288,10 +284,8 @@ bool UiMonkey::back()
 {
     for (QWidget *widget : visibleWidgets()) {
         auto *bar = qobject_cast<NavigationBar *>(widget);
-        if (bar && bar->backButton() && bar->backButton()->isVisible()) {
-            Report ignored;
-            return tap(bar->backButton(), ignored);
-        }
+        if (bar && bar->backButton() && bar->backButton()->isVisible())
+            return tap(bar->backButton());
     }
     // No way back on screen: what a hardware back key or Escape would do.
     QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : m_window.data();

@@ -64,7 +64,8 @@ private:
         return list.isEmpty() ? none : list.at(qsizetype(m_random.bounded(quint32(list.size()))));
     }
     [[nodiscard]] QPoint pointIn(const QWidget *widget);
-    bool tap(QWidget *widget, Report &report);
+    // Counted in the report's taps per screen when one is given.
+    bool tap(QWidget *widget, Report *report = nullptr);
     bool drag(QWidget *widget, QPoint from, QPoint to, std::chrono::milliseconds hold);
     bool swipe();
     bool pull();
