@@ -148,7 +148,6 @@ private slots:
     void attributedMessageShowsItsText();
     void missingHostStopsTheProcess();
     void plainTextJoinsRunsAndMarksImages();
-    void appendKeepsTheOrderOfBothTexts();
     void htmlEscapesStylesAndKeepsBlanks();
     void insertIntoCarriesFontsColoursAndImages();
     void evaluate_data();
@@ -393,10 +392,8 @@ void tst_AlertPresenter::plainTextJoinsRunsAndMarksImages()
     QCOMPARE(text.runs().size(), 4);
     QVERIFY(text.runs().at(0).isImage());
     QVERIFY(!text.runs().at(1).isImage());
-}
 
-void tst_AlertPresenter::appendKeepsTheOrderOfBothTexts()
-{
+    // A whole text appended keeps the order and the fonts of both.
     QFont light;
     light.setWeight(QFont::ExtraLight);
     AttributedText heading(QStringLiteral("\n Items:\n\n"), light);
