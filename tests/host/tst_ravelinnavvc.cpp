@@ -11,7 +11,6 @@
 #include "tasks/dashboardvm.h"
 
 #include <QObject>
-#include <QTimeZone>
 #include <QVariant>
 
 using namespace ravelin;
