@@ -144,9 +144,8 @@ void TestDemoData::thumbnailsFitTheThumbnailBox()
 
 void TestDemoData::namesTheLoopbackAddressForThirtyDays()
 {
-    const QDateTime now(QDate(2026, 3, 14), QTime(12, 0, 0), Qt::UTC);
     const SelfSignedCertificate made = SelfSignedCertificate::create(
-        std::chrono::system_clock::time_point(std::chrono::milliseconds(now.toMSecsSinceEpoch())));
+        std::chrono::system_clock::time_point(std::chrono::milliseconds(kNow.toMSecsSinceEpoch())));
     const QList<QSslCertificate> parsed = QSslCertificate::fromData(made.certificatePem(), QSsl::Pem);
     QCOMPARE(parsed.size(), 1);
     const QSslCertificate &certificate = parsed.first();
@@ -154,8 +153,8 @@ void TestDemoData::namesTheLoopbackAddressForThirtyDays()
     QVERIFY(certificate.isSelfSigned());
     QCOMPARE(certificate.subjectAlternativeNames().values(QSsl::IpAddressEntry), QStringList{"127.0.0.1"});
     QCOMPARE(certificate.subjectAlternativeNames().values(QSsl::DnsEntry), QStringList{"localhost"});
-    QCOMPARE(certificate.effectiveDate(), now.addSecs(-3600));
-    QCOMPARE(certificate.expiryDate(), now.addDays(30));
+    QCOMPARE(certificate.effectiveDate(), kNow.addSecs(-3600));
+    QCOMPARE(certificate.expiryDate(), kNow.addDays(30));
 }
 
 void TestDemoData::everyKeyIsNewAndMatchesItsCertificate()

@@ -60,9 +60,9 @@ void TestSwitchableNetworkAccess::offlineRequestFailsAtOnce_data()
     QTest::addColumn<bool>("abortFirst");
     QTest::addColumn<int>("error");
 
-    QTest::newRow("GET") << QByteArray("GET") << false << int(QNetworkReply::NetworkSessionFailedError);
-    QTest::newRow("POST with a body") << QByteArray("POST") << false << int(QNetworkReply::NetworkSessionFailedError);
-    QTest::newRow("custom verb") << QByteArray("PATCH") << false << int(QNetworkReply::NetworkSessionFailedError);
+    // Every verb takes the same way; a GET through get(): switchRoutesRequests.
+    QTest::newRow("custom verb with a body")
+        << QByteArray("PATCH") << false << int(QNetworkReply::NetworkSessionFailedError);
     QTest::newRow("aborted before it failed")
         << QByteArray("GET") << true << int(QNetworkReply::OperationCanceledError);
 }

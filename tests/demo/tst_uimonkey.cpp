@@ -1,13 +1,7 @@
 #include "uimonkey.h"
 
-#include "demo/app/demohostwindow.h"
-#include "demo/app/switchablenetworkaccess.h"
-#include "demo/server/demodata.h"
-#include "demo/server/demoserver.h"
-#include "host/notificationcenter.h"
+#include "demorig.h"
 
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cstdio>
@@ -22,18 +16,12 @@ constexpr quint32 defaultSeed = 20261120;
 constexpr int defaultActions = 300;
 constexpr int progressEvery = 1000;
 
-quint32 seedFromEnvironment()
+// A positive number from the environment, else the default.
+quint32 fromEnvironment(const char *name, quint32 fallback)
 {
     bool ok = false;
-    const quint32 seed = qEnvironmentVariable("RAVELIN_MONKEY_SEED").toUInt(&ok);
-    return ok ? seed : defaultSeed;
-}
-
-int actionsFromEnvironment()
-{
-    bool ok = false;
-    const int actions = qEnvironmentVariableIntValue("RAVELIN_MONKEY_ACTIONS", &ok);
-    return ok && actions > 0 ? actions : defaultActions;
+    const quint32 value = qEnvironmentVariable(name).toUInt(&ok);
+    return ok && value > 0 ? value : fallback;
 }
 
 } // namespace
@@ -51,32 +39,15 @@ private slots:
 
 void TestUiMonkey::walk()
 {
-    const quint32 seed = seedFromEnvironment();
-    const int actions = actionsFromEnvironment();
+    const quint32 seed = fromEnvironment("RAVELIN_MONKEY_SEED", defaultSeed);
+    const int actions = int(fromEnvironment("RAVELIN_MONKEY_ACTIONS", defaultActions));
     std::printf("UI monkey: seed %u, %d actions (replay with RAVELIN_MONKEY_SEED=%u RAVELIN_MONKEY_ACTIONS=%d)\n", seed,
                 actions, seed, actions);
     std::fflush(stdout);
 
-    const DemoClock clock = systemDemoClock();
-    const DemoData data = DemoData::seeded(clock());
-    DemoServer server(data, clock);
-    QVERIFY(server.start(0));
-    QTemporaryDir dir;
-    QSettings settings(dir.filePath(QStringLiteral("defaults.ini")), QSettings::IniFormat);
-    SwitchableNetworkAccess network;
-    NotificationCenter center;
-
-    HostSetup setup;
-    setup.baseUrl = server.baseUrl();
-    setup.certificatePem = server.certificatePem();
-    for (const DemoUser &user : server.users()) {
-        if (user.canSignIn)
-            setup.workers.append({user.id, user.name, user.icon, QStringLiteral("Field worker")});
-    }
-    for (const DemoTask &task : data.tasks)
-        setup.tasks.append({task.id, task.name, task.assignedUserId});
-    auto window = std::make_unique<DemoHostWindow>(
-        setup, DemoHostWindow::Environment{&settings, &network, &center, systemClock()});
+    test::DemoRig rig;
+    QVERIFY(rig.server.start(0));
+    auto window = std::make_unique<DemoHostWindow>(rig.setup(), rig.environment());
     window->show();
     QVERIFY(QTest::qWaitForWindowExposed(window.get()));
 

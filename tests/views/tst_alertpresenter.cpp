@@ -24,7 +24,6 @@
 #include <QTextDocument>
 #include <QTextFragment>
 #include <QTextImageFormat>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <memory>
 
@@ -149,7 +148,6 @@ private slots:
     void attributedMessageShowsItsText();
     void missingHostStopsTheProcess();
     void plainTextJoinsRunsAndMarksImages();
-    void appendKeepsTheOrderOfBothTexts();
     void htmlEscapesStylesAndKeepsBlanks();
     void insertIntoCarriesFontsColoursAndImages();
     void evaluate_data();
@@ -162,9 +160,8 @@ private slots:
     void setTextLeavesThePlaceholderStateAlone();
     void editsKeepToTheLimit_data();
     void editsKeepToTheLimit();
-    void showAndHideReachTheScreenOnce();
     void removedOrDestroyedScreensHearNothing();
-    void notifierPostsOnlyChanges();
+    void notifierPostsOnlyChangesToTheScreenOnce();
 };
 
 void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
@@ -322,9 +319,7 @@ void tst_AlertPresenter::transientAlertDismissesItselfThenCompletes()
     QVERIFY(shown.elapsed() >= delayMilliseconds);
     QVERIFY(goneWhenCompleted);
     // Once only: a later turn of the event loop adds nothing.
-    bool later = false;
-    QTimer::singleShot(delayMilliseconds, [&later] { later = true; });
-    QTRY_VERIFY_WITH_TIMEOUT(later, delayMilliseconds + 5000);
+    QTest::qWait(delayMilliseconds + 50);
     QCOMPARE(completions, 1);
 }
 
@@ -348,9 +343,7 @@ void tst_AlertPresenter::transientCompletionDoesNotOutliveItsHost()
                                                 std::chrono::milliseconds(10), [&completed] { completed = true; });
     }
     QVERIFY(view.isNull());
-    bool later = false;
-    QTimer::singleShot(50, [&later] { later = true; });
-    QTRY_VERIFY_WITH_TIMEOUT(later, 5000);
+    QTest::qWait(50);
     QVERIFY(!completed);
 }
 
@@ -399,10 +392,8 @@ void tst_AlertPresenter::plainTextJoinsRunsAndMarksImages()
     QCOMPARE(text.runs().size(), 4);
     QVERIFY(text.runs().at(0).isImage());
     QVERIFY(!text.runs().at(1).isImage());
-}
 
-void tst_AlertPresenter::appendKeepsTheOrderOfBothTexts()
-{
+    // A whole text appended keeps the order and the fonts of both.
     QFont light;
     light.setWeight(QFont::ExtraLight);
     AttributedText heading(QStringLiteral("\n Items:\n\n"), light);
@@ -636,21 +627,6 @@ void tst_AlertPresenter::editsKeepToTheLimit()
     QCOMPARE(form.textView->text(), edited.left(512));
 }
 
-void tst_AlertPresenter::showAndHideReachTheScreenOnce()
-{
-    NotificationCenter center;
-    Screen screen;
-    screen.addKeyboardObservers(center);
-    screen.addKeyboardObservers(center);
-
-    const QRectF frame(0, 500, 390, 344);
-    center.post(KeyboardNotificationNames::keyboardWillShow, frame);
-    center.post(KeyboardNotificationNames::keyboardWillShow, QStringLiteral("not a frame"));
-    center.post(KeyboardNotificationNames::keyboardWillHide);
-    QCOMPARE(screen.shown, (QList<QRectF>{frame, QRectF()}));
-    QCOMPARE(screen.hidden, 1);
-}
-
 void tst_AlertPresenter::removedOrDestroyedScreensHearNothing()
 {
     NotificationCenter center;
@@ -671,10 +647,12 @@ void tst_AlertPresenter::removedOrDestroyedScreensHearNothing()
     center.post(KeyboardNotificationNames::keyboardWillHide);
 }
 
-void tst_AlertPresenter::notifierPostsOnlyChanges()
+void tst_AlertPresenter::notifierPostsOnlyChangesToTheScreenOnce()
 {
     NotificationCenter center;
     Screen screen;
+    // Registered twice, the screen still hears each change once.
+    screen.addKeyboardObservers(center);
     screen.addKeyboardObservers(center);
     KeyboardNotifier notifier(center, nullptr);
     const QRectF low(0, 500, 390, 344);
@@ -685,7 +663,9 @@ void tst_AlertPresenter::notifierPostsOnlyChanges()
     notifier.keyboardChanged(true, high);
     notifier.keyboardChanged(false, QRectF());
     notifier.keyboardChanged(false, QRectF());
-    QCOMPARE(screen.shown, (QList<QRectF>{low, high}));
+    // A show posted without a frame reaches the screen with an empty one.
+    center.post(KeyboardNotificationNames::keyboardWillShow, QStringLiteral("not a frame"));
+    QCOMPARE(screen.shown, (QList<QRectF>{low, high, QRectF()}));
     QCOMPARE(screen.hidden, 1);
 }
 
