@@ -17,7 +17,7 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
+#include <numeric>
 
 namespace ravelin::test {
 
@@ -134,8 +134,14 @@ QString UiMonkey::describe(const Report &report)
 
 UiMonkey::Action UiMonkey::pickAction()
 {
-    std::discrete_distribution<int> weighted(actionWeights.cbegin(), actionWeights.cend());
-    return Action(weighted(m_random));
+    // Drawn with the generator's own bounded(), so that a seed replays the same walk.
+    int roll = int(m_random.bounded(std::accumulate(actionWeights.cbegin(), actionWeights.cend(), 0)));
+    for (std::size_t i = 0; i < actionWeights.size(); ++i) {
+        if (roll < actionWeights[i])
+            return Action(i);
+        roll -= actionWeights[i];
+    }
+    return Action::tap;
 }
 
 bool UiMonkey::perform(Action action, Report &report)
