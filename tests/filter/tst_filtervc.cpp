@@ -3,10 +3,8 @@
 #include "filter/listpicker.h"
 #include "filter/pickerwheel.h"
 #include "host/navigationbar.h"
-#include "host/notificationcenter.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "tasks/dashboardvm.h"
 #include "views/segmentedcontrol.h"
@@ -21,9 +19,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
 QDateTime local(int y, int m, int d, int h = 12)
 {
@@ -48,7 +43,7 @@ void turn(PickerWheel *wheel, int notches)
 
 } // namespace
 
-class TestFilterVC : public QObject
+class TestFilterVC : public ScreenTest
 {
     Q_OBJECT
 
@@ -58,7 +53,7 @@ private slots:
     void cleanup()
     {
         m_log.reset();
-        m_api.reset();
+        closeHost();
     }
 
     void loadsTheCurrentChoices();
@@ -87,8 +82,6 @@ private:
         return *host.dashboard()->viewModel()->filterData();
     }
 
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
     std::unique_ptr<LogCapture> m_log;
 };
 
@@ -102,8 +95,7 @@ void TestFilterVC::initTestCase()
 void TestFilterVC::init()
 {
     // Kept in id order behind "All": All (0), Meters (1), Pumps (3).
-    m_api = std::make_unique<ApiHarness>(
-        QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
+    startHarness({{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
     m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
     m_log = std::make_unique<LogCapture>();
 }

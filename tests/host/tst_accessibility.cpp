@@ -1,7 +1,5 @@
-#include "host/notificationcenter.h"
 #include "resources/namedcolors.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "tasks/taskcard.h"
 #include "tasks/taskcollectionmodel.h"
@@ -20,9 +18,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
 QAccessibleInterface *accessible(QObject *object)
 {
@@ -144,7 +139,7 @@ bool tabTo(const QString &name)
 
 } // namespace
 
-class TestAccessibility : public QObject
+class TestAccessibility : public ScreenTest
 {
     Q_OBJECT
 
@@ -152,8 +147,7 @@ private slots:
     void init();
     void cleanup()
     {
-        m_host.reset();
-        m_api.reset();
+        closeHost();
         NamedColors::setAppearance(Appearance::light);
     }
 
@@ -174,16 +168,11 @@ private:
     [[nodiscard]] QWidget *view(const QString &objectName) const;
     // Where the worker is: the top screen, a presented screen, an alert.
     [[nodiscard]] QString where() const;
-
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
-    TestPicker m_picker;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestAccessibility::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{1, "Meters"}, {3, "Pumps"}});
+    startHarness({{1, "Meters"}, {3, "Pumps"}});
     const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 2}}};
@@ -228,10 +217,7 @@ QString TestAccessibility::where() const
 bool TestAccessibility::open(const QString &screen)
 {
     m_picker.next = std::nullopt;
-    RavelinNavVC::Environment environment;
-    environment.imagePicker = &m_picker;
-    m_host = showHost(*m_api, m_center, std::move(environment));
-    m_host->activateWindow();
+    openHost().activateWindow();
     // Three sections; the second's first task has four items and four comment rows.
     return openScreen(*m_host, screen, ScreenRoute{.sections = 3, .taskRow = 1, .items = 4, .commentRows = 4},
                       timeoutMs);

@@ -1,4 +1,3 @@
-#include "host/notificationcenter.h"
 #include "items/blocktaskvc.h"
 #include "items/blocktaskvcdelegate.h"
 #include "items/blocktaskvm.h"
@@ -8,8 +7,7 @@
 #include "items/itemstexts.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "views/segmentedcontrol.h"
 #include "views/textviewwithplaceholder.h"
@@ -22,16 +20,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-constexpr qint64 taskId = 8;
-const QString itemsPath = QStringLiteral("/api/items/taskId/8");
-
-QJsonObject bodyOf(const RecordedRequest &request)
-{
-    const QJsonDocument document = QJsonDocument::fromJson(request.body);
-    return document.object();
-}
 
 // Counts what the sheets report once they have closed.
 struct Reports
@@ -47,17 +35,13 @@ struct Reports
 
 // The note sheets send once however often the worker taps while a request runs.
 
-class TestItemsVC : public QObject
+class TestItemsVC : public ScreenTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_host.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeHost(); }
 
     void headerCountsAndFilteredRows();
     void multipleSelectionWithNothingChosen();
@@ -78,34 +62,24 @@ private:
     // The dashboard with one in-progress task, opened on its items screen.
     ItemsVC *openItems(const QJsonArray &items);
     [[nodiscard]] Screen *presented() const { return m_host ? m_host->presentedScreen() : nullptr; }
-
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
-    TestPicker m_picker;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestItemsVC::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
-    m_api->server.on(
-        "GET", "/api/tasks/assigned-user/7",
-        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    startHarness();
+    servePumpStation();
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("PUT", "/api/task/8", [](const RecordedRequest &request) {
-        return CannedResponse{
-            200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
+        const int status = QJsonDocument::fromJson(request.body).object().value("task_status_id").toInt();
+        return CannedResponse{200, answer(taskJson(taskId, "Pump station", status))};
     });
 }
 
 ItemsVC *TestItemsVC::openItems(const QJsonArray &items)
 {
     m_api->server.on("GET", itemsPath, CannedResponse{200, answer(items)});
-    RavelinNavVC::Environment environment;
-    environment.imagePicker = &m_picker;
-    m_host = showHost(*m_api, m_center, std::move(environment));
-    return openOnlyTask(*m_host, int(items.size()), timeoutMs);
+    return openOnlyTask(openHost(), int(items.size()), timeoutMs);
 }
 
 void TestItemsVC::headerCountsAndFilteredRows()
@@ -327,7 +301,7 @@ void TestItemsVC::completingReachesTheDashboard()
 {
     ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
     QVERIFY(screen);
-    const int fetches = m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7"));
+    const int fetches = m_api->server.requestCount(tasksPath);
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
     QCOMPARE(
         topAlert(screen).mid(0, 2),
@@ -335,8 +309,7 @@ void TestItemsVC::completingReachesTheDashboard()
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
     // The rest of the body: tst_apidata updateTaskStatusBody.
     QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
-    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7")) > fetches,
-                             timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) > fetches, timeoutMs);
 }
 
 void TestItemsVC::closingWhileLoading()

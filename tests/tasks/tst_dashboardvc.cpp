@@ -1,9 +1,7 @@
-#include "host/notificationcenter.h"
 #include "host/taskupdateevent.h"
 #include "support/fatalerrortrap.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
@@ -22,16 +20,11 @@
 #include <QWheelEvent>
 
 #include <algorithm>
-#include <atomic>
-#include <thread>
 
 using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
 // The dashboard with its transitions recorded: the destinations are plain
 // screens, and the task handed to each is kept.
@@ -82,7 +75,7 @@ QList<int> sliceValues(const PieChartView *chart)
 
 } // namespace
 
-class TestDashboardVC : public QObject
+class TestDashboardVC : public ScreenTest
 {
     Q_OBJECT
 
@@ -90,9 +83,8 @@ private slots:
     void init();
     void cleanup()
     {
-        m_host.reset();
+        closeHost();
         m_log.reset();
-        m_api.reset();
     }
 
     // The screen over the loopback server.
@@ -118,29 +110,25 @@ private:
     // the first appearance to be shown; its dashboard, nullptr when that does not happen.
     RecordingDashboard *loaded(const QJsonArray &tasks);
 
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestDashboardVC::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
+    startHarness({{3, "Pumps"}, {1, "Meters"}});
     serveTasks({});
     m_log = std::make_unique<LogCapture>();
 }
 
 std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
 {
-    return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard, .shown = false});
+    return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard});
 }
 
 RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
 {
     serveTasks(tasks);
     m_host = makeHost();
-    m_host->show();
     auto *dashboard = static_cast<RecordingDashboard *>(m_host->dashboard());
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
@@ -194,13 +182,8 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
 {
     // The answer waits until the test lets it go.
     auto release = std::make_shared<std::atomic<bool>>(false);
-    m_api->server.on("GET", tasksPath, [release](const RecordedRequest &) {
-        for (int i = 0; i < 500 && !release->load(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return CannedResponse{200, answer(QJsonArray{})};
-    });
+    m_api->server.on("GET", tasksPath, heldAnswer(release, CannedResponse{200, answer(QJsonArray{})}));
     auto host = makeHost();
-    host->show();
     DashboardVC *dashboard = host->dashboard();
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), 2, timeoutMs);
     QVERIFY(dashboard->refreshControl()->isRefreshing());
@@ -515,7 +498,6 @@ void TestDashboardVC::closingWhileFetching()
         return CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})};
     });
     auto host = makeHost();
-    host->show();
     QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) >= 1, timeoutMs);
     QPointer<DashboardVC> dashboard = host->dashboard();
     host.reset();
