@@ -17,10 +17,7 @@ constexpr int timeoutMs = 10000;
 
 QStringList texts(const QList<CommentPtr> &comments)
 {
-    QStringList out;
-    for (const CommentPtr &c : comments)
-        out.append(c->text.value_or(QStringLiteral("<none>")));
-    return out;
+    return mapped(comments, [](const CommentPtr &c) { return c->text.value_or(QStringLiteral("<none>")); });
 }
 
 CommentPtr makeComment(QList<qint64> itemIds, bool incident, std::optional<QString> text = QStringLiteral("t"))

@@ -5,6 +5,7 @@
 #include "comments/thumbnailcache.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
+#include "support/fixtures.h"
 #include "support/testpicker.h"
 
 #include <QAbstractItemModelTester>
@@ -149,12 +150,8 @@ void TestCommentThreadModel::answersTakenRowByRow()
 {
     QFETCH(QList<int>, before);
     QFETCH(QList<int>, after);
-    const auto comments = [this](const QList<int> &minutes) {
-        QList<CommentPtr> out;
-        for (const int ago : minutes)
-            out.append(comment(ago));
-        return out;
-    };
+    const auto comments
+        = [this](const QList<int> &minutes) { return mapped(minutes, [this](int ago) { return comment(ago); }); };
 
     m_viewModel->setComments(comments(before));
     CommentThreadModel model(fixedClock(m_api->now));
@@ -167,15 +164,9 @@ void TestCommentThreadModel::answersTakenRowByRow()
     m_viewModel->setComments(comments(after));
     model.reload();
 
-    const auto ranges = [](const QSignalSpy &spy) {
-        QStringList out;
-        for (const QList<QVariant> &signal : spy)
-            out.append(QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt()));
-        return out;
-    };
     QCOMPARE(resets.size(), 0);
-    QTEST(ranges(removes), "removed");
-    QTEST(ranges(inserts), "inserted");
+    QTEST(rowRanges(removes), "removed");
+    QTEST(rowRanges(inserts), "inserted");
     QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_viewModel->comments().first()->text);
 }
 

@@ -7,10 +7,13 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalSpy>
 #include <QString>
 #include <QStringList>
 
+#include <iterator>
 #include <optional>
+#include <type_traits>
 
 // Wire-form JSON of the server's records, for scripting the test server.
 namespace ravelin::test {
@@ -83,6 +86,24 @@ inline QString serverDate(TimePoint when)
 inline QByteArray answer(const QJsonValue &data)
 {
     return QJsonDocument(QJsonObject{{"success", true}, {"data", data}}).toJson(QJsonDocument::Compact);
+}
+
+// What `f` makes of each element of `list`, in order.
+template<class List, class F>
+auto mapped(const List &list, F f)
+{
+    QList<std::decay_t<decltype(f(*std::begin(list)))>> out;
+    for (const auto &element : list)
+        out.append(f(element));
+    return out;
+}
+
+// "first-last" of each range of rows a spy on rowsInserted or rowsRemoved heard.
+inline QStringList rowRanges(const QSignalSpy &spy)
+{
+    return mapped(spy, [](const QList<QVariant> &signal) {
+        return QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt());
+    });
 }
 
 } // namespace ravelin::test

@@ -65,14 +65,6 @@ void tap(TaskTableViewCell *row, int item, bool onButton = false)
                                : TaskCollectionViewCell::cardFrame(rect).center());
 }
 
-QList<int> sliceValues(const PieChartView *chart)
-{
-    QList<int> values;
-    for (const ChartSlice &slice : chart->slices())
-        values.append(slice.value);
-    return values;
-}
-
 } // namespace
 
 class TestDashboardVC : public ScreenTest
@@ -154,10 +146,8 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QVERIFY(dashboard);
     grabShot(*m_host, QStringLiteral("dashboard"));
 
-    QStringList headers;
-    for (QLabel *label : dashboard->sectionHeaderLabels())
-        headers.append(label->text());
-    QCOMPARE(headers, (QStringList{"ASSIGNED (1 task)", "IN PROGRESS (2 task)", "COMPLETED (1 task)"}));
+    QCOMPARE(mapped(dashboard->sectionHeaderLabels(), [](const QLabel *label) { return label->text(); }),
+             (QStringList{"ASSIGNED (1 task)", "IN PROGRESS (2 task)", "COMPLETED (1 task)"}));
 
     // One row per section; newest first within a section (the default sort); an
     // unknown category shows as the first one. What a card reads and how
@@ -173,7 +163,8 @@ void TestDashboardVC::sectionsHeadersAndCards()
     }
     QCOMPARE(cards, (QStringList{"Meter C|Meters", "Valve B|Pumps", "Valve A|Pumps", "Tank D|All"}));
 
-    QCOMPARE(sliceValues(dashboard->pieChartView()), (QList<int>{0, 1, 0, 2, 0, 1}));
+    QCOMPARE(mapped(dashboard->pieChartView()->slices(), [](const ChartSlice &slice) { return slice.value; }),
+             (QList<int>{0, 1, 0, 2, 0, 1}));
     QVERIFY(dashboard->headerView()->isVisible());
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }

@@ -23,14 +23,10 @@ constexpr int timeoutMs = 10000;
 
 QStringList sectionHeaders(const QList<TaskSection> &sections)
 {
-    QStringList out;
-    for (const TaskSection &s : sections) {
-        QStringList names;
-        for (const TaskPtr &t : s.tasks)
-            names.append(t->name);
-        out.append(TaskStatuses::rawValue(*s.status) + QLatin1Char(':') + names.join(QLatin1Char(',')));
-    }
-    return out;
+    return mapped(sections, [](const TaskSection &s) {
+        const QStringList names = mapped(s.tasks, [](const TaskPtr &t) { return t->name; });
+        return TaskStatuses::rawValue(*s.status) + QLatin1Char(':') + names.join(QLatin1Char(','));
+    });
 }
 
 struct Row
@@ -59,10 +55,7 @@ TaskList makeList(const QList<Row> &rows, SortKey key = SortKey::date, SortOrder
 
 QList<qint64> ids(const QList<TaskPtr> &tasks)
 {
-    QList<qint64> out;
-    for (const TaskPtr &t : tasks)
-        out.append(t->id);
-    return out;
+    return mapped(tasks, [](const TaskPtr &t) { return t->id; });
 }
 
 TaskPtr makeTask(qint64 id, TaskStatus status, TaskPriority priority, qint64 progress)
