@@ -1,9 +1,5 @@
 #include "items/blocktaskvc.h"
-#include "items/blocktaskvcdelegate.h"
-#include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
-#include "items/itemactionvcdelegate.h"
-#include "items/itemactionvm.h"
 #include "items/itemstexts.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
@@ -13,27 +9,10 @@
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
-#include <QFocusEvent>
 #include <QLabel>
 
 using namespace ravelin;
 using namespace ravelin::test;
-
-namespace {
-
-// Counts what the sheets report once they have closed.
-struct Reports
-    : ItemActionVCDelegate
-    , BlockTaskVCDelegate
-{
-    void didUpdateItemStatus(bool) override { ++count; }
-    void didBlockTask() override { ++count; }
-    int count = 0;
-};
-
-} // namespace
-
-// The note sheets send once however often the worker taps while a request runs.
 
 class TestItemsVC : public ScreenTest
 {
@@ -352,48 +331,37 @@ void TestItemsVC::oneRequestForADoubleTap_data()
     QTest::newRow("block the task") << QStringLiteral("block") << "/api/comment";
 }
 
+// The note sheets send once however often the worker taps while a request runs.
 void TestItemsVC::oneRequestForADoubleTap()
 {
     QFETCH(QString, sheet);
     QFETCH(QString, path);
-
-    ApiHarness api;
-    api.server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
-    api.server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
-    auto task = std::make_shared<Task>();
-    task->id = 5;
-    auto item = std::make_shared<Item>();
-    item->id = 11;
-    item->taskId = 5;
-    Reports reports;
-
-    std::unique_ptr<NoteSheet> screen;
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    AlertLog alerts;
     std::function<void()> tap;
     if (sheet == "block") {
-        auto *block = new BlockTaskVC;
-        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), api.users));
-        block->setDelegate(&reports);
+        QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
+        auto *block = qobject_cast<BlockTaskVC *>(presented());
+        QVERIFY(block);
         tap = [block] { block->block(); };
-        screen.reset(block);
     } else {
-        auto *action = new ItemActionVC;
-        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), api.users));
-        action->setDelegate(&reports);
+        screen->actOnRow(0);
+        auto *action = qobject_cast<ItemActionVC *>(presented());
+        QVERIFY(action);
         tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
                                 : std::function<void()>([action] { action->complete(); });
-        screen.reset(action);
     }
-    screen->loadViewIfNeeded();
-    // The worker taps into the note (the placeholder goes) and writes.
-    QFocusEvent focusIn(QEvent::FocusIn);
-    QCoreApplication::sendEvent(screen->noteField(), &focusIn);
-    screen->noteField()->setText(QStringLiteral("Valve seized"));
+    auto *note = qobject_cast<NoteSheet *>(presented());
+    note->noteField()->setFocus();
+    QTest::keyClicks(note->noteField(), QStringLiteral("Valve seized"));
 
     tap();
     tap();
-    // Once the answer has closed the sheet, one request went out and one report came back.
-    QTRY_COMPARE_WITH_TIMEOUT(reports.count, 1, timeoutMs);
-    QCOMPARE(api.server.requests(path).size(), 1);
+    // Once the answer has closed the sheet, one request went out and one result was shown.
+    QTRY_VERIFY_WITH_TIMEOUT(!presented() && !alerts.shown.isEmpty(), timeoutMs);
+    QCOMPARE(m_api->server.requests(path).size(), 1);
+    QCOMPARE(alerts.shown.size(), 1);
 }
 
 QTEST_MAIN(TestItemsVC)

@@ -51,7 +51,6 @@ private slots:
     void reportNeedsANote();
     void updateBody_data();
     void updateBody();
-    void failedUpdateReportsFalse();
     void completesWhenTheManagerIsGone_data();
     void completesWhenTheManagerIsGone();
 
@@ -164,15 +163,6 @@ void TestItemViewModels::updateBody()
     QCOMPARE(sent.first().method, QByteArray("PUT"));
     QCOMPARE(QJsonDocument::fromJson(sent.first().body).object(),
              (QJsonObject{{"task_id", 5}, {"updater_user_id", 7}, {"items", expectedItems}}));
-}
-
-void TestItemViewModels::failedUpdateReportsFalse()
-{
-    m_api->server.on("PUT", "/api/item/status", CannedResponse{500, {}});
-    ItemActionVM vm({itemOf(1)}, m_task, &m_api->manager, QString(), m_api->users);
-    LogCapture log;
-    QCOMPARE(reported([&](auto done) { vm.update(ItemStatus::nok, QStringLiteral("x"), std::nullopt, done); }), false);
-    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
 void TestItemViewModels::completesWhenTheManagerIsGone_data()

@@ -238,8 +238,6 @@ void TestDashboardVC::statusChanges_data()
     QTest::newRow("acknowledge, then refresh") << 2 << "Acknowledge task `Pump`" << 3 << false;
     QTest::newRow("start, then open") << 3 << "Start task `Pump`" << 4 << true;
     QTest::newRow("unblock, then open") << 5 << "Unblock task `Pump`" << 4 << true;
-    // Another screen changes the status through the dashboard, without asking.
-    QTest::newRow("completed elsewhere, then refresh") << 4 << QString() << 6 << false;
 }
 
 void TestDashboardVC::statusChanges()
@@ -258,13 +256,9 @@ void TestDashboardVC::statusChanges()
     TaskTableViewCell *row = dashboard->rows().first();
     const TaskPtr task = row->tasks().first();
     const int fetches = m_api->server.requestCount(tasksPath);
-    if (title.isEmpty()) {
-        dashboard->changeTaskStatus(task, TaskStatus::complete);
-    } else {
-        tap(row, 0);
-        QCOMPARE(topAlert(dashboard), (QStringList{title, DashboardTexts::statusPrompt(*task)->message, "Yes/No"}));
-        QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
-    }
+    tap(row, 0);
+    QCOMPARE(topAlert(dashboard), (QStringList{title, DashboardTexts::statusPrompt(*task)->message, "Yes/No"}));
+    QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("Yes")));
 
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(taskPath), 1, timeoutMs);
     const QJsonObject body = QJsonDocument::fromJson(m_api->server.requests(taskPath).first().body).object();
