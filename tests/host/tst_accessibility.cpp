@@ -72,18 +72,13 @@ ListItems listItems(QAbstractItemView *view)
     return items;
 }
 
-QWidget *focused()
-{
-    return QApplication::focusWidget();
-}
-
 // One round of Tab from where the focus is, by the names heard on the way.
 QStringList tabRound()
 {
     QStringList names;
     QWidget *first = nullptr;
     for (int presses = 0; presses < 40; ++presses) {
-        QWidget *now = focused();
+        QWidget *now = QApplication::focusWidget();
         if (!now)
             return names << QStringLiteral("(no focus)");
         if (now == first)
@@ -130,9 +125,9 @@ QStringList smallTargets(const QWidget *window)
 bool tabTo(const QString &name)
 {
     for (int presses = 0; presses < 40; ++presses) {
-        if (focused() && nameOf(focused()) == name)
+        if (QApplication::focusWidget() && nameOf(QApplication::focusWidget()) == name)
             return true;
-        QTest::keyClick(focused(), Qt::Key_Tab);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     return false;
 }
@@ -379,18 +374,14 @@ void TestAccessibility::keysAct()
     QVERIFY(tabTo(control));
     if (key == Qt::Key_Down) {
         // The last comment, the one with the picture, then Enter.
-        QTest::keyClick(focused(), Qt::Key_End);
-        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())->pictureRect(3).isEmpty(), timeoutMs);
-        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())
-                                      ->model()
-                                      ->index(3, 0)
-                                      .data(CommentThreadModel::ThumbnailRole)
-                                      .value<QImage>()
-                                      .isNull(),
-                                 timeoutMs);
+        auto *thread = qobject_cast<CommentThreadView *>(QApplication::focusWidget());
+        QTest::keyClick(thread, Qt::Key_End);
+        QTRY_VERIFY_WITH_TIMEOUT(!thread->pictureRect(3).isEmpty(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !thread->model()->index(3, 0).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull(), timeoutMs);
         key = Qt::Key_Return;
     }
-    QTest::keyClick(focused(), Qt::Key(key));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
     QTRY_COMPARE_WITH_TIMEOUT(where(), after, timeoutMs);
     if (screen == QLatin1String("items") && control == QLatin1String("Open")) {
         // The segment chosen from the keyboard filters the list.
@@ -400,7 +391,7 @@ void TestAccessibility::keysAct()
         // The date picker closed and the keyboard is back on its field.
         auto *filter = qobject_cast<FilterVC *>(m_host->topScreen());
         QVERIFY(!filter->inputSheet()->isPresented());
-        QCOMPARE(focused(), filter->dateStart());
+        QCOMPARE(QApplication::focusWidget(), filter->dateStart());
     }
 }
 
@@ -430,11 +421,11 @@ void TestAccessibility::focusIsVisibleInBothAppearances()
     QVERIFY(open(screen));
     for (const QString &control : controls) {
         QVERIFY2(tabTo(control), qPrintable(control));
-        QWidget *widget = focused();
+        QWidget *widget = QApplication::focusWidget();
         const QImage withFocus = widget->grab().toImage();
         grabShot(*m_host, QStringLiteral("focus-%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), control));
         QTest::keyClick(widget, Qt::Key_Tab);
-        QVERIFY(focused() != widget);
+        QVERIFY(QApplication::focusWidget() != widget);
         QVERIFY2(widget->grab().toImage() != withFocus, qPrintable(control));
     }
 }

@@ -84,13 +84,6 @@ QList<ItemPtr> items(const QString &rows)
     return out;
 }
 
-TaskPtr taskWith(const QString &rows)
-{
-    auto task = std::make_shared<Task>();
-    task->itemList.items = items(rows);
-    return task;
-}
-
 } // namespace
 
 class TestItem : public QObject
@@ -381,7 +374,8 @@ void TestItem::answerTakenRowByRow()
     QFETCH(ItemStatus, filterBefore);
     QFETCH(ItemStatus, filterAfter);
 
-    const TaskPtr task = taskWith(before);
+    const auto task = std::make_shared<Task>();
+    task->itemList.items = items(before);
     task->itemList.filterData.status = filterBefore;
     ItemListModel model;
     model.setTask(task);

@@ -48,16 +48,11 @@ protected:
     }
 };
 
-QModelIndex cardIndex(TaskTableViewCell *row, int item)
-{
-    return row->model()->index(item, 0);
-}
-
 // Taps a point of a card, brought into sight first: its middle, or its
 // acknowledge button.
 void tap(TaskTableViewCell *row, int item, bool onButton = false)
 {
-    const QModelIndex index = cardIndex(row, item);
+    const QModelIndex index = row->model()->index(item, 0);
     row->scrollTo(index);
     const QRect rect = row->visualRect(index);
     QTest::mouseClick(row->viewport(), Qt::LeftButton, {},
@@ -156,7 +151,7 @@ void TestDashboardVC::sectionsHeadersAndCards()
     QStringList cards;
     for (TaskTableViewCell *row : dashboard->rows()) {
         for (int item = 0; item < row->count(); ++item) {
-            const QModelIndex card = cardIndex(row, item);
+            const QModelIndex card = row->model()->index(item, 0);
             cards.append(card.data().toString() + QLatin1Char('|')
                          + card.data(TaskCollectionModel::CategoryRole).toString());
         }
@@ -210,10 +205,10 @@ void TestDashboardVC::acknowledgeButtonOnlyOnAssignedCards()
 
     // Held down, the painted button looks pressed; let go on it, it asks.
     TaskTableViewCell *assigned = dashboard->rows().at(1);
-    const QPoint button
-        = TaskCollectionViewCell::acknowledgeButtonRect(assigned->visualRect(cardIndex(assigned, 0))).center();
+    const QModelIndex card = assigned->model()->index(0, 0);
+    const QPoint button = TaskCollectionViewCell::acknowledgeButtonRect(assigned->visualRect(card)).center();
     QTest::mousePress(assigned->viewport(), Qt::LeftButton, {}, button);
-    QCOMPARE(dashboard->cardPainter()->pressedIndex(), cardIndex(assigned, 0));
+    QCOMPARE(dashboard->cardPainter()->pressedIndex(), card);
     QTest::mouseRelease(assigned->viewport(), Qt::LeftButton, {}, button);
     QVERIFY(!dashboard->cardPainter()->pressedIndex().isValid());
     QCOMPARE(topAlert(dashboard).value(0), QStringLiteral("Acknowledge task `Task 2`"));
