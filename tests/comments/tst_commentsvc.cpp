@@ -30,10 +30,6 @@ private slots:
 private:
     // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
     CommentsVC *openComments(bool waitForAnswer = true);
-    [[nodiscard]] QString serverDate(qint64 secondsAgo) const
-    {
-        return test::serverDate(m_api->now - std::chrono::seconds(secondsAgo));
-    }
 };
 
 void TestCommentsVC::init()
@@ -121,10 +117,9 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     auto release = std::make_shared<std::atomic<bool>>(false);
     m_api->server.onPrefix("GET", QStringLiteral("/files/thumbnails/"),
                            heldAnswer(release, CannedResponse{200, jpeg(Qt::darkGreen), "image/jpeg"}));
-    m_api->server.on("GET", commentsPath,
-                     CannedResponse{200,
-                                    answer(QJsonArray{commentJson("Gauge", serverDate(120), std::nullopt, false,
-                                                                  {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+    const QJsonObject comment = commentJson("Gauge", serverDate(m_api->now - std::chrono::minutes(2)), std::nullopt,
+                                            false, {"p/one.jpg", "p/two.jpg", "p/three.jpg"});
+    m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{comment})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadView *table = screen->tableView();

@@ -50,28 +50,6 @@ QString describe(QAccessibleInterface *interface)
              interface->text(QAccessible::Name));
 }
 
-// The items of a list as a screen reader reads them ("name | description")
-// and as automation finds them (the model's "identifier" role).
-struct ListItems
-{
-    QStringList read;
-    QStringList identifiers;
-};
-
-ListItems listItems(QAbstractItemView *view)
-{
-    ListItems items;
-    QAccessibleInterface *list = accessible(view);
-    const int identifierRole = view->model()->roleNames().key("identifier");
-    for (int i = 0; list && i < list->childCount(); ++i) {
-        QAccessibleInterface *item = list->child(i);
-        items.read.append(item->text(QAccessible::Name) + QStringLiteral(" | ") + item->text(QAccessible::Description));
-        const int row = item->tableCellInterface()->rowIndex();
-        items.identifiers.append(view->model()->index(row, 0).data(identifierRole).toString());
-    }
-    return items;
-}
-
 // One round of Tab from where the focus is, by the names heard on the way.
 QStringList tabRound()
 {
@@ -339,9 +317,19 @@ void TestAccessibility::listItemsCarryNamesAndIdentifiers()
     auto *listView = qobject_cast<QAbstractItemView *>(view(list));
     QVERIFY(listView);
     QTEST(nameOf(listView), "listName");
-    const ListItems items = listItems(listView);
-    QCOMPARE(items.read.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
-    QCOMPARE(items.identifiers, identifiers);
+    // The items as a screen reader reads them ("name | description") and as
+    // automation finds them (the model's "identifier" role).
+    QAccessibleInterface *accessibleList = accessible(listView);
+    const int identifierRole = listView->model()->roleNames().key("identifier");
+    QStringList itemsRead, itemIdentifiers;
+    for (int i = 0; accessibleList && i < accessibleList->childCount(); ++i) {
+        QAccessibleInterface *item = accessibleList->child(i);
+        itemsRead.append(item->text(QAccessible::Name) + QStringLiteral(" | ") + item->text(QAccessible::Description));
+        const int row = item->tableCellInterface()->rowIndex();
+        itemIdentifiers.append(listView->model()->index(row, 0).data(identifierRole).toString());
+    }
+    QCOMPARE(itemsRead.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
+    QCOMPARE(itemIdentifiers, identifiers);
 }
 
 void TestAccessibility::keysAct_data()

@@ -133,10 +133,7 @@ void TestDashboardVM::queryFollowsTheFilter()
     QVERIFY(fetch());
     const RecordedRequest r = m_api->server.requests().first();
     QCOMPARE(r.path, QStringLiteral("/api/tasks/assigned-user/7"));
-    QStringList items;
-    for (const auto &[name, value] : r.query)
-        items.append(name + QLatin1Char('=') + value);
-    QCOMPARE(items,
+    QCOMPARE(mapped(r.query, [](const auto &item) { return item.first + QLatin1Char('=') + item.second; }),
              (QStringList{"dateStart=1000", "dateEnd=2000", "priority=1", "task_category_id=3", "orderBy=priority",
                           "sortBy=ASC"}));
     QVERIFY(m_vm->sections().isEmpty());
