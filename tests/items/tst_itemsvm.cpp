@@ -13,8 +13,6 @@ using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-
 QJsonObject entry(qint64 id, int status, const QJsonValue &text, const QJsonValue &media)
 {
     return QJsonObject{{"id", id}, {"item_status_id", status}, {"text", text}, {"media_path", media}};
@@ -35,17 +33,13 @@ ItemPtr itemOf(qint64 id, QString name = {}, ItemStatus status = ItemStatus::ope
 
 } // namespace
 
-class TestItemViewModels : public QObject
+class TestItemViewModels : public ViewModelTest<ItemsVM>
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_vm.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeViewModel(); }
     void completeRules_data();
     void completeRules();
     void reportNeedsANote();
@@ -71,16 +65,11 @@ private:
     {
         return reported([this](auto done) { m_vm->fetchItems(done); }) == true;
     }
-    std::unique_ptr<ApiHarness> m_api;
-    TaskPtr m_task;
-    std::unique_ptr<ItemsVM> m_vm;
 };
 
 void TestItemViewModels::init()
 {
-    m_api = std::make_unique<ApiHarness>();
-    m_task = std::make_shared<Task>();
-    m_task->id = 5;
+    startHarness();
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_vm = std::make_unique<ItemsVM>(m_task, &m_api->manager, UsersData{});

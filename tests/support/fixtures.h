@@ -2,6 +2,8 @@
 
 #include "api/clock.h"
 #include "api/datecoding.h"
+#include "support/apiharness.h"
+#include "tasks/task.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -12,6 +14,7 @@
 #include <QStringList>
 
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <type_traits>
 
@@ -105,5 +108,32 @@ inline QStringList rowRanges(const QSignalSpy &spy)
         return QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt());
     });
 }
+
+// What the tests of a view model keep from init() to cleanup(): a harness
+// (m_api), task 5 (m_task) and the view model under test (m_vm).
+template<class VM>
+class ViewModelTest : public QObject
+{
+protected:
+    static constexpr int timeoutMs = 10000;
+
+    // A new harness, whose session has these task categories, and a new task 5 without items.
+    void startHarness(QList<TaskCategoryDefinition> categories = {})
+    {
+        m_api = std::make_unique<ApiHarness>(std::move(categories));
+        m_task = std::make_shared<Task>();
+        m_task->id = 5;
+    }
+    // The view model first, then the harness it works on.
+    void closeViewModel()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
+
+    std::unique_ptr<ApiHarness> m_api;
+    TaskPtr m_task;
+    std::unique_ptr<VM> m_vm;
+};
 
 } // namespace ravelin::test

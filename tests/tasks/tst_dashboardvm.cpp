@@ -19,8 +19,6 @@ using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-
 QStringList sectionHeaders(const QList<TaskSection> &sections)
 {
     return mapped(sections, [](const TaskSection &s) {
@@ -72,17 +70,13 @@ TaskPtr makeTask(qint64 id, TaskStatus status, TaskPriority priority, qint64 pro
 
 } // namespace
 
-class TestDashboardVM : public QObject
+class TestDashboardVM : public ViewModelTest<DashboardVM>
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_vm.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeViewModel(); }
     void queryFollowsTheFilter();
     void sectionsForMixedStatuses_data();
     void sectionsForMixedStatuses();
@@ -108,13 +102,11 @@ private:
     {
         return reported([this](auto done) { m_vm->fetchTasks(done); }) == true;
     }
-    std::unique_ptr<ApiHarness> m_api;
-    std::unique_ptr<DashboardVM> m_vm;
 };
 
 void TestDashboardVM::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}});
+    startHarness({{3, "Pumps"}, {1, "Meters"}});
     m_vm = std::make_unique<DashboardVM>(&m_api->manager, m_api->users, fixedClock(m_api->now));
 }
 
