@@ -143,10 +143,12 @@ void TestCommentsVM::details()
     QTEST(detail.details.has_value(), "hasDetails");
     QCOMPARE(detail.detailsText(), detailsText);
     QCOMPARE(detail.isTaskComment, isTaskComment);
+    QCOMPARE(detail.kind, QStringLiteral("Text"));
     QCOMPARE(detail.user, QStringLiteral("Ann Rivers"));
     for (const DetailFragment &f : detail.details.value_or(QList<DetailFragment>{})) {
         QTEST(f.iconName, "icon");
         QTEST(f.colorName, "colour");
+        QCOMPARE(f.alpha, 0.8);
     }
     comment->text.reset();
     QCOMPARE(CommentCellDetail::make(*comment, *m_task).text, QString());
