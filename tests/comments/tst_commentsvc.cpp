@@ -1,37 +1,21 @@
 #include "comments/custominputbar.h"
 #include "comments/imagevc.h"
-#include "host/notificationcenter.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QToolButton>
 
-#include <atomic>
-#include <thread>
-
 using namespace ravelin;
 using namespace ravelin::test;
 
-namespace {
-
-constexpr int timeoutMs = 10000;
-const QString commentsPath = QStringLiteral("/api/task/8/comments");
-
-} // namespace
-
-class TestCommentsVC : public QObject
+class TestCommentsVC : public ScreenTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_host.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeHost(); }
 
     void emptyOnlyOnceTheFetchIsOver();
     void sendRules_data();
@@ -46,35 +30,24 @@ private slots:
 private:
     // The comments screen of task 8, pushed over the dashboard; waits for its first answer.
     CommentsVC *openComments(bool waitForAnswer = true);
-    [[nodiscard]] QString serverDate(qint64 secondsAgo) const
-    {
-        return test::serverDate(m_api->now - std::chrono::seconds(secondsAgo));
-    }
-
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
-    TestPicker m_picker;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestCommentsVC::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
-    m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{})});
+    startHarness();
+    m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{})});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{})});
 }
 
 CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
 {
-    RavelinNavVC::Environment environment;
-    environment.imagePicker = &m_picker;
-    m_host = showHost(*m_api, m_center, std::move(environment));
+    openHost();
     auto task = std::make_shared<Task>();
-    task->id = 8;
+    task->id = taskId;
     auto *screen = new CommentsVC;
     screen->setViewModel(new CommentsVM(task, m_host->networkManager(), m_api->users));
-    screen->setTaskID(8);
+    screen->setTaskID(taskId);
     screen->setTitle(QStringLiteral("Comments"));
     m_host->push(screen);
     if (waitForAnswer
@@ -87,11 +60,7 @@ CommentsVC *TestCommentsVC::openComments(bool waitForAnswer)
 void TestCommentsVC::emptyOnlyOnceTheFetchIsOver()
 {
     auto release = std::make_shared<std::atomic<bool>>(false);
-    m_api->server.on("GET", commentsPath, [release](const RecordedRequest &) {
-        for (int i = 0; i < 500 && !release->load(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return CannedResponse{200, answer(QJsonArray{})};
-    });
+    m_api->server.on("GET", commentsPath, heldAnswer(release, CannedResponse{200, answer(QJsonArray{})}));
     CommentsVC *screen = openComments(false);
     QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(commentsPath) >= 1, timeoutMs);
     QVERIFY(screen->emptyMessageLabel()->isHidden());
@@ -146,15 +115,11 @@ void TestCommentsVC::sendRules()
 void TestCommentsVC::onePictureLoadedOnceAndOpened()
 {
     auto release = std::make_shared<std::atomic<bool>>(false);
-    m_api->server.onPrefix("GET", QStringLiteral("/files/thumbnails/"), [release](const RecordedRequest &) {
-        for (int i = 0; i < 500 && !release->load(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return CannedResponse{200, jpeg(Qt::darkGreen), "image/jpeg"};
-    });
-    m_api->server.on("GET", commentsPath,
-                     CannedResponse{200,
-                                    answer(QJsonArray{commentJson("Gauge", serverDate(120), std::nullopt, false,
-                                                                  {"p/one.jpg", "p/two.jpg", "p/three.jpg"})})});
+    m_api->server.onPrefix("GET", QStringLiteral("/files/thumbnails/"),
+                           heldAnswer(release, CannedResponse{200, jpeg(Qt::darkGreen), "image/jpeg"}));
+    const QJsonObject comment = commentJson("Gauge", serverDate(m_api->now - std::chrono::minutes(2)), std::nullopt,
+                                            false, {"p/one.jpg", "p/two.jpg", "p/three.jpg"});
+    m_api->server.on("GET", commentsPath, CannedResponse{200, answer(QJsonArray{comment})});
     CommentsVC *screen = openComments();
     QVERIFY(screen);
     CommentThreadView *table = screen->tableView();
@@ -182,7 +147,7 @@ void TestCommentsVC::onePictureLoadedOnceAndOpened()
     const auto thumbnails = m_api->server.requests(QStringLiteral("/files/thumbnails/thumb_p/one.jpg"));
     QCOMPARE(thumbnails.size(), 1);
     QCOMPARE(m_api->server.requests().size() - m_api->server.requests(commentsPath).size()
-                 - m_api->server.requests(QStringLiteral("/api/tasks/assigned-user/7")).size()
+                 - m_api->server.requests(tasksPath).size()
                  - m_api->server.requests(QStringLiteral("/api/settings-constants")).size()
                  - m_api->server.requests(QStringLiteral("/api/regenerate-token")).size(),
              1);

@@ -13,14 +13,9 @@ using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-
 QStringList texts(const QList<CommentPtr> &comments)
 {
-    QStringList out;
-    for (const CommentPtr &c : comments)
-        out.append(c->text.value_or(QStringLiteral("<none>")));
-    return out;
+    return mapped(comments, [](const CommentPtr &c) { return c->text.value_or(QStringLiteral("<none>")); });
 }
 
 CommentPtr makeComment(QList<qint64> itemIds, bool incident, std::optional<QString> text = QStringLiteral("t"))
@@ -37,17 +32,13 @@ CommentPtr makeComment(QList<qint64> itemIds, bool incident, std::optional<QStri
 } // namespace
 
 // Runs in New York time so that local days differ from UTC days.
-class TestCommentsVM : public QObject
+class TestCommentsVM : public ViewModelTest<CommentsVM>
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_vm.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeViewModel(); }
     void fetchGroupsByLocalDay();
     void fetchIgnoresTheSuccessFlag();
     void failedFetchKeepsComments();
@@ -63,16 +54,11 @@ private:
     {
         return reported([this](auto done) { m_vm->fetchComments(done); }) == true;
     }
-    std::unique_ptr<ApiHarness> m_api;
-    TaskPtr m_task;
-    std::unique_ptr<CommentsVM> m_vm;
 };
 
 void TestCommentsVM::init()
 {
-    m_api = std::make_unique<ApiHarness>();
-    m_task = std::make_shared<Task>();
-    m_task->id = 5;
+    startHarness();
     for (auto [id, name] : {std::pair{9, "Valve"}, std::pair{5, "Seal"}}) {
         auto item = std::make_shared<Item>();
         item->id = id;

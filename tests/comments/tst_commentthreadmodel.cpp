@@ -5,6 +5,7 @@
 #include "comments/thumbnailcache.h"
 #include "support/apiharness.h"
 #include "support/fatalerrortrap.h"
+#include "support/fixtures.h"
 #include "support/testpicker.h"
 
 #include <QAbstractItemModelTester>
@@ -18,7 +19,6 @@ using namespace std::chrono;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
 const QString thumbnails = QStringLiteral("/files/thumbnails/thumb_");
 
 QByteArray commentJson(const QByteArray &extra)
@@ -37,17 +37,13 @@ CommentPtr decodeOne(const QByteArray &extra)
 
 } // namespace
 
-class TestCommentThreadModel : public QObject
+class TestCommentThreadModel : public ViewModelTest<CommentsVM>
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_viewModel.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeViewModel(); }
 
     void daysAndTimes();
     void answersTakenRowByRow_data();
@@ -71,21 +67,16 @@ private:
     [[nodiscard]] CommentPtr comment(int minutesAgo, const QString &path = {}) const;
     // Comments 1..count, a minute apart, each with the picture "p/<n>.jpg".
     [[nodiscard]] QList<CommentPtr> pictureComments(int count) const;
-
-    std::unique_ptr<ApiHarness> m_api;
-    std::unique_ptr<CommentsVM> m_viewModel;
 };
 
 void TestCommentThreadModel::init()
 {
-    m_api = std::make_unique<ApiHarness>();
+    startHarness();
     m_api->server.onPrefix("GET", thumbnails, [](const RecordedRequest &request) {
         return request.path.contains(QStringLiteral("broken")) ? CannedResponse{500, {}, "image/jpeg"}
                                                                : CannedResponse{200, jpeg(), "image/jpeg"};
     });
-    auto task = std::make_shared<Task>();
-    task->id = 8;
-    m_viewModel = std::make_unique<CommentsVM>(task, &m_api->manager, UsersData{});
+    m_vm = std::make_unique<CommentsVM>(m_task, &m_api->manager, UsersData{});
 }
 
 CommentPtr TestCommentThreadModel::comment(int minutesAgo, const QString &path) const
@@ -114,9 +105,9 @@ QList<CommentPtr> TestCommentThreadModel::pictureComments(int count) const
 void TestCommentThreadModel::daysAndTimes()
 {
     // Yesterday's day and its comment, then today's; only the newest comment shows its time.
-    m_viewModel->setComments({comment(1), comment(26 * 60)});
+    m_vm->setComments({comment(1), comment(26 * 60)});
     CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_viewModel.get());
+    model.setViewModel(m_vm.get());
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     using K = CommentThreadModel::RowKind;
     QList<K> kinds;
@@ -149,42 +140,32 @@ void TestCommentThreadModel::answersTakenRowByRow()
 {
     QFETCH(QList<int>, before);
     QFETCH(QList<int>, after);
-    const auto comments = [this](const QList<int> &minutes) {
-        QList<CommentPtr> out;
-        for (const int ago : minutes)
-            out.append(comment(ago));
-        return out;
-    };
+    const auto comments
+        = [this](const QList<int> &minutes) { return mapped(minutes, [this](int ago) { return comment(ago); }); };
 
-    m_viewModel->setComments(comments(before));
+    m_vm->setComments(comments(before));
     CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_viewModel.get());
+    model.setViewModel(m_vm.get());
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
     QSignalSpy removes(&model, &QAbstractItemModel::rowsRemoved);
     QSignalSpy inserts(&model, &QAbstractItemModel::rowsInserted);
 
-    m_viewModel->setComments(comments(after));
+    m_vm->setComments(comments(after));
     model.reload();
 
-    const auto ranges = [](const QSignalSpy &spy) {
-        QStringList out;
-        for (const QList<QVariant> &signal : spy)
-            out.append(QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt()));
-        return out;
-    };
     QCOMPARE(resets.size(), 0);
-    QTEST(ranges(removes), "removed");
-    QTEST(ranges(inserts), "inserted");
-    QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_viewModel->comments().first()->text);
+    QTEST(rowRanges(removes), "removed");
+    QTEST(rowRanges(inserts), "inserted");
+    QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_vm->comments().first()->text);
 }
 
 void TestCommentThreadModel::picturesOnlyForTheRowsInSight()
 {
     // One day: a header, then twenty comments with a picture each.
-    m_viewModel->setComments(pictureComments(20));
+    m_vm->setComments(pictureComments(20));
     CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_viewModel.get());
+    model.setViewModel(m_vm.get());
     QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
     QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
 
@@ -210,9 +191,9 @@ void TestCommentThreadModel::picturesOnlyForTheRowsInSight()
 
 void TestCommentThreadModel::failedPictureAskedForWhenItsRowComesBack()
 {
-    m_viewModel->setComments({comment(2, QStringLiteral("p/broken.jpg")), comment(1, QStringLiteral("p/fine.jpg"))});
+    m_vm->setComments({comment(2, QStringLiteral("p/broken.jpg")), comment(1, QStringLiteral("p/fine.jpg"))});
     CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_viewModel.get());
+    model.setViewModel(m_vm.get());
     const QString broken = thumbnails + QStringLiteral("p/broken.jpg");
 
     model.setRowsInSight(0, 1);

@@ -3,10 +3,8 @@
 #include "filter/listpicker.h"
 #include "filter/pickerwheel.h"
 #include "host/navigationbar.h"
-#include "host/notificationcenter.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "tasks/dashboardvm.h"
 #include "views/segmentedcontrol.h"
@@ -21,9 +19,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
 QDateTime local(int y, int m, int d, int h = 12)
 {
@@ -48,7 +43,7 @@ void turn(PickerWheel *wheel, int notches)
 
 } // namespace
 
-class TestFilterVC : public QObject
+class TestFilterVC : public ScreenTest
 {
     Q_OBJECT
 
@@ -58,14 +53,12 @@ private slots:
     void cleanup()
     {
         m_log.reset();
-        m_api.reset();
+        closeHost();
     }
 
     void loadsTheCurrentChoices();
-    void apply_data();
-    void apply();
-    void leavingWithoutApplying_data();
-    void leavingWithoutApplying();
+    void applyOrLeave_data();
+    void applyOrLeave();
     void dateLimits_data();
     void dateLimits();
     void pickersAndDoneButtons();
@@ -87,8 +80,6 @@ private:
         return *host.dashboard()->viewModel()->filterData();
     }
 
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
     std::unique_ptr<LogCapture> m_log;
 };
 
@@ -102,8 +93,7 @@ void TestFilterVC::initTestCase()
 void TestFilterVC::init()
 {
     // Kept in id order behind "All": All (0), Meters (1), Pumps (3).
-    m_api = std::make_unique<ApiHarness>(
-        QList<TaskCategoryDefinition>{{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
+    startHarness({{3, "Pumps"}, {1, "Meters"}}); // now: 2026-11-20 11:15:30.123 in Berlin
     m_api->server.on("GET", tasksPath, CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})});
     m_log = std::make_unique<LogCapture>();
 }
@@ -172,8 +162,9 @@ void TestFilterVC::loadsTheCurrentChoices()
     grabShot(*host, QStringLiteral("filter-date-picker"));
 }
 
-void TestFilterVC::apply_data()
+void TestFilterVC::applyOrLeave_data()
 {
+    QTest::addColumn<QString>("leaveBy");
     QTest::addColumn<QString>("categoryText");
     QTest::addColumn<int>("priorityIndex");
     QTest::addColumn<int>("sortKeyIndex");
@@ -182,18 +173,26 @@ void TestFilterVC::apply_data()
     QTest::addColumn<QString>("orderBy");
     QTest::addColumn<QString>("sortBy");
 
-    // The shared choices start with the category Pumps.
+    // Applied, the shared choices start with the category Pumps.
     const TaskCategoryDefinition all{0, "All"}, meters{1, "Meters"}, pumps{3, "Pumps"};
     QTest::newRow("empty category: All, all priorities, newest first")
-        << QString() << 4 << 2 << 1 << all << QStringLiteral("date_created") << "DESC";
+        << "Apply" << QString() << 4 << 2 << 1 << all << QStringLiteral("date_created") << "DESC";
     QTest::newRow("Meters, Highest, by priority descending")
+        << "Apply"
         << "Meters" << 0 << 1 << 1 << meters << QStringLiteral("priority") << "DESC";
     // Not a category's exact name: the shared choice, Pumps, stays.
-    QTest::newRow("names match exactly") << "meters" << 3 << 2 << 0 << pumps << QStringLiteral("date_created") << "ASC";
+    QTest::newRow("names match exactly") << "Apply"
+                                         << "meters" << 3 << 2 << 0 << pumps << QStringLiteral("date_created") << "ASC";
+    // Left without applying: the choices and the dashboard's query stay as they were.
+    QTest::newRow("Clear") << "Clear"
+                           << "Meters" << 0 << 0 << 0 << all << QString() << QString();
+    QTest::newRow("the bar's back button") << "Back"
+                                           << "Meters" << 0 << 0 << 0 << all << QString() << QString();
 }
 
-void TestFilterVC::apply()
+void TestFilterVC::applyOrLeave()
 {
+    QFETCH(QString, leaveBy);
     QFETCH(QString, categoryText);
     QFETCH(int, priorityIndex);
     QFETCH(int, sortKeyIndex);
@@ -203,7 +202,11 @@ void TestFilterVC::apply()
 
     auto host = loadedHost();
     QVERIFY(host);
-    shared(*host).filteringConfig.selectedCategory = {3, "Pumps"};
+    const bool applies = leaveBy == QLatin1String("Apply");
+    if (applies)
+        shared(*host).filteringConfig.selectedCategory = {3, "Pumps"};
+    const TaskFilterData before = shared(*host);
+    const Query queryBefore = m_api->server.requests(tasksPath).last().query;
     QPointer<FilterVC> filter = openFilter(*host);
     QVERIFY(filter);
 
@@ -216,9 +219,20 @@ void TestFilterVC::apply()
     QTest::mouseClick(filter->sortOrderSegment()->segmentButton(sortOrderIndex), Qt::LeftButton);
     filter->categoryTextField()->setText(categoryText);
     m_api->server.clearRequests();
-    QTest::mouseClick(filter->applyButton(), Qt::LeftButton);
+    QWidget *button = applies ? filter->applyButton() : filter->clearButton();
+    if (leaveBy == QLatin1String("Back"))
+        button = host->navigationBar()->backButton();
+    QTest::mouseClick(button, Qt::LeftButton);
 
     const TaskFilterData &choices = shared(*host);
+    if (!applies) {
+        QCOMPARE(choices.filteringConfig, before.filteringConfig);
+        QCOMPARE(choices.sortingConfig, before.sortingConfig);
+        QVERIFY(QTest::qWaitFor([&] { return filter.isNull() && !m_api->server.requests(tasksPath).isEmpty(); },
+                                timeoutMs));
+        QCOMPARE(m_api->server.requests(tasksPath).first().query, queryBefore);
+        return;
+    }
     QTEST(choices.filteringConfig.selectedCategory, "category");
     QCOMPARE(choices.filteringConfig.selectedPriority, FilterVM::priorityAt(priorityIndex));
     QCOMPARE(choices.filteringConfig.dateStart, start);
@@ -229,40 +243,6 @@ void TestFilterVC::apply()
     // tst_dashboardvm queryFollowsTheFilter, tst_apidata queryItems).
     QCOMPARE(query->first().second, QString::number(start.toMSecsSinceEpoch()));
     QCOMPARE(query->mid(query->size() - 2), (Query{{"orderBy", orderBy}, {"sortBy", sortBy}}));
-}
-
-void TestFilterVC::leavingWithoutApplying_data()
-{
-    QTest::addColumn<bool>("back");
-    QTest::newRow("Clear") << false;
-    QTest::newRow("the bar's back button") << true;
-}
-
-void TestFilterVC::leavingWithoutApplying()
-{
-    QFETCH(bool, back);
-    auto host = loadedHost();
-    QVERIFY(host);
-    const TaskFilterData before = shared(*host);
-    const Query query = m_api->server.requests(tasksPath).last().query;
-    QPointer<FilterVC> filter = openFilter(*host);
-    QVERIFY(filter);
-
-    filter->dateStartPicker()->setDate(local(2026, 10, 5));
-    filter->dateEndPicker()->setDate(local(2026, 11, 10));
-    QTest::mouseClick(filter->prioritySegment()->segmentButton(0), Qt::LeftButton);
-    QTest::mouseClick(filter->sortKeySegment()->segmentButton(0), Qt::LeftButton);
-    QTest::mouseClick(filter->sortOrderSegment()->segmentButton(0), Qt::LeftButton);
-    filter->categoryTextField()->setText(QStringLiteral("Meters"));
-    m_api->server.clearRequests();
-    QTest::mouseClick(back ? static_cast<QWidget *>(host->navigationBar()->backButton()) : filter->clearButton(),
-                      Qt::LeftButton);
-
-    QCOMPARE(shared(*host).filteringConfig, before.filteringConfig);
-    QCOMPARE(shared(*host).sortingConfig, before.sortingConfig);
-    QVERIFY(
-        QTest::qWaitFor([&] { return filter.isNull() && !m_api->server.requests(tasksPath).isEmpty(); }, timeoutMs));
-    QCOMPARE(m_api->server.requests(tasksPath).first().query, query);
 }
 
 void TestFilterVC::dateLimits_data()

@@ -21,15 +21,11 @@ QDateTime utc(int y, int m, int d, int h, int min = 0)
     return QDateTime(QDate(y, m, d), QTime(h, min), Qt::UTC);
 }
 
+// The shared choices of a dashboard opened on 1 March 2026: all priorities and
+// categories, newest first.
 std::shared_ptr<TaskFilterData> sharedData()
 {
-    auto data = std::make_shared<TaskFilterData>();
-    data->filteringConfig.selectedPriority = TaskPriority::all;
-    data->filteringConfig.selectedCategory = {0, "All"};
-    data->filteringConfig.dateStart = QDateTime(QDate(2026, 1, 1), QTime(9, 0), Qt::UTC);
-    data->filteringConfig.dateEnd = QDateTime(QDate(2026, 3, 2), QTime(9, 0), Qt::UTC);
-    data->sortingConfig = SortConfiguration{SortKey::date, SortOrder::descending};
-    return data;
+    return TaskFilterData::makeDefault(fixedClock(toTimePoint(utc(2026, 3, 1, 9))), Settings::defaults());
 }
 
 } // namespace

@@ -1,7 +1,5 @@
-#include "host/notificationcenter.h"
 #include "resources/namedcolors.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "tasks/taskcard.h"
 #include "tasks/taskcollectionmodel.h"
@@ -20,9 +18,6 @@ using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
-
-constexpr int timeoutMs = 10000;
-const QString tasksPath = QStringLiteral("/api/tasks/assigned-user/7");
 
 QAccessibleInterface *accessible(QObject *object)
 {
@@ -55,40 +50,13 @@ QString describe(QAccessibleInterface *interface)
              interface->text(QAccessible::Name));
 }
 
-// The items of a list as a screen reader reads them ("name | description")
-// and as automation finds them (the model's "identifier" role).
-struct ListItems
-{
-    QStringList read;
-    QStringList identifiers;
-};
-
-ListItems listItems(QAbstractItemView *view)
-{
-    ListItems items;
-    QAccessibleInterface *list = accessible(view);
-    const int identifierRole = view->model()->roleNames().key("identifier");
-    for (int i = 0; list && i < list->childCount(); ++i) {
-        QAccessibleInterface *item = list->child(i);
-        items.read.append(item->text(QAccessible::Name) + QStringLiteral(" | ") + item->text(QAccessible::Description));
-        const int row = item->tableCellInterface()->rowIndex();
-        items.identifiers.append(view->model()->index(row, 0).data(identifierRole).toString());
-    }
-    return items;
-}
-
-QWidget *focused()
-{
-    return QApplication::focusWidget();
-}
-
 // One round of Tab from where the focus is, by the names heard on the way.
 QStringList tabRound()
 {
     QStringList names;
     QWidget *first = nullptr;
     for (int presses = 0; presses < 40; ++presses) {
-        QWidget *now = focused();
+        QWidget *now = QApplication::focusWidget();
         if (!now)
             return names << QStringLiteral("(no focus)");
         if (now == first)
@@ -135,16 +103,16 @@ QStringList smallTargets(const QWidget *window)
 bool tabTo(const QString &name)
 {
     for (int presses = 0; presses < 40; ++presses) {
-        if (focused() && nameOf(focused()) == name)
+        if (QApplication::focusWidget() && nameOf(QApplication::focusWidget()) == name)
             return true;
-        QTest::keyClick(focused(), Qt::Key_Tab);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     return false;
 }
 
 } // namespace
 
-class TestAccessibility : public QObject
+class TestAccessibility : public ScreenTest
 {
     Q_OBJECT
 
@@ -152,8 +120,7 @@ private slots:
     void init();
     void cleanup()
     {
-        m_host.reset();
-        m_api.reset();
+        closeHost();
         NamedColors::setAppearance(Appearance::light);
     }
 
@@ -174,16 +141,11 @@ private:
     [[nodiscard]] QWidget *view(const QString &objectName) const;
     // Where the worker is: the top screen, a presented screen, an alert.
     [[nodiscard]] QString where() const;
-
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
-    TestPicker m_picker;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestAccessibility::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{1, "Meters"}, {3, "Pumps"}});
+    startHarness({{1, "Meters"}, {3, "Pumps"}});
     const QJsonArray counts{QJsonObject{{"itemStatusId", 1}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 2}, {"count", 1}},
                             QJsonObject{{"itemStatusId", 3}, {"count", 2}}};
@@ -228,10 +190,7 @@ QString TestAccessibility::where() const
 bool TestAccessibility::open(const QString &screen)
 {
     m_picker.next = std::nullopt;
-    RavelinNavVC::Environment environment;
-    environment.imagePicker = &m_picker;
-    m_host = showHost(*m_api, m_center, std::move(environment));
-    m_host->activateWindow();
+    openHost().activateWindow();
     // Three sections; the second's first task has four items and four comment rows.
     return openScreen(*m_host, screen, ScreenRoute{.sections = 3, .taskRow = 1, .items = 4, .commentRows = 4},
                       timeoutMs);
@@ -358,9 +317,19 @@ void TestAccessibility::listItemsCarryNamesAndIdentifiers()
     auto *listView = qobject_cast<QAbstractItemView *>(view(list));
     QVERIFY(listView);
     QTEST(nameOf(listView), "listName");
-    const ListItems items = listItems(listView);
-    QCOMPARE(items.read.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
-    QCOMPARE(items.identifiers, identifiers);
+    // The items as a screen reader reads them ("name | description") and as
+    // automation finds them (the model's "identifier" role).
+    QAccessibleInterface *accessibleList = accessible(listView);
+    const int identifierRole = listView->model()->roleNames().key("identifier");
+    QStringList itemsRead, itemIdentifiers;
+    for (int i = 0; accessibleList && i < accessibleList->childCount(); ++i) {
+        QAccessibleInterface *item = accessibleList->child(i);
+        itemsRead.append(item->text(QAccessible::Name) + QStringLiteral(" | ") + item->text(QAccessible::Description));
+        const int row = item->tableCellInterface()->rowIndex();
+        itemIdentifiers.append(listView->model()->index(row, 0).data(identifierRole).toString());
+    }
+    QCOMPARE(itemsRead.join(QStringLiteral("; ")), read.join(QStringLiteral("; ")));
+    QCOMPARE(itemIdentifiers, identifiers);
 }
 
 void TestAccessibility::keysAct_data()
@@ -393,18 +362,14 @@ void TestAccessibility::keysAct()
     QVERIFY(tabTo(control));
     if (key == Qt::Key_Down) {
         // The last comment, the one with the picture, then Enter.
-        QTest::keyClick(focused(), Qt::Key_End);
-        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())->pictureRect(3).isEmpty(), timeoutMs);
-        QTRY_VERIFY_WITH_TIMEOUT(!qobject_cast<CommentThreadView *>(focused())
-                                      ->model()
-                                      ->index(3, 0)
-                                      .data(CommentThreadModel::ThumbnailRole)
-                                      .value<QImage>()
-                                      .isNull(),
-                                 timeoutMs);
+        auto *thread = qobject_cast<CommentThreadView *>(QApplication::focusWidget());
+        QTest::keyClick(thread, Qt::Key_End);
+        QTRY_VERIFY_WITH_TIMEOUT(!thread->pictureRect(3).isEmpty(), timeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            !thread->model()->index(3, 0).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull(), timeoutMs);
         key = Qt::Key_Return;
     }
-    QTest::keyClick(focused(), Qt::Key(key));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
     QTRY_COMPARE_WITH_TIMEOUT(where(), after, timeoutMs);
     if (screen == QLatin1String("items") && control == QLatin1String("Open")) {
         // The segment chosen from the keyboard filters the list.
@@ -414,7 +379,7 @@ void TestAccessibility::keysAct()
         // The date picker closed and the keyboard is back on its field.
         auto *filter = qobject_cast<FilterVC *>(m_host->topScreen());
         QVERIFY(!filter->inputSheet()->isPresented());
-        QCOMPARE(focused(), filter->dateStart());
+        QCOMPARE(QApplication::focusWidget(), filter->dateStart());
     }
 }
 
@@ -444,11 +409,11 @@ void TestAccessibility::focusIsVisibleInBothAppearances()
     QVERIFY(open(screen));
     for (const QString &control : controls) {
         QVERIFY2(tabTo(control), qPrintable(control));
-        QWidget *widget = focused();
+        QWidget *widget = QApplication::focusWidget();
         const QImage withFocus = widget->grab().toImage();
         grabShot(*m_host, QStringLiteral("focus-%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), control));
         QTest::keyClick(widget, Qt::Key_Tab);
-        QVERIFY(focused() != widget);
+        QVERIFY(QApplication::focusWidget() != widget);
         QVERIFY2(widget->grab().toImage() != withFocus, qPrintable(control));
     }
 }

@@ -4,13 +4,11 @@
 #include "comments/commentthreadmodel.h"
 #include "comments/custominputbar.h"
 #include "host/navigationbar.h"
-#include "host/notificationcenter.h"
 #include "host/outboxlistmodel.h"
 #include "host/outboxvc.h"
 #include "items/itemactionvc.h"
 #include "items/taskitemsmodel.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 
 #include <QAbstractItemModelTester>
@@ -21,16 +19,11 @@
 #include <QTcpServer>
 #include <QThread>
 
-#include <atomic>
-
 using namespace ravelin;
 using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-constexpr qint64 taskId = 8;
-const QString itemsPath = QStringLiteral("/api/items/taskId/8");
 const QString updatePath = QStringLiteral("/api/item/status");
 
 } // namespace
@@ -38,7 +31,7 @@ const QString updatePath = QStringLiteral("/api/item/status");
 // Work without a connection through the whole host: screens open from what the
 // cache kept, results wait in the outbox with their marks and the bar's count,
 // and reach the server once when the network is back.
-class TestOfflineWork : public QObject
+class TestOfflineWork : public ScreenTest
 {
     Q_OBJECT
 
@@ -46,8 +39,7 @@ private slots:
     void init();
     void cleanup()
     {
-        m_host.reset();
-        m_api.reset();
+        closeHost();
         m_store.reset();
     }
 
@@ -56,36 +48,32 @@ private slots:
     void postedCommentShowsAtOnceAndUnmarksOnItsAnswer();
 
 private:
-    std::unique_ptr<RavelinNavVC> host();
+    // A new host on the offline store.
+    RavelinNavVC &host();
     // Every request of the harness's network fails as without a connection.
     void setOffline(bool offline);
     // Completes the open item on row 0 of the items screen.
     void completeFirstItem(ItemsVC &screen);
 
-    std::unique_ptr<ApiHarness> m_api;
     std::unique_ptr<MemoryOfflineStore> m_store;
-    NotificationCenter m_center;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestOfflineWork::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
+    startHarness();
     m_store = std::make_unique<MemoryOfflineStore>();
-    m_api->server.on(
-        "GET", "/api/tasks/assigned-user/7",
-        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    servePumpStation();
     m_api->server.on(
         "GET", itemsPath,
         CannedResponse{200, answer(QJsonArray{itemJson(1, taskId, "Gauge", 3), itemJson(2, taskId, "Seal", 3)})});
     m_api->server.on("PUT", updatePath, CannedResponse{200, R"({"success":true})"});
 }
 
-std::unique_ptr<RavelinNavVC> TestOfflineWork::host()
+RavelinNavVC &TestOfflineWork::host()
 {
     RavelinNavVC::Environment environment;
     environment.offlineStore = m_store.get();
-    return showHost(*m_api, m_center, std::move(environment));
+    return openHost(std::move(environment));
 }
 
 void TestOfflineWork::setOffline(bool offline)
@@ -114,15 +102,13 @@ void TestOfflineWork::completeFirstItem(ItemsVC &screen)
 void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
 {
     // Online once: the dashboard and the task's items are kept.
-    m_host = host();
-    QVERIFY(openOnlyTask(*m_host, 2, timeoutMs));
+    QVERIFY(openOnlyTask(host(), 2, timeoutMs));
     QCOMPARE(m_host->navigationBar()->prompt(), QString());
     m_host.reset();
 
     // Restarted without a connection: both open from the cache, without an alert.
     setOffline(true);
-    m_host = host();
-    QVERIFY(waitForDashboard(*m_host, 1, timeoutMs));
+    QVERIFY(waitForDashboard(host(), 1, timeoutMs));
     QVERIFY(topAlert(m_host->dashboard()).isEmpty());
     QCOMPARE(m_host->navigationBar()->prompt(), QStringLiteral("Offline · updated just now"));
     QCOMPARE(m_host->dashboard()->refreshControl()->refreshTitle(), m_host->navigationBar()->prompt());
@@ -158,8 +144,7 @@ void TestOfflineWork::openFromTheCacheAndSendOnceBackOnline()
 void TestOfflineWork::refusedResultWaitsInTheNotSentList()
 {
     m_api->server.on("PUT", updatePath, CannedResponse{409, R"({"message":"Task reassigned"})"});
-    m_host = host();
-    ItemsVC *screen = openOnlyTask(*m_host, 2, timeoutMs);
+    ItemsVC *screen = openOnlyTask(host(), 2, timeoutMs);
     QVERIFY(screen);
     completeFirstItem(*screen);
     QTRY_COMPARE_WITH_TIMEOUT(m_host->navigationBar()->syncText(), QStringLiteral("1 not sent"), timeoutMs);
@@ -190,7 +175,6 @@ void TestOfflineWork::refusedResultWaitsInTheNotSentList()
 void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
 {
     // Once a comment is posted, the thread's answer is slow: the row must not wait for it.
-    const QString commentsPath = QStringLiteral("/api/task/8/comments");
     std::atomic<bool> posted = false;
     m_api->server.on("GET", commentsPath, [&posted](const RecordedRequest &) {
         if (posted)
@@ -201,8 +185,7 @@ void TestOfflineWork::postedCommentShowsAtOnceAndUnmarksOnItsAnswer()
         posted = true;
         return CannedResponse{200, R"({"success":true})"};
     });
-    m_host = host();
-    QVERIFY(openScreen(*m_host, QStringLiteral("comments"), ScreenRoute{1, 0, 2, 2}, timeoutMs));
+    QVERIFY(openScreen(host(), QStringLiteral("comments"), ScreenRoute{1, 0, 2, 2}, timeoutMs));
     auto *screen = qobject_cast<CommentsVC *>(m_host->topScreen());
     CommentThreadModel *thread = screen->threadModel();
     QAbstractItemModelTester tester(thread, QAbstractItemModelTester::FailureReportingMode::QtTest);

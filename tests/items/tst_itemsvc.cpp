@@ -1,63 +1,26 @@
-#include "host/notificationcenter.h"
 #include "items/blocktaskvc.h"
-#include "items/blocktaskvcdelegate.h"
-#include "items/blocktaskvm.h"
 #include "items/itemactionvc.h"
-#include "items/itemactionvcdelegate.h"
-#include "items/itemactionvm.h"
 #include "items/itemstexts.h"
 #include "items/itemtableview.h"
 #include "items/itemtableviewcell.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
+#include "support/screentest.h"
 #include "support/shots.h"
 #include "views/segmentedcontrol.h"
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
-#include <QFocusEvent>
 #include <QLabel>
 
 using namespace ravelin;
 using namespace ravelin::test;
 
-namespace {
-
-constexpr int timeoutMs = 10000;
-constexpr qint64 taskId = 8;
-const QString itemsPath = QStringLiteral("/api/items/taskId/8");
-
-QJsonObject bodyOf(const RecordedRequest &request)
-{
-    const QJsonDocument document = QJsonDocument::fromJson(request.body);
-    return document.object();
-}
-
-// Counts what the sheets report once they have closed.
-struct Reports
-    : ItemActionVCDelegate
-    , BlockTaskVCDelegate
-{
-    void didUpdateItemStatus(bool) override { ++count; }
-    void didBlockTask() override { ++count; }
-    int count = 0;
-};
-
-} // namespace
-
-// The note sheets send once however often the worker taps while a request runs.
-
-class TestItemsVC : public QObject
+class TestItemsVC : public ScreenTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_host.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeHost(); }
 
     void headerCountsAndFilteredRows();
     void multipleSelectionWithNothingChosen();
@@ -78,34 +41,24 @@ private:
     // The dashboard with one in-progress task, opened on its items screen.
     ItemsVC *openItems(const QJsonArray &items);
     [[nodiscard]] Screen *presented() const { return m_host ? m_host->presentedScreen() : nullptr; }
-
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
-    TestPicker m_picker;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestItemsVC::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
-    m_api->server.on(
-        "GET", "/api/tasks/assigned-user/7",
-        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
+    startHarness();
+    servePumpStation();
     m_api->server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
     m_api->server.on("PUT", "/api/task/8", [](const RecordedRequest &request) {
-        return CannedResponse{
-            200, answer(taskJson(taskId, "Pump station", bodyOf(request).value("task_status_id").toInt()))};
+        const int status = QJsonDocument::fromJson(request.body).object().value("task_status_id").toInt();
+        return CannedResponse{200, answer(taskJson(taskId, "Pump station", status))};
     });
 }
 
 ItemsVC *TestItemsVC::openItems(const QJsonArray &items)
 {
     m_api->server.on("GET", itemsPath, CannedResponse{200, answer(items)});
-    RavelinNavVC::Environment environment;
-    environment.imagePicker = &m_picker;
-    m_host = showHost(*m_api, m_center, std::move(environment));
-    return openOnlyTask(*m_host, int(items.size()), timeoutMs);
+    return openOnlyTask(openHost(), int(items.size()), timeoutMs);
 }
 
 void TestItemsVC::headerCountsAndFilteredRows()
@@ -327,7 +280,7 @@ void TestItemsVC::completingReachesTheDashboard()
 {
     ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
     QVERIFY(screen);
-    const int fetches = m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7"));
+    const int fetches = m_api->server.requestCount(tasksPath);
     QTest::mouseClick(screen->completeBtn(), Qt::LeftButton);
     QCOMPARE(
         topAlert(screen).mid(0, 2),
@@ -335,8 +288,7 @@ void TestItemsVC::completingReachesTheDashboard()
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
     // The rest of the body: tst_apidata updateTaskStatusBody.
     QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 6);
-    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/tasks/assigned-user/7")) > fetches,
-                             timeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) > fetches, timeoutMs);
 }
 
 void TestItemsVC::closingWhileLoading()
@@ -379,48 +331,37 @@ void TestItemsVC::oneRequestForADoubleTap_data()
     QTest::newRow("block the task") << QStringLiteral("block") << "/api/comment";
 }
 
+// The note sheets send once however often the worker taps while a request runs.
 void TestItemsVC::oneRequestForADoubleTap()
 {
     QFETCH(QString, sheet);
     QFETCH(QString, path);
-
-    ApiHarness api;
-    api.server.on("PUT", "/api/item/status", CannedResponse{200, R"({"success":true,"data":{"task_id":5}})"});
-    api.server.on("POST", "/api/comment", CannedResponse{200, R"({"success":true})"});
-    auto task = std::make_shared<Task>();
-    task->id = 5;
-    auto item = std::make_shared<Item>();
-    item->id = 11;
-    item->taskId = 5;
-    Reports reports;
-
-    std::unique_ptr<NoteSheet> screen;
+    ItemsVC *screen = openItems({itemJson(1, taskId, "Gauge", 3)});
+    QVERIFY(screen);
+    AlertLog alerts;
     std::function<void()> tap;
     if (sheet == "block") {
-        auto *block = new BlockTaskVC;
-        block->setViewModel(new BlockTaskVM(task, &api.manager, QString(), api.users));
-        block->setDelegate(&reports);
+        QTest::mouseClick(screen->markAsBlockedBtn(), Qt::LeftButton);
+        auto *block = qobject_cast<BlockTaskVC *>(presented());
+        QVERIFY(block);
         tap = [block] { block->block(); };
-        screen.reset(block);
     } else {
-        auto *action = new ItemActionVC;
-        action->setViewModel(new ItemActionVM({item}, task, &api.manager, QString(), api.users));
-        action->setDelegate(&reports);
+        screen->actOnRow(0);
+        auto *action = qobject_cast<ItemActionVC *>(presented());
+        QVERIFY(action);
         tap = sheet == "report" ? std::function<void()>([action] { action->report(); })
                                 : std::function<void()>([action] { action->complete(); });
-        screen.reset(action);
     }
-    screen->loadViewIfNeeded();
-    // The worker taps into the note (the placeholder goes) and writes.
-    QFocusEvent focusIn(QEvent::FocusIn);
-    QCoreApplication::sendEvent(screen->noteField(), &focusIn);
-    screen->noteField()->setText(QStringLiteral("Valve seized"));
+    auto *note = qobject_cast<NoteSheet *>(presented());
+    note->noteField()->setFocus();
+    QTest::keyClicks(note->noteField(), QStringLiteral("Valve seized"));
 
     tap();
     tap();
-    // Once the answer has closed the sheet, one request went out and one report came back.
-    QTRY_COMPARE_WITH_TIMEOUT(reports.count, 1, timeoutMs);
-    QCOMPARE(api.server.requests(path).size(), 1);
+    // Once the answer has closed the sheet, one request went out and one result was shown.
+    QTRY_VERIFY_WITH_TIMEOUT(!presented() && !alerts.shown.isEmpty(), timeoutMs);
+    QCOMPARE(m_api->server.requests(path).size(), 1);
+    QCOMPARE(alerts.shown.size(), 1);
 }
 
 QTEST_MAIN(TestItemsVC)

@@ -1,6 +1,7 @@
 #include "demo/common/qrsymbol.h"
 #include "items/qrcodereader.h"
 #include "items/qrframedecoder.h"
+#include "support/fixtures.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -65,9 +66,7 @@ void TestQrCodeReader::read()
     QFETCH(QImage, picture);
     QFETCH(QRect, firstAround);
     const QList<QrDetection> found = QrCodeReader::read(picture);
-    QStringList read;
-    for (const QrDetection &code : found)
-        read.append(code.text);
+    QStringList read = test::mapped(found, [](const QrDetection &code) { return code.text; });
     read.sort();
     QTEST(read, "texts");
     if (firstAround.isValid()) {

@@ -2,14 +2,12 @@
 #include "host/cameraframesource.h"
 #include "host/camerapermission.h"
 #include "host/hapticfeedback.h"
-#include "host/notificationcenter.h"
 #include "items/itemactionvc.h"
 #include "items/itemstexts.h"
 #include "items/qrframedecoder.h"
 #include "items/qrpreviewview.h"
-#include "support/fixtures.h"
-#include "support/hostfixture.h"
 #include "support/logcapture.h"
+#include "support/screentest.h"
 
 #include <QFrame>
 #include <QLabel>
@@ -24,8 +22,6 @@ using namespace ravelin::test;
 
 namespace {
 
-constexpr int timeoutMs = 10000;
-constexpr qint64 taskId = 8;
 const QSize hd(1280, 720);
 // Where a code shows in the middle of a portrait phone's picture of a landscape frame.
 const QPoint middle(540, 270);
@@ -83,17 +79,13 @@ public:
 
 } // namespace
 
-class TestQRScannerVC : public QObject
+class TestQRScannerVC : public ScreenTest
 {
     Q_OBJECT
 
 private slots:
     void init();
-    void cleanup()
-    {
-        m_host.reset();
-        m_api.reset();
-    }
+    void cleanup() { closeHost(); }
 
     void startingTheCamera_data();
     void startingTheCamera();
@@ -115,24 +107,18 @@ private:
     bool feed(QRScannerVC *scanner, const QImage &frame);
     [[nodiscard]] ItemsVC *itemsScreen() const { return qobject_cast<ItemsVC *>(m_host->screens().value(1)); }
 
-    std::unique_ptr<ApiHarness> m_api;
-    NotificationCenter m_center;
     TestPermission m_permission;
     TestHaptics m_haptics;
-    TestPicker m_picker;
     bool m_cameraAvailable = true;
     std::chrono::milliseconds m_handOver{0};
     QPointer<TestFrameSource> m_camera;
-    std::unique_ptr<RavelinNavVC> m_host;
 };
 
 void TestQRScannerVC::init()
 {
-    m_api = std::make_unique<ApiHarness>(QList<TaskCategoryDefinition>{{3, "Pumps"}});
-    m_api->server.on(
-        "GET", "/api/tasks/assigned-user/7",
-        CannedResponse{200, answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
-    m_api->server.on("GET", "/api/items/taskId/8",
+    startHarness();
+    servePumpStation();
+    m_api->server.on("GET", itemsPath,
                      CannedResponse{200,
                                     answer(QJsonArray{itemJson(1, taskId, "Gauge", 3, QStringLiteral("CP-1")),
                                                       itemJson(2, taskId, "Seal", 3, QStringLiteral("CP-2")),

@@ -2,15 +2,21 @@
 
 #include "api/clock.h"
 #include "api/datecoding.h"
+#include "support/apiharness.h"
+#include "tasks/task.h"
 
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSignalSpy>
 #include <QString>
 #include <QStringList>
 
+#include <iterator>
+#include <memory>
 #include <optional>
+#include <type_traits>
 
 // Wire-form JSON of the server's records, for scripting the test server.
 namespace ravelin::test {
@@ -84,5 +90,50 @@ inline QByteArray answer(const QJsonValue &data)
 {
     return QJsonDocument(QJsonObject{{"success", true}, {"data", data}}).toJson(QJsonDocument::Compact);
 }
+
+// What `f` makes of each element of `list`, in order.
+template<class List, class F>
+auto mapped(const List &list, F f)
+{
+    QList<std::decay_t<decltype(f(*std::begin(list)))>> out;
+    for (const auto &element : list)
+        out.append(f(element));
+    return out;
+}
+
+// "first-last" of each range of rows a spy on rowsInserted or rowsRemoved heard.
+inline QStringList rowRanges(const QSignalSpy &spy)
+{
+    return mapped(spy, [](const QList<QVariant> &signal) {
+        return QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt());
+    });
+}
+
+// What the tests of a view model keep from init() to cleanup(): a harness
+// (m_api), task 5 (m_task) and the view model under test (m_vm).
+template<class VM>
+class ViewModelTest : public QObject
+{
+protected:
+    static constexpr int timeoutMs = 10000;
+
+    // A new harness, whose session has these task categories, and a new task 5 without items.
+    void startHarness(QList<TaskCategoryDefinition> categories = {})
+    {
+        m_api = std::make_unique<ApiHarness>(std::move(categories));
+        m_task = std::make_shared<Task>();
+        m_task->id = 5;
+    }
+    // The view model first, then the harness it works on.
+    void closeViewModel()
+    {
+        m_vm.reset();
+        m_api.reset();
+    }
+
+    std::unique_ptr<ApiHarness> m_api;
+    TaskPtr m_task;
+    std::unique_ptr<VM> m_vm;
+};
 
 } // namespace ravelin::test
