@@ -1,4 +1,3 @@
-#include "api/apiqueue.h"
 #include "api/contentencoding.h"
 #include "support/apiharness.h"
 #include "support/gzipstreams.h"
@@ -7,6 +6,7 @@
 #include <QTest>
 
 using namespace ravelin;
+using test::settingsBody;
 
 namespace {
 
@@ -29,9 +29,6 @@ QByteArray corrupted(QByteArray gzip)
         gzip[i] = char(~gzip.at(i));
     return gzip;
 }
-
-const QByteArray settingsBody
-    = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
 
 } // namespace
 
@@ -122,19 +119,15 @@ void TestContentEncoding::answerThroughNetworkManager()
                   test::CannedResponse{200, body, encoding.isEmpty() ? "application/json" : "application/octet-stream",
                                        encoding});
     test::LogCapture log;
-    std::optional<Result<SettingsAndConstantsResponse>> result;
-    api.manager.request<SettingsAndConstantsResponse>(
-        Router::getSettingsAndConstants(), ApiQueue::shared(), this,
-        [&result](const Result<SettingsAndConstantsResponse> &answer) { result = answer; });
-    QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), 30000);
+    const auto result = api.answer();
 
-    QCOMPARE(result->isSuccess(), decoded);
+    QCOMPARE(result.isSuccess(), decoded);
     QVERIFY(api.server.requests().constFirst().header("Accept-Encoding").contains("gzip"));
     if (decoded) {
-        QCOMPARE(result->value().data.taskCategory.constFirst().name, QStringLiteral("Pumps"));
+        QCOMPARE(result.value().data.taskCategory.constFirst().name, QStringLiteral("Pumps"));
         return;
     }
-    QCOMPARE(result->error(), ManagerErrors(ManagerErrors::Kind::invalidParsing));
+    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::invalidParsing));
     QCOMPARE(log.count(QStringLiteral("Could not translate the data to the requested type. Reason: "
                                       "the answer does not inflate as gzip")),
              1);

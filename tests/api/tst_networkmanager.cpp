@@ -54,14 +54,6 @@ private:
     {
         m_api->store.store(APIData{m_api->server.baseUrl(), token, toDateTime(stamped)});
     }
-    template<class T>
-    Result<T> requestAndWait(const Router &route)
-    {
-        std::optional<Result<T>> result;
-        m_api->manager.request<T>(route, ApiQueue::shared(), this, [&result](const Result<T> &r) { result = r; });
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), answerTimeoutMs); }();
-        return result.value_or(Result<T>::failure(ManagerErrors(ManagerErrors::Kind::sessionExpired)));
-    }
 
     std::unique_ptr<test::ApiHarness> m_api;
 };
@@ -110,7 +102,7 @@ void TestNetworkManager::everyRouteOnTheWire()
         Router::postComment(TaskCommentPayload(QStringLiteral("x"), 4, 9, std::nullopt, false, std::nullopt, now)),
     };
     m_api->server.on(method, path, CannedResponse{200, R"({"success":true})"});
-    const auto result = requestAndWait<PostTasksCommentResponse>(routes.at(index));
+    const auto result = m_api->answer<PostTasksCommentResponse>(routes.at(index));
     QVERIFY(result.isSuccess());
 
     const QList<RecordedRequest> received = m_api->server.requests();
@@ -139,7 +131,7 @@ void TestNetworkManager::staleTokenIsRegeneratedFirst()
     m_api->server.on("GET", "/api/items/taskId/1", CannedResponse{200, R"({"success":true})"});
     test::LogCapture log;
 
-    QVERIFY(requestAndWait<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
+    QVERIFY(m_api->answer<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
     const auto received = m_api->server.requests();
     QCOMPARE(received.size(), 2);
     QCOMPARE(received.at(0).path, QStringLiteral("/api/regenerate-token"));
@@ -158,7 +150,7 @@ void TestNetworkManager::failedRegenerationExpiresTheSession()
 {
     storeSession(now, QStringLiteral("old")); // same instant: stale
     m_api->server.on("GET", "/api/regenerate-token", CannedResponse{401, {}});
-    const auto result = requestAndWait<PostTasksCommentResponse>(Router::getItems(1));
+    const auto result = m_api->answer<PostTasksCommentResponse>(Router::getItems(1));
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::invalidToken));
     QCOMPARE(m_api->host.sessionExpiredCalls, 1);
@@ -186,7 +178,7 @@ void TestNetworkManager::statusMapping()
     QFETCH(ManagerErrors, error);
     m_api->server.on("GET", "/api/settings-constants", CannedResponse{status, body});
     test::LogCapture log;
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    const auto result = m_api->answer();
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), error);
     const bool parsing = error.kind() == ManagerErrors::Kind::invalidParsing;
@@ -198,7 +190,7 @@ void TestNetworkManager::noSessionFailsWithoutNetwork()
 {
     m_api->settings.clear();
     test::LogCapture log;
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    const auto result = m_api->answer();
     QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
     QCOMPARE(m_api->host.sessionExpiredCalls, 1);
     QCOMPARE(m_api->server.requestCount(), 0);
@@ -209,7 +201,7 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
 {
     m_api->server.on("GET", "/api/settings-constants", [](const RecordedRequest &) {
         QThread::msleep(100);
-        return CannedResponse{200, R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})"};
+        return CannedResponse{200, test::settingsBody};
     });
     bool called = false;
     auto receiver = std::make_unique<QObject>();
@@ -218,7 +210,7 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     receiver.reset();
     // A later request of the same route answered: the earlier answer has come and gone.
     const auto settled = [this] {
-        QVERIFY(requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants()).isSuccess());
+        QVERIFY(m_api->answer().isSuccess());
         ApiQueue::shared().waitForDone();
         QCoreApplication::processEvents();
     };
@@ -241,7 +233,7 @@ void TestNetworkManager::destroyedDelegateIsNotCalled()
     delegate.reset();
     QCOMPARE(m_api->manager.delegate(), nullptr);
     m_api->settings.clear(); // no session: the host would be told that it expired
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    const auto result = m_api->answer();
     QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
 }
 

@@ -317,10 +317,7 @@ void TestOutboxSender::noTokenIsWritten()
 
 void TestOutboxSender::answersAreKeptForOfflineOpening()
 {
-    const QByteArray settings = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})";
-    test::CannedResponse answer;
-    answer.body = settings;
-    m_api->server.on("GET", QStringLiteral("/api/settings-constants"), answer);
+    m_api->server.on("GET", QStringLiteral("/api/settings-constants"), test::CannedResponse{200, test::settingsBody});
     m_api->manager.setAnswerObserver([this](const Router &route, const QByteArray &body) {
         QVERIFY(m_store->storeAnswer(user, route.path(), body, m_api->now));
     });
@@ -333,7 +330,7 @@ void TestOutboxSender::answersAreKeptForOfflineOpening()
             QVERIFY(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants")));
         });
     QTRY_VERIFY_WITH_TIMEOUT(answered, waitMs);
-    QCOMPARE(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants"))->body, settings);
+    QCOMPARE(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants"))->body, test::settingsBody);
 
     QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 2, 3, m_api->now))); // results are not answers to keep
     drain();
