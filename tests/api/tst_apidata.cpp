@@ -136,6 +136,7 @@ void TestApiData::sessionStoreMissingOrUnreadable()
     test::LogCapture log;
     QCOMPARE(SessionStore(&settings).load(), std::nullopt);
     QCOMPARE(log.lines(), QStringList{logLine});
+    QCOMPARE(log.categories(), QStringList{"ravelin.api"});
 }
 
 void TestApiData::build_data()
