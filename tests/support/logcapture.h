@@ -2,6 +2,7 @@
 
 #include "api/debuglog.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -42,12 +43,7 @@ public:
     // Lines that start with the given text.
     [[nodiscard]] QStringList linesStartingWith(const QString &prefix) const
     {
-        QStringList out;
-        for (const QString &line : lines()) {
-            if (line.startsWith(prefix))
-                out.append(line);
-        }
-        return out;
+        return lines().filter(QRegularExpression(u'^' + QRegularExpression::escape(prefix)));
     }
 
     // How many lines start with the given text.
