@@ -3,8 +3,8 @@
 #include "items/itemsupdatepayload.h"
 #include "support/apiharness.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
@@ -19,11 +19,6 @@ namespace {
 
 constexpr int answerTimeoutMs = 10000;
 const TimePoint now = TimePoint(milliseconds(1795169730123)); // the harness's clock
-
-QByteArray okBody(const char *data = "true")
-{
-    return QByteArray(R"({"success":true,"data":)") + data + '}';
-}
 
 } // namespace
 
@@ -127,7 +122,7 @@ void TestNetworkManager::everyRouteOnTheWire()
 void TestNetworkManager::staleTokenIsRegeneratedFirst()
 {
     storeSession(now - seconds(14400), QStringLiteral("old"));
-    m_api->server.on("GET", "/api/regenerate-token", CannedResponse{200, okBody("\"abc\"")});
+    m_api->server.on("GET", "/api/regenerate-token", CannedResponse{200, R"({"success":true,"data":"abc"})"});
     m_api->server.on("GET", "/api/items/taskId/1", CannedResponse{200, R"({"success":true})"});
     test::LogCapture log;
 
@@ -255,10 +250,8 @@ void TestNetworkManager::commentWithPhotoUploadsFirst()
     test::LogCapture log;
 
     std::optional<QImage> photo;
-    if (withPhoto) {
-        photo = QImage(8, 8, QImage::Format_RGB32);
-        photo->fill(Qt::red);
-    }
+    if (withPhoto)
+        photo = test::solidPicture();
     std::optional<bool> posted;
     m_api->manager.postComment(4, 9, QString(), photo, true, this, [&](bool ok) { posted = ok; });
     QTRY_VERIFY_WITH_TIMEOUT(posted.has_value(), answerTimeoutMs);
@@ -283,13 +276,7 @@ void TestNetworkManager::commentWithPhotoUploadsFirst()
 
 void TestNetworkManager::downloadImage()
 {
-    QImage picture(20, 10, QImage::Format_RGB32);
-    picture.fill(Qt::blue);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    m_api->server.on("GET", "/files/thumbnails/thumb_p/a.png", CannedResponse{200, png, "image/png"});
+    m_api->server.on("GET", "/files/thumbnails/thumb_p/a.png", CannedResponse{200, test::jpeg(), "image/jpeg"});
     m_api->server.on("GET", "/files/p/bad.png", CannedResponse{200, "not a picture", "image/png"});
     test::LogCapture log;
 
@@ -301,7 +288,7 @@ void TestNetworkManager::downloadImage()
     };
     fetch(QStringLiteral("p/a.png"), true);
     QVERIFY(result->isSuccess());
-    QCOMPARE(result->value().size(), QSize(20, 10));
+    QCOMPARE(result->value().size(), QSize(120, 90));
     QVERIFY(log.lines().contains(QStringLiteral("Route response:  200")));
 
     fetch(QStringLiteral("p/missing.png"), false);

@@ -49,7 +49,6 @@ void TestTrustPolicy::initTestCase()
 void TestTrustPolicy::publicKeyDigestIsTheStandardPin()
 {
     const QByteArray pin = TrustPolicy::publicKeyDigest(certificateOf(m_other->certificatePem()));
-    QCOMPARE(pin.size(), 32);
     QCOMPARE(pin, m_other->publicKeySha256());
 }
 
