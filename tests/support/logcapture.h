@@ -22,13 +22,12 @@ public:
     {
         std::lock_guard lock(registryMutex());
         m_outer = std::exchange(active(), m_state);
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
-        m_state->previous = m_previous;
+        m_state->previous = qInstallMessageHandler(&LogCapture::handle);
     }
     ~LogCapture()
     {
         std::lock_guard lock(registryMutex());
-        qInstallMessageHandler(m_previous);
+        qInstallMessageHandler(m_state->previous);
         active() = m_outer;
     }
     LogCapture(const LogCapture &) = delete;
@@ -102,7 +101,6 @@ private:
 
     std::shared_ptr<State> m_state;
     std::shared_ptr<State> m_outer;
-    QtMessageHandler m_previous = nullptr;
 };
 
 } // namespace ravelin::test
