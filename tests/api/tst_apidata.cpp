@@ -254,10 +254,7 @@ void TestApiData::queryItems()
 {
     QFETCH(TasksQueryParams, params);
     const UrlRequest request = Router::getAllTasks(3, params).urlRequest(*m_store);
-    QStringList items;
-    for (const auto &[name, value] : QUrlQuery(request.url()).queryItems())
-        items.append(name + QLatin1Char('=') + value);
-    QTEST(items, "expected");
+    QTEST(QUrlQuery(request.url()).toString().split(QLatin1Char('&')), "expected");
 }
 
 void TestApiData::updateTaskStatusBody()
