@@ -13,11 +13,6 @@ namespace {
 enum class Trust { any, systemStore, serverCertificate, otherCertificate, bothCertificates, serverKey, otherKey };
 enum class Call { request, download };
 
-QSslCertificate certificateOf(const QByteArray &pem)
-{
-    return QSslCertificate(pem, QSsl::Pem);
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Trust)
@@ -48,7 +43,7 @@ void TestTrustPolicy::initTestCase()
 // The pin a host computes with OpenSSL (SHA-256 of the SubjectPublicKeyInfo).
 void TestTrustPolicy::publicKeyDigestIsTheStandardPin()
 {
-    const QByteArray pin = TrustPolicy::publicKeyDigest(certificateOf(m_other->certificatePem()));
+    const QByteArray pin = TrustPolicy::publicKeyDigest(QSslCertificate(m_other->certificatePem()));
     QCOMPARE(pin, m_other->publicKeySha256());
 }
 
@@ -83,8 +78,8 @@ void TestTrustPolicy::serverChecked()
     test::ApiHarness api;
     api.server.on("GET", QStringLiteral("/api/settings-constants"), test::CannedResponse{200, test::settingsBody});
     api.server.on("GET", QStringLiteral("/files/p/a.png"), test::CannedResponse{200, test::jpeg(), "image/jpeg"});
-    const QSslCertificate server = certificateOf(api.server.certificatePem());
-    const QSslCertificate other = certificateOf(m_other->certificatePem());
+    const QSslCertificate server = QSslCertificate(api.server.certificatePem());
+    const QSslCertificate other = QSslCertificate(m_other->certificatePem());
     const std::map<Trust, TrustPolicy> policies{
         {Trust::any, TrustPolicy()},
         {Trust::systemStore, TrustPolicy::systemTrustStore()},
