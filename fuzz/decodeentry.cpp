@@ -14,6 +14,7 @@
 #include <QDateTime>
 #include <QStringList>
 
+#include <algorithm>
 #include <string_view>
 
 namespace ravelin::fuzz {
@@ -155,11 +156,9 @@ QString entryName(DecodeEntry entry)
 
 std::optional<DecodeEntry> entryNamed(const QString &name)
 {
-    for (DecodeEntry entry : allEntries()) {
-        if (entryName(entry) == name)
-            return entry;
-    }
-    return std::nullopt;
+    const auto found
+        = std::ranges::find_if(allEntries(), [&name](DecodeEntry entry) { return entryName(entry) == name; });
+    return found == allEntries().end() ? std::nullopt : std::optional(*found);
 }
 
 QString outcomeName(Outcome outcome)
