@@ -12,12 +12,10 @@
 #include "tests/support/gzipstreams.h"
 
 #include <QByteArray>
-#include <QFile>
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <vector>
+#include <sys/resource.h>
 
 using namespace ravelin;
 using namespace ravelin::bench;
@@ -32,14 +30,9 @@ const QByteArray &compressedAnswer()
 
 double peakResidentMiB()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.mid(6).trimmed().split(' ').constFirst().toDouble() / 1024.0;
-    }
-    return 0;
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_maxrss) / 1024.0; // KiB on Linux
 }
 
 void BM_InflateTasks(benchmark::State &state)
@@ -82,13 +75,6 @@ void BM_RefuseBomb(benchmark::State &state)
     }
     state.counters["compressed_KiB"] = double(bomb.size()) / 1024.0;
     state.counters["peak_MiB"] = peakResidentMiB();
-}
-
-// The machine is shared: with --benchmark_repetitions the minimum is the
-// figure least disturbed by other work.
-double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
 }
 
 } // namespace

@@ -120,11 +120,6 @@ void BM_CommentGrouping(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * commentCount);
 }
 
-double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
-}
-
 } // namespace
 
 BENCHMARK(BM_ParseAndFillReference)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);

@@ -4,17 +4,13 @@
 // goes to a loopback port that refuses connections, as a phone without a
 // network fails at once.
 
-#include "api/networkmanager.h"
-#include "api/sessionstore.h"
 #include "api/settings.h"
-#include "api/sqliteofflinestore.h"
 #include "bench/taskanswer.h"
+#include "tests/support/outboxrig.h"
 
 #include "screenbench.h"
 
 #include <QElapsedTimer>
-#include <QNetworkAccessManager>
-#include <QSettings>
 #include <QTcpServer>
 #include <QTemporaryDir>
 
@@ -24,33 +20,31 @@ namespace {
 
 constexpr qint64 userId = 1;
 
+// A loopback port that refuses connections once the server listening on it is gone.
+QString refusingHost()
+{
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    return QStringLiteral("127.0.0.1:%1").arg(closed.serverPort());
+}
+
 // A refusing port, a session with a fresh token, and the answer in the cache.
+// The rig's outbox has no user, and sends nothing.
 struct Offline
 {
     Offline()
-        : settings(dir.filePath(QStringLiteral("session.ini")), QSettings::IniFormat)
-        , sessions(&settings)
-        , store(dir.filePath(QStringLiteral("offline")))
-        , manager(&network, &sessions, systemClock())
+        : rig(dir.path(), refusingHost())
     {
-        QTcpServer closed;
-        closed.listen(QHostAddress::LocalHost);
-        const QString host = QStringLiteral("127.0.0.1:%1").arg(closed.serverPort());
-        closed.close();
-        sessions.store(APIData{host, QStringLiteral("tok"), QDateTime::currentDateTimeUtc().addSecs(-60)});
         Settings current = Settings::defaults();
         current.taskCategory = bench::categories();
         Settings::setCurrent(current);
-        store.storeAnswer(userId, Router::getAllTasks(userId, {}).path(), bench::answer(), systemClock()());
-        manager.setCacheReader([this](const Router &route) { return store.cachedAnswer(userId, route.path()); });
+        rig.store.storeAnswer(userId, Router::getAllTasks(userId, {}).path(), bench::answer(), systemClock()());
+        rig.manager.setCacheReader(
+            [this](const Router &route) { return rig.store.cachedAnswer(userId, route.path()); });
     }
 
     QTemporaryDir dir;
-    QSettings settings;
-    SessionStore sessions;
-    SqliteOfflineStore store;
-    QNetworkAccessManager network;
-    NetworkManager manager;
+    test::OutboxRig rig;
 };
 
 void BM_CachedDashboardOpens(benchmark::State &state)
@@ -59,7 +53,7 @@ void BM_CachedDashboardOpens(benchmark::State &state)
     int shown = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        auto screen = std::make_unique<bench::DashboardWindow>(&offline.manager);
+        auto screen = std::make_unique<bench::DashboardWindow>(&offline.rig.manager);
         bool done = false;
         state.ResumeTiming();
         screen->viewModel->fetchTasks([&done](bool, std::optional<ManagerErrors>) { done = true; });

@@ -44,32 +44,22 @@ const QByteArray &photoBytes()
     return bytes;
 }
 
-OutboxEntry itemResult(qint64 task, qint64 item)
+// The n-th result of a round, of `kind`, on `task`.
+OutboxEntry roundResult(OutboxEntry::Kind kind, qint64 task, qint64 n)
 {
-    return test::sampleResult(OutboxEntry::Kind::itemsUpdate, user, task, QStringLiteral("Checked, gauge at 4 bar"),
-                              item, system_clock::now());
+    return test::sampleResult(kind, user, task, QStringLiteral("Round note %1").arg(n), n, system_clock::now());
 }
 
-OutboxEntry commentResult(qint64 task, int n)
-{
-    return test::sampleResult(OutboxEntry::Kind::comment, user, task, QStringLiteral("Round note %1").arg(n), 0,
-                              system_clock::now());
-}
-
-void writeResult(benchmark::State &state, int kind)
+void writeResult(benchmark::State &state, OutboxEntry::Kind kind)
 {
     QTemporaryDir dir;
     SqliteOfflineStore store(dir.path());
+    // Every result but a status change comes with a picture.
+    const QByteArray picture = kind == OutboxEntry::Kind::taskStatus ? QByteArray() : photoBytes();
     qint64 n = 0;
     for (auto _ : state) {
         ++n;
-        std::optional<OutboxEntry> saved;
-        switch (kind) {
-        case 0: saved = store.add(OutboxEntry::taskStatus(user, 1 + n % 20, 3, system_clock::now()), {}); break;
-        case 1: saved = store.add(itemResult(1 + n % 20, n), photoBytes()); break;
-        default: saved = store.add(commentResult(1 + n % 20, int(n)), photoBytes()); break;
-        }
-        if (!saved)
+        if (!store.add(roundResult(kind, 1 + n % 20, n), picture))
             state.SkipWithError("the result was not written");
     }
 }
@@ -95,7 +85,8 @@ void drainQueue(benchmark::State &state)
         // Half item results, half comments, on 25 tasks, every one with a picture.
         for (int i = 0; i < results; ++i) {
             const qint64 task = 1 + i % 25;
-            if (!sender.add(i % 2 ? commentResult(task, i) : itemResult(task, i), photoBytes()))
+            const auto kind = i % 2 ? OutboxEntry::Kind::comment : OutboxEntry::Kind::itemsUpdate;
+            if (!sender.add(roundResult(kind, task, i), photoBytes()))
                 state.SkipWithError("the result was not written");
         }
         requests = 0;
@@ -122,9 +113,9 @@ void drainQueue(benchmark::State &state)
 
 } // namespace
 
-BENCHMARK_CAPTURE(writeResult, task_status, 0)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(writeResult, item_with_picture, 1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(writeResult, comment_with_picture, 2)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(writeResult, task_status, OutboxEntry::Kind::taskStatus)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(writeResult, item_with_picture, OutboxEntry::Kind::itemsUpdate)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(writeResult, comment_with_picture, OutboxEntry::Kind::comment)->Unit(benchmark::kMillisecond);
 BENCHMARK(drainQueue)->Arg(500)->Iterations(2)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)

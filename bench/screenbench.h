@@ -7,6 +7,7 @@
 
 #include "api/clock.h"
 #include "api/usersdata.h"
+#include "bench/taskanswer.h"
 #include "tasks/dashboardvc.h"
 #include "tasks/dashboardvm.h"
 
@@ -16,9 +17,6 @@
 #include <QWidget>
 
 #include <benchmark/benchmark.h>
-
-#include <algorithm>
-#include <vector>
 
 namespace ravelin::bench {
 
@@ -82,11 +80,6 @@ struct DashboardWindow : PhoneWindow
     DashboardVC *dashboard = nullptr;
     DashboardVM *viewModel = nullptr;
 };
-
-inline double minimum(const std::vector<double> &v)
-{
-    return *std::min_element(v.begin(), v.end());
-}
 
 } // namespace ravelin::bench
 

@@ -12,7 +12,9 @@
 #include "tests/support/fatalerrortrap.h"
 
 #include <QDateTime>
+#include <QStringList>
 
+#include <algorithm>
 #include <string_view>
 
 namespace ravelin::fuzz {
@@ -70,7 +72,7 @@ std::optional<QString> checkCategories(const QList<TaskPtr> &tasks)
 // A task list decodes against the session's categories; the same bytes must
 // stop the process when the session has no categories at all.
 template<class T>
-Verdict decodeTasks(const QByteArray &body, qsizetype (*count)(const T &), QList<TaskPtr> (*tasks)(const T &))
+Verdict decodeTasks(const QByteArray &body, QList<TaskPtr> (*tasks)(const T &))
 {
     Verdict verdict
         = decodeAnswer<T>(body, sessionCategories(), [tasks](const T &value) { return checkCategories(tasks(value)); });
@@ -78,8 +80,8 @@ Verdict decodeTasks(const QByteArray &body, qsizetype (*count)(const T &), QList
         return verdict;
     static const QList<TaskCategoryDefinition> none;
     qsizetype decodedCount = 0;
-    const Verdict again = decodeAnswer<T>(body, none, [&decodedCount, count](const T &value) {
-        decodedCount = count(value);
+    const Verdict again = decodeAnswer<T>(body, none, [&decodedCount, tasks](const T &value) {
+        decodedCount = tasks(value).size();
         return std::optional<QString>();
     });
     if (again.outcome == Outcome::decoded && decodedCount > 0)
@@ -154,21 +156,15 @@ QString entryName(DecodeEntry entry)
 
 std::optional<DecodeEntry> entryNamed(const QString &name)
 {
-    for (DecodeEntry entry : allEntries()) {
-        if (entryName(entry) == name)
-            return entry;
-    }
-    return std::nullopt;
+    const auto found
+        = std::ranges::find_if(allEntries(), [&name](DecodeEntry entry) { return entryName(entry) == name; });
+    return found == allEntries().end() ? std::nullopt : std::optional(*found);
 }
 
 QString outcomeName(Outcome outcome)
 {
-    switch (outcome) {
-    case Outcome::decoded: return QStringLiteral("decoded");
-    case Outcome::rejected: return QStringLiteral("rejected");
-    case Outcome::stopped: return QStringLiteral("stopped");
-    }
-    return {};
+    static const QStringList names{QStringLiteral("decoded"), QStringLiteral("rejected"), QStringLiteral("stopped")};
+    return names.at(int(outcome));
 }
 
 Verdict decode(DecodeEntry entry, QByteArrayView bytes)
@@ -177,12 +173,10 @@ Verdict decode(DecodeEntry entry, QByteArrayView bytes)
     const QByteArray body = QByteArray::fromRawData(bytes.data(), bytes.size());
     switch (entry) {
     case DecodeEntry::tasksAnswer:
-        return decodeTasks<TasksResponse>(
-            body, [](const TasksResponse &r) { return r.data.size(); }, [](const TasksResponse &r) { return r.data; });
+        return decodeTasks<TasksResponse>(body, [](const TasksResponse &r) { return r.data; });
     case DecodeEntry::taskUpdateAnswer:
-        return decodeTasks<TasksUpdateResponse>(
-            body, [](const TasksUpdateResponse &) { return qsizetype(1); },
-            [](const TasksUpdateResponse &r) { return QList<TaskPtr>{r.task}; });
+        return decodeTasks<TasksUpdateResponse>(body,
+                                                [](const TasksUpdateResponse &r) { return QList<TaskPtr>{r.task}; });
     case DecodeEntry::itemsAnswer:
         return decodeAnswer<ItemsResponse>(
             body, sessionCategories(), [](const ItemsResponse &r) -> std::optional<QString> {

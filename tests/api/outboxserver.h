@@ -10,6 +10,7 @@
 #include <QThread>
 #include <QTimeZone>
 
+#include <algorithm>
 #include <mutex>
 
 namespace ravelin::test {
@@ -62,10 +63,8 @@ public:
     [[nodiscard]] QList<Received> received(const QString &kind) const
     {
         QList<Received> matching;
-        for (const Received &r : received()) {
-            if (r.kind == kind)
-                matching.append(r);
-        }
+        std::ranges::copy_if(received(), std::back_inserter(matching),
+                             [&kind](const Received &r) { return r.kind == kind; });
         return matching;
     }
     [[nodiscard]] int threadReads() const
@@ -108,25 +107,17 @@ private:
             std::lock_guard lock(m_mutex);
             if (m_failures > 0) {
                 --m_failures;
-                return reply(503, R"({"success":false,"message":"Try again later"})");
+                return CannedResponse{503, R"({"success":false,"message":"Try again later"})"};
             }
             if (m_refusals.contains(kind + QString::number(taskId)))
-                return reply(404, R"({"success":false,"message":"Task not found"})");
+                return CannedResponse{404, R"({"success":false,"message":"Task not found"})"};
             m_received.append({kind, taskId, QJsonDocument::fromJson(body).object()});
             if (kind == QLatin1String("comment"))
                 std::swap(stall, m_stallMs);
         }
         if (stall > 0)
             QThread::msleep(stall);
-        return reply(200, R"({"success":true,"data":true})");
-    }
-
-    static CannedResponse reply(int status, const QByteArray &body)
-    {
-        CannedResponse answer;
-        answer.status = status;
-        answer.body = body;
-        return answer;
+        return CannedResponse{200, R"({"success":true,"data":true})"};
     }
 
     CannedResponse thread(qint64 taskId)
@@ -147,8 +138,8 @@ private:
                             {"assetName", "Van 3"},
                             {"assetIcon", "van"}});
         }
-        return reply(200,
-                     QJsonDocument(QJsonObject{{"success", true}, {"data", comments}}).toJson(QJsonDocument::Compact));
+        return CannedResponse{
+            200, QJsonDocument(QJsonObject{{"success", true}, {"data", comments}}).toJson(QJsonDocument::Compact)};
     }
 
     mutable std::mutex m_mutex;

@@ -1,11 +1,8 @@
 #include "api/datecoding.h"
 #include "api/debuglog.h"
 #include "api/json.h"
-#include "api/sessionstore.h"
 #include "support/logcapture.h"
 
-#include <QSettings>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace ravelin;
@@ -30,7 +27,6 @@ private slots:
     void stringsOutliveTheirAnswer_data();
     void stringsOutliveTheirAnswer();
     void cleanup() { QLoggingCategory::setFilterRules(QString()); }
-    void linesGoToTheirSubsystem();
     void hostsFilterByRules_data();
     void hostsFilterByRules();
 };
@@ -203,26 +199,12 @@ void TestJson::stringsOutliveTheirAnswer()
     QCOMPARE(read, (QStringList{QLatin1Char('>') + text, "neighbour changed", text}));
 }
 
-void TestJson::linesGoToTheirSubsystem()
-{
-    // A line of the session store, written where the library writes it.
-    QTemporaryDir dir;
-    QSettings settings(dir.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
-    SessionStore store(&settings);
-    LogCapture log;
-    QVERIFY(!store.load());
-    QCOMPARE(log.lines(), QStringList{"Couldnt find key"});
-    QCOMPARE(log.categories(), QStringList{"ravelin.api"});
-    debugLog(lcItems, QStringLiteral("Route response: "), QStringLiteral("200"));
-    QCOMPARE(log.lines().last(), QStringLiteral("Route response:  200"));
-    QCOMPARE(log.categories().last(), QStringLiteral("ravelin.items"));
-}
-
 void TestJson::hostsFilterByRules_data()
 {
     QTest::addColumn<QString>("rules");
     QTest::addColumn<QStringList>("kept");
-    QTest::newRow("no rules") << QString() << QStringList{"ravelin.api", "ravelin.tasks", "ravelin.comments"};
+    QTest::newRow("no rules") << QString()
+                              << QStringList{"ravelin.api", "ravelin.tasks", "ravelin.comments", "ravelin.items"};
     QTest::newRow("all off") << "ravelin.*.debug=false" << QStringList{};
     QTest::newRow("only the network") << "ravelin.*.debug=false\nravelin.api.debug=true" << QStringList{"ravelin.api"};
 }
@@ -233,7 +215,7 @@ void TestJson::hostsFilterByRules()
     QFETCH(QStringList, kept);
     QLoggingCategory::setFilterRules(rules);
     LogCapture log;
-    for (const LogCategory category : {lcApi, lcTasks, lcComments})
+    for (const LogCategory category : {lcApi, lcTasks, lcComments, lcItems})
         debugLog(category, QStringLiteral("line"));
     QCOMPARE(log.categories(), kept);
 }

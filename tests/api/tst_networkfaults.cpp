@@ -9,12 +9,12 @@
 using namespace ravelin;
 using namespace std::chrono;
 using test::FaultServer;
+using test::settingsBody;
 
 namespace {
 
 enum class Call { request, regeneration, download };
 
-constexpr int answerTimeoutMs = 30000;
 // Only a stalled answer is meant to run into the time-out; every other answer,
 // dripped ones too, gets time enough on a slow machine.
 constexpr auto stallTimeout = milliseconds(300);
@@ -23,9 +23,6 @@ constexpr auto ampleTimeout = seconds(20);
 const QString settingsPath = QStringLiteral("/api/settings-constants");
 const QString tokenPath = QStringLiteral("/api/regenerate-token");
 const QString picturePath = QStringLiteral("/files/p/a.png");
-
-const QByteArray settingsBody
-    = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
 
 QByteArray largeSettingsBody()
 {
@@ -45,31 +42,6 @@ FaultServer::Script fault(FaultServer::Behaviour behaviour, int status, QByteArr
 FaultServer::Script redirectTo(const QByteArray &location)
 {
     return FaultServer::Script{FaultServer::Behaviour::answer, 302, {}, "text/plain", {{"Location", location}}};
-}
-
-QString describe(const ManagerErrors &error)
-{
-    switch (error.kind()) {
-    case ManagerErrors::Kind::invalidStatusCode: return QStringLiteral("invalidStatusCode(%1)").arg(error.statusCode());
-    case ManagerErrors::Kind::invalidResponse: return QStringLiteral("invalidResponse");
-    case ManagerErrors::Kind::invalidParsing: return QStringLiteral("invalidParsing");
-    case ManagerErrors::Kind::invalidToken: return QStringLiteral("invalidToken");
-    case ManagerErrors::Kind::sessionExpired: return QStringLiteral("sessionExpired");
-    case ManagerErrors::Kind::apiRouteError: return QStringLiteral("apiRouteError");
-    }
-    return {};
-}
-
-// A picture download passes a transport error on as it is.
-QString describe(const DownloadError &error)
-{
-    return error.managerError() ? describe(*error.managerError()) : QStringLiteral("transport error");
-}
-
-template<class T, class E>
-QString describe(const Result<T, E> &result)
-{
-    return result.isSuccess() ? QStringLiteral("success") : describe(result.error());
 }
 
 } // namespace
@@ -124,16 +96,11 @@ void TestNetworkFaults::faultyAnswer_data()
         << Call::request << fault(B::resetBeforeHeaders, 200, settingsBody) << "apiRouteError" << true;
     QTest::newRow("dripped one byte at a time")
         << Call::request << fault(B::drip, 200, settingsBody) << "success" << false;
-    QTest::newRow("empty 200") << Call::request << fault(B::answer, 200, {}) << "invalidParsing" << false;
     QTest::newRow("deeply nested 200") << Call::request << fault(B::answer, 200, nested) << "invalidParsing" << false;
     QTest::newRow("very large 200") << Call::request << fault(B::answer, 200, largeSettingsBody()) << "success"
                                     << false;
     QTest::newRow("JSON as text/html") << Call::request << fault(B::answer, 200, settingsBody, "text/html") << "success"
                                        << false;
-    QTest::newRow("HTML page as 200") << Call::request
-                                      << fault(B::answer, 200, "<html><body>Gateway</body></html>", "text/html")
-                                      << "invalidParsing" << false;
-    QTest::newRow("500") << Call::request << fault(B::answer, 500, settingsBody) << "invalidStatusCode(500)" << false;
     QTest::newRow("redirect to the answer") << Call::request << redirectTo(elsewhere) << "success" << false;
     QTest::newRow("redirect loop") << Call::request << redirectTo(loop) << "apiRouteError" << true;
     QTest::newRow("redirect to plain http") << Call::request << redirectTo(plainHttp) << "apiRouteError" << true;
@@ -148,8 +115,6 @@ void TestNetworkFaults::faultyAnswer_data()
         << Call::download << fault(B::closeMidBody, 200, test::jpeg(), "image/jpeg") << "transport error" << true;
     QTest::newRow("picture dripped") << Call::download << fault(B::drip, 200, test::jpeg(), "image/jpeg") << "success"
                                      << false;
-    QTest::newRow("picture garbage") << Call::download << fault(B::answer, 200, "GIF89a", "image/jpeg")
-                                     << "invalidParsing" << false;
 }
 
 void TestNetworkFaults::faultyAnswer()
@@ -174,27 +139,13 @@ void TestNetworkFaults::faultyAnswer()
     api.manager.setTransferTimeout(stalls ? stallTimeout : ampleTimeout);
     test::LogCapture log;
 
-    int calls = 0;
-    QString got;
-    QThread *thread = nullptr;
-    auto record = [&](const auto &result) {
-        ++calls;
-        got = describe(result);
-        thread = QThread::currentThread();
-    };
-    if (call == Call::download)
-        api.manager.downloadImage(QStringLiteral("p/a.png"), false, this, record);
-    else
-        api.manager.request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(), this,
-                                                          record);
-
-    QTRY_VERIFY_WITH_TIMEOUT(calls > 0, answerTimeoutMs);
-    // Whatever is still under way settles before the count is read again.
+    QVERIFY(api.call(call == Call::download));
+    // Whatever is still under way settles before the completions are read again.
     ApiQueue::shared().waitForDone();
     QCoreApplication::processEvents();
-    QCOMPARE(calls, 1);
-    QCOMPARE(thread, QThread::currentThread());
-    QCOMPARE(got, outcome);
+    QCOMPARE(api.completions.size(), 1);
+    QCOMPARE(api.completions.first().thread, QThread::currentThread());
+    QCOMPARE(api.completions.first().outcome, outcome);
     QCOMPARE(log.count(QStringLiteral("ERROR FOR REQUEST ")), transportLine ? 1 : 0);
     QCOMPARE(api.host.sessionExpiredCalls, call == Call::regeneration && outcome != QLatin1String("success") ? 1 : 0);
 }

@@ -3,12 +3,13 @@
 #include "items/itemsupdatepayload.h"
 #include "support/apiharness.h"
 #include "support/logcapture.h"
+#include "support/testpicker.h"
 
-#include <QBuffer>
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 #include <QThread>
+#include <QUrlQuery>
 
 using namespace ravelin;
 using namespace std::chrono;
@@ -19,11 +20,6 @@ namespace {
 
 constexpr int answerTimeoutMs = 10000;
 const TimePoint now = TimePoint(milliseconds(1795169730123)); // the harness's clock
-
-QByteArray okBody(const char *data = "true")
-{
-    return QByteArray(R"({"success":true,"data":)") + data + '}';
-}
 
 } // namespace
 
@@ -42,7 +38,6 @@ private slots:
     void statusMapping();
     void noSessionFailsWithoutNetwork();
     void closedReceiverIsNotCalledBack();
-    void destroyedDelegateIsNotCalled();
     void commentWithPhotoUploadsFirst_data();
     void commentWithPhotoUploadsFirst();
     void downloadImage();
@@ -53,14 +48,6 @@ private:
     void storeSession(TimePoint stamped, const QString &token)
     {
         m_api->store.store(APIData{m_api->server.baseUrl(), token, toDateTime(stamped)});
-    }
-    template<class T>
-    Result<T> requestAndWait(const Router &route)
-    {
-        std::optional<Result<T>> result;
-        m_api->manager.request<T>(route, ApiQueue::shared(), this, [&result](const Result<T> &r) { result = r; });
-        [&] { QTRY_VERIFY_WITH_TIMEOUT(result.has_value(), answerTimeoutMs); }();
-        return result.value_or(Result<T>::failure(ManagerErrors(ManagerErrors::Kind::sessionExpired)));
     }
 
     std::unique_ptr<test::ApiHarness> m_api;
@@ -110,7 +97,7 @@ void TestNetworkManager::everyRouteOnTheWire()
         Router::postComment(TaskCommentPayload(QStringLiteral("x"), 4, 9, std::nullopt, false, std::nullopt, now)),
     };
     m_api->server.on(method, path, CannedResponse{200, R"({"success":true})"});
-    const auto result = requestAndWait<PostTasksCommentResponse>(routes.at(index));
+    const auto result = m_api->answer<PostTasksCommentResponse>(routes.at(index));
     QVERIFY(result.isSuccess());
 
     const QList<RecordedRequest> received = m_api->server.requests();
@@ -118,10 +105,9 @@ void TestNetworkManager::everyRouteOnTheWire()
     const RecordedRequest &r = received.first();
     QCOMPARE(r.method, method);
     QCOMPARE(r.path, path);
-    QStringList items;
-    for (const auto &[name, value] : r.query)
-        items.append(name + QLatin1Char('=') + value);
-    QCOMPARE(items.join(QLatin1Char('&')), query);
+    QUrlQuery sentQuery;
+    sentQuery.setQueryItems(r.query);
+    QCOMPARE(sentQuery.toString(), query);
     QCOMPARE(r.header("Authorization"), QByteArray("Bearer tok"));
     QCOMPARE(r.header("Accept-Type"), QByteArray("application/json"));
     QCOMPARE(r.header("Content-Type"), QByteArray("application/json"));
@@ -135,11 +121,11 @@ void TestNetworkManager::everyRouteOnTheWire()
 void TestNetworkManager::staleTokenIsRegeneratedFirst()
 {
     storeSession(now - seconds(14400), QStringLiteral("old"));
-    m_api->server.on("GET", "/api/regenerate-token", CannedResponse{200, okBody("\"abc\"")});
+    m_api->server.on("GET", "/api/regenerate-token", CannedResponse{200, R"({"success":true,"data":"abc"})"});
     m_api->server.on("GET", "/api/items/taskId/1", CannedResponse{200, R"({"success":true})"});
     test::LogCapture log;
 
-    QVERIFY(requestAndWait<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
+    QVERIFY(m_api->answer<PostTasksCommentResponse>(Router::getItems(1)).isSuccess());
     const auto received = m_api->server.requests();
     QCOMPARE(received.size(), 2);
     QCOMPARE(received.at(0).path, QStringLiteral("/api/regenerate-token"));
@@ -158,7 +144,7 @@ void TestNetworkManager::failedRegenerationExpiresTheSession()
 {
     storeSession(now, QStringLiteral("old")); // same instant: stale
     m_api->server.on("GET", "/api/regenerate-token", CannedResponse{401, {}});
-    const auto result = requestAndWait<PostTasksCommentResponse>(Router::getItems(1));
+    const auto result = m_api->answer<PostTasksCommentResponse>(Router::getItems(1));
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::invalidToken));
     QCOMPARE(m_api->host.sessionExpiredCalls, 1);
@@ -186,7 +172,7 @@ void TestNetworkManager::statusMapping()
     QFETCH(ManagerErrors, error);
     m_api->server.on("GET", "/api/settings-constants", CannedResponse{status, body});
     test::LogCapture log;
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    const auto result = m_api->answer();
     QVERIFY(!result.isSuccess());
     QCOMPARE(result.error(), error);
     const bool parsing = error.kind() == ManagerErrors::Kind::invalidParsing;
@@ -198,18 +184,25 @@ void TestNetworkManager::noSessionFailsWithoutNetwork()
 {
     m_api->settings.clear();
     test::LogCapture log;
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
+    const auto result = m_api->answer();
     QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
     QCOMPARE(m_api->host.sessionExpiredCalls, 1);
     QCOMPARE(m_api->server.requestCount(), 0);
     QVERIFY(log.lines().contains(QStringLiteral("Couldnt find key")));
+
+    // A destroyed delegate is let go of, and not told again.
+    auto delegate = std::make_unique<test::FakeHost>();
+    m_api->manager.setDelegate(delegate.get());
+    delegate.reset();
+    QCOMPARE(m_api->manager.delegate(), nullptr);
+    QCOMPARE(m_api->answer().error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
 }
 
 void TestNetworkManager::closedReceiverIsNotCalledBack()
 {
     m_api->server.on("GET", "/api/settings-constants", [](const RecordedRequest &) {
         QThread::msleep(100);
-        return CannedResponse{200, R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})"};
+        return CannedResponse{200, test::settingsBody};
     });
     bool called = false;
     auto receiver = std::make_unique<QObject>();
@@ -218,7 +211,7 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     receiver.reset();
     // A later request of the same route answered: the earlier answer has come and gone.
     const auto settled = [this] {
-        QVERIFY(requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants()).isSuccess());
+        QVERIFY(m_api->answer().isSuccess());
         ApiQueue::shared().waitForDone();
         QCoreApplication::processEvents();
     };
@@ -232,17 +225,6 @@ void TestNetworkManager::closedReceiverIsNotCalledBack()
     manager.reset();
     settled();
     QVERIFY(!called);
-}
-
-void TestNetworkManager::destroyedDelegateIsNotCalled()
-{
-    auto delegate = std::make_unique<test::FakeHost>();
-    m_api->manager.setDelegate(delegate.get());
-    delegate.reset();
-    QCOMPARE(m_api->manager.delegate(), nullptr);
-    m_api->settings.clear(); // no session: the host would be told that it expired
-    const auto result = requestAndWait<SettingsAndConstantsResponse>(Router::getSettingsAndConstants());
-    QCOMPARE(result.error(), ManagerErrors(ManagerErrors::Kind::apiRouteError));
 }
 
 void TestNetworkManager::commentWithPhotoUploadsFirst_data()
@@ -263,10 +245,8 @@ void TestNetworkManager::commentWithPhotoUploadsFirst()
     test::LogCapture log;
 
     std::optional<QImage> photo;
-    if (withPhoto) {
-        photo = QImage(8, 8, QImage::Format_RGB32);
-        photo->fill(Qt::red);
-    }
+    if (withPhoto)
+        photo = test::solidPicture();
     std::optional<bool> posted;
     m_api->manager.postComment(4, 9, QString(), photo, true, this, [&](bool ok) { posted = ok; });
     QTRY_VERIFY_WITH_TIMEOUT(posted.has_value(), answerTimeoutMs);
@@ -291,13 +271,7 @@ void TestNetworkManager::commentWithPhotoUploadsFirst()
 
 void TestNetworkManager::downloadImage()
 {
-    QImage picture(20, 10, QImage::Format_RGB32);
-    picture.fill(Qt::blue);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    m_api->server.on("GET", "/files/thumbnails/thumb_p/a.png", CannedResponse{200, png, "image/png"});
+    m_api->server.on("GET", "/files/thumbnails/thumb_p/a.png", CannedResponse{200, test::jpeg(), "image/jpeg"});
     m_api->server.on("GET", "/files/p/bad.png", CannedResponse{200, "not a picture", "image/png"});
     test::LogCapture log;
 
@@ -309,7 +283,7 @@ void TestNetworkManager::downloadImage()
     };
     fetch(QStringLiteral("p/a.png"), true);
     QVERIFY(result->isSuccess());
-    QCOMPARE(result->value().size(), QSize(20, 10));
+    QCOMPARE(result->value().size(), QSize(120, 90));
     QVERIFY(log.lines().contains(QStringLiteral("Route response:  200")));
 
     fetch(QStringLiteral("p/missing.png"), false);

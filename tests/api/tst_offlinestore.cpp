@@ -5,8 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,23 +14,6 @@ using namespace std::chrono;
 namespace {
 
 const TimePoint now = TimePoint(milliseconds(1795169730123));
-
-// Reads a database with a connection of its own, as another process would.
-QVariant readOutside(const QString &path, const QString &statement)
-{
-    QVariant value;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("outside"));
-        db.setDatabaseName(path);
-        if (db.open()) {
-            QSqlQuery query(db);
-            if (query.exec(statement) && query.next())
-                value = query.value(0);
-        }
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("outside"));
-    return value;
-}
 
 } // namespace
 
@@ -212,12 +193,11 @@ void TestOfflineStore::lostRenameIsRecovered()
 void TestOfflineStore::newerSchemaIsNotOpened()
 {
     {
+        // The file as a later release leaves it.
         SqliteOfflineStore store(m_folder);
-        QVERIFY(store.isOpen());
+        (void)store.pragma(QStringLiteral("user_version=99"));
+        QCOMPARE(store.pragma(QStringLiteral("user_version")).toInt(), 99);
     }
-    const QString path = QDir(m_folder).filePath(QStringLiteral("offline.sqlite3"));
-    readOutside(path, QStringLiteral("PRAGMA user_version=99"));
-    QCOMPARE(readOutside(path, QStringLiteral("PRAGMA user_version")).toInt(), 99);
     SqliteOfflineStore newer(m_folder);
     QVERIFY(!newer.isOpen());
     QVERIFY(!newer.add(OutboxEntry::taskStatus(7, 1, 3, now), {}));

@@ -190,11 +190,9 @@ void TestOutboxKill::nothingLostNothingTwice()
 
 int main(int argc, char **argv)
 {
-    if (argc >= 6 && qstrcmp(argv[1], "--child") == 0) {
-        QGuiApplication app(argc, argv);
-        return runChild(app.arguments());
-    }
     QGuiApplication app(argc, argv);
+    if (argc >= 6 && qstrcmp(argv[1], "--child") == 0)
+        return runChild(app.arguments());
     TestOutboxKill test;
     return QTest::qExec(&test, argc, argv);
 }

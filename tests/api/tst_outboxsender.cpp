@@ -159,13 +159,11 @@ void TestOutboxSender::resultsOfATaskGoInOrder()
 
 void TestOutboxSender::failuresRetryWithBackoff()
 {
-    QSignalSpy changes(m_sender.get(), &OutboxSender::entryChanged);
     m_results->failNext(3);
     QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 4, 3, m_api->now)));
     drain();
+    // Taken in the end: a refused result would stay refused until the worker sends it again.
     QCOMPARE(m_results->received().size(), 1);
-    for (const QList<QVariant> &change : changes)
-        QVERIFY(change.at(1).value<OutboxEntry::State>() != OutboxEntry::State::refused);
     QCOMPARE(m_api->server.requests(QStringLiteral("/api/task/4")).size(), 4);
 }
 
@@ -212,10 +210,8 @@ void TestOutboxSender::refusalStopsTheResult()
     QTEST(onTask5, "taken");
     for (const OutboxServer::Received &r : m_results->received("status"))
         QCOMPARE(r.body["task_status_id"].toInt(), 2); // never the block's change
-    bool otherTaskWent = false; // other tasks go on
-    for (const OutboxServer::Received &r : m_results->received("comment"))
-        otherTaskWent = otherTaskWent || r.taskId == 6;
-    QVERIFY(otherTaskWent);
+    const auto onTask6 = [](const OutboxServer::Received &r) { return r.taskId == 6; };
+    QVERIFY(std::ranges::any_of(m_results->received("comment"), onTask6)); // other tasks go on
     const auto notSent = m_store->entry(block->id);
     QCOMPARE(notSent->state, OutboxEntry::State::refused);
     QCOMPARE(notSent->reason, QStringLiteral("Task not found"));
@@ -317,10 +313,7 @@ void TestOutboxSender::noTokenIsWritten()
 
 void TestOutboxSender::answersAreKeptForOfflineOpening()
 {
-    const QByteArray settings = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[]}})";
-    test::CannedResponse answer;
-    answer.body = settings;
-    m_api->server.on("GET", QStringLiteral("/api/settings-constants"), answer);
+    m_api->server.on("GET", QStringLiteral("/api/settings-constants"), test::CannedResponse{200, test::settingsBody});
     m_api->manager.setAnswerObserver([this](const Router &route, const QByteArray &body) {
         QVERIFY(m_store->storeAnswer(user, route.path(), body, m_api->now));
     });
@@ -333,7 +326,7 @@ void TestOutboxSender::answersAreKeptForOfflineOpening()
             QVERIFY(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants")));
         });
     QTRY_VERIFY_WITH_TIMEOUT(answered, waitMs);
-    QCOMPARE(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants"))->body, settings);
+    QCOMPARE(m_store->cachedAnswer(user, QStringLiteral("api/settings-constants"))->body, test::settingsBody);
 
     QVERIFY(m_sender->add(OutboxEntry::taskStatus(user, 2, 3, m_api->now))); // results are not answers to keep
     drain();

@@ -13,6 +13,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 #include <memory>
@@ -42,6 +43,37 @@ public:
     QList<std::pair<QImage, QString>> uploads;
     bool uploadSucceeds = true;
 };
+
+// A settings and constants answer with one task category, "Pumps".
+inline const QByteArray settingsBody
+    = R"({"success":true,"data":{"itemStatus":[],"taskStatus":[],"taskCategory":[{"id":1,"name":"Pumps"}]}})";
+
+// What a call of the network manager completed with: "success", or the error's
+// kind ("invalidStatusCode(500)", "apiRouteError", ...).
+[[nodiscard]] inline QString outcome(const ManagerErrors &error)
+{
+    switch (error.kind()) {
+    case ManagerErrors::Kind::invalidStatusCode: return QStringLiteral("invalidStatusCode(%1)").arg(error.statusCode());
+    case ManagerErrors::Kind::invalidResponse: return QStringLiteral("invalidResponse");
+    case ManagerErrors::Kind::invalidParsing: return QStringLiteral("invalidParsing");
+    case ManagerErrors::Kind::invalidToken: return QStringLiteral("invalidToken");
+    case ManagerErrors::Kind::sessionExpired: return QStringLiteral("sessionExpired");
+    case ManagerErrors::Kind::apiRouteError: return QStringLiteral("apiRouteError");
+    }
+    return {};
+}
+
+// A picture download passes a transport error on as it is.
+[[nodiscard]] inline QString outcome(const DownloadError &error)
+{
+    return error.managerError() ? outcome(*error.managerError()) : QStringLiteral("transport error");
+}
+
+template<class T, class E>
+[[nodiscard]] QString outcome(const Result<T, E> &result)
+{
+    return result.isSuccess() ? QStringLiteral("success") : outcome(result.error());
+}
 
 // Starts a call whose completion reports success first, and waits for that
 // report: what it said, or nothing when it did not come in time.
@@ -78,6 +110,39 @@ public:
     ApiHarness(const ApiHarness &) = delete;
     ApiHarness &operator=(const ApiHarness &) = delete;
 
+    // Sends the request and waits for its answer. No answer in time fails the
+    // test, and stands as sessionExpired, which the manager never raises.
+    template<class T = SettingsAndConstantsResponse>
+    [[nodiscard]] Result<T> answer(const Router &route = Router::getSettingsAndConstants(), int timeoutMs = 30000)
+    {
+        auto result = std::make_shared<std::optional<Result<T>>>();
+        manager.request<T>(route, ApiQueue::shared(), &network, [result](const Result<T> &r) { *result = r; });
+        [&] { QTRY_VERIFY_WITH_TIMEOUT(result->has_value(), timeoutMs); }();
+        return result->value_or(Result<T>::failure(ManagerErrors(ManagerErrors::Kind::sessionExpired)));
+    }
+
+    struct Completion
+    {
+        QString outcome;
+        QThread *thread = nullptr;
+    };
+    // Asks for the settings and constants, or downloads the picture "p/a.png",
+    // and waits for the first completion; false when none came in time. Every
+    // completion is kept in `completions`.
+    [[nodiscard]] bool call(bool picture = false, int timeoutMs = 30000)
+    {
+        const auto record = [this](const auto &result) {
+            completions.append({outcome(result), QThread::currentThread()});
+        };
+        const qsizetype before = completions.size();
+        if (picture)
+            manager.downloadImage(QStringLiteral("p/a.png"), false, &network, record);
+        else
+            manager.request<SettingsAndConstantsResponse>(Router::getSettingsAndConstants(), ApiQueue::shared(),
+                                                          &network, record);
+        return QTest::qWaitFor([&] { return completions.size() > before; }, timeoutMs);
+    }
+
     TimePoint now;
     TestServer server;
     QTemporaryDir dir;
@@ -87,6 +152,7 @@ public:
     FakeHost host;
     NetworkManager manager;
     UsersData users;
+    QList<Completion> completions;
 };
 
 } // namespace ravelin::test

@@ -118,7 +118,6 @@ void FaultServer::readRequest(QSslSocket *socket)
     const QByteArray target = requestLine.value(1);
     const qsizetype query = target.indexOf('?');
     bytes.clear();
-    ++m_requestCount;
     respond(socket, QString::fromUtf8(query < 0 ? target : target.left(query)));
 }
 
@@ -146,7 +145,7 @@ void FaultServer::respond(QSslSocket *socket, const QString &path)
 void FaultServer::drip(QSslSocket *socket, QByteArray bytes)
 {
     auto *timer = new QTimer(socket);
-    timer->setInterval(m_dripInterval);
+    timer->setInterval(1);
     connect(timer, &QTimer::timeout, socket, [socket, timer, bytes = std::move(bytes), sent = qsizetype(0)]() mutable {
         if (sent < bytes.size()) {
             socket->write(bytes.constData() + sent, 1);

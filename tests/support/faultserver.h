@@ -6,7 +6,6 @@
 #include <QObject>
 #include <QString>
 
-#include <chrono>
 #include <utility>
 
 class QSslServer;
@@ -30,7 +29,7 @@ public:
         resetBeforeHeaders, // the request is read, then the connection is reset
         stallBeforeHeaders, // the request is read, then nothing is sent
         stallMidBody, // the headers and half of the body, then nothing
-        drip, // the headers and the body one byte at a time
+        drip, // the headers and the body one byte a millisecond
     };
 
     struct Script
@@ -51,10 +50,6 @@ public:
     [[nodiscard]] QString baseUrl() const;
 
     void script(const QString &path, Script script);
-    // Requests read in full so far, on any path.
-    [[nodiscard]] int requestCount() const { return m_requestCount; }
-    // Time between two bytes of a dripped answer.
-    void setDripInterval(std::chrono::milliseconds interval) { m_dripInterval = interval; }
 
 private:
     void accept();
@@ -65,8 +60,6 @@ private:
     QSslServer *m_server = nullptr;
     QHash<QString, Script> m_scripts;
     QHash<QSslSocket *, QByteArray> m_received;
-    int m_requestCount = 0;
-    std::chrono::milliseconds m_dripInterval{1};
 };
 
 } // namespace ravelin::test

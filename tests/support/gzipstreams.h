@@ -12,7 +12,7 @@
 namespace ravelin::test {
 
 // The text compressed with the given zlib window bits (31: gzip, 15: zlib, -15: raw).
-inline QByteArray compressed(const QByteArray &text, int windowBits, int level = Z_DEFAULT_COMPRESSION)
+inline QByteArray compressed(const QByteArray &text, int windowBits, int level = Z_BEST_COMPRESSION)
 {
     z_stream stream{};
     deflateInit2(&stream, level, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);

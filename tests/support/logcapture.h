@@ -2,6 +2,7 @@
 
 #include "api/debuglog.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -21,13 +22,12 @@ public:
     {
         std::lock_guard lock(registryMutex());
         m_outer = std::exchange(active(), m_state);
-        m_previous = qInstallMessageHandler(&LogCapture::handle);
-        m_state->previous = m_previous;
+        m_state->previous = qInstallMessageHandler(&LogCapture::handle);
     }
     ~LogCapture()
     {
         std::lock_guard lock(registryMutex());
-        qInstallMessageHandler(m_previous);
+        qInstallMessageHandler(m_state->previous);
         active() = m_outer;
     }
     LogCapture(const LogCapture &) = delete;
@@ -42,12 +42,7 @@ public:
     // Lines that start with the given text.
     [[nodiscard]] QStringList linesStartingWith(const QString &prefix) const
     {
-        QStringList out;
-        for (const QString &line : lines()) {
-            if (line.startsWith(prefix))
-                out.append(line);
-        }
-        return out;
+        return lines().filter(QRegularExpression(u'^' + QRegularExpression::escape(prefix)));
     }
 
     // How many lines start with the given text.
@@ -106,7 +101,6 @@ private:
 
     std::shared_ptr<State> m_state;
     std::shared_ptr<State> m_outer;
-    QtMessageHandler m_previous = nullptr;
 };
 
 } // namespace ravelin::test

@@ -1,7 +1,8 @@
 #pragma once
 
 // A process's outbox against a loopback HTTPS server, as the outbox kill test's
-// child and the outbox benchmark run it: a session signed in a minute ago, the
+// child and the outbox benchmark run it (the offline dashboard benchmark takes
+// its network manager and store): a session signed in a minute ago, the
 // network manager, the SQLite store in a folder and the sender over them. Its
 // host stores pictures with a PUT to "/upload/<file name>" and hands back
 // "uploads/<file name>". Header only: the benchmarks build without the tests.

@@ -13,6 +13,7 @@
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 
@@ -37,22 +38,13 @@ RecordedRequest record(const httplib::Request &request)
     return recorded;
 }
 
-struct PrefixRoute
-{
-    QByteArray method;
-    QString prefix;
-    TestServer::Handler handler;
-};
-
 } // namespace
 
 QByteArray RecordedRequest::header(const QByteArray &name) const
 {
-    for (const auto &[key, value] : headers) {
-        if (key.compare(name, Qt::CaseInsensitive) == 0)
-            return value;
-    }
-    return {};
+    const auto found = std::ranges::find_if(
+        headers, [&name](const auto &header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
+    return found == headers.end() ? QByteArray() : found->second;
 }
 
 struct TestServer::Private
@@ -84,18 +76,17 @@ struct TestServer::Private
         const auto exact = exactRoutes.find({method, path});
         if (exact != exactRoutes.end())
             return exact->second;
-        const PrefixRoute *best = nullptr;
-        for (const PrefixRoute &route : prefixRoutes) {
-            if (route.method == method && path.startsWith(route.prefix)
-                && (!best || route.prefix.size() > best->prefix.size()))
-                best = &route;
+        Handler longest; // of the matching prefixes, the longest sorts last
+        for (const auto &[route, handler] : prefixRoutes) {
+            if (route.first == method && path.startsWith(route.second))
+                longest = handler;
         }
-        return best ? best->handler : Handler();
+        return longest;
     }
 
     mutable std::mutex mutex;
     std::map<std::pair<QByteArray, QString>, Handler> exactRoutes;
-    QList<PrefixRoute> prefixRoutes;
+    std::map<std::pair<QByteArray, QString>, Handler> prefixRoutes;
     QList<RecordedRequest> received;
     std::unique_ptr<LoopbackServer> server; // last: it stops serving before the routes go
 };
@@ -111,11 +102,6 @@ TestServer::TestServer()
 }
 
 TestServer::~TestServer() = default;
-
-quint16 TestServer::port() const
-{
-    return d->server->port();
-}
 
 QString TestServer::baseUrl() const
 {
@@ -141,13 +127,7 @@ void TestServer::on(const QByteArray &method, const QString &path, Handler handl
 void TestServer::onPrefix(const QByteArray &method, const QString &prefix, Handler handler)
 {
     std::lock_guard lock(d->mutex);
-    for (PrefixRoute &route : d->prefixRoutes) {
-        if (route.method == method && route.prefix == prefix) {
-            route.handler = std::move(handler);
-            return;
-        }
-    }
-    d->prefixRoutes.append({method, prefix, std::move(handler)});
+    d->prefixRoutes[{method, prefix}] = std::move(handler);
 }
 
 QList<RecordedRequest> TestServer::requests() const
@@ -160,10 +140,8 @@ QList<RecordedRequest> TestServer::requests(const QString &path) const
 {
     std::lock_guard lock(d->mutex);
     QList<RecordedRequest> matching;
-    for (const RecordedRequest &request : d->received) {
-        if (request.path == path)
-            matching.append(request);
-    }
+    std::ranges::copy_if(d->received, std::back_inserter(matching),
+                         [&path](const RecordedRequest &request) { return request.path == path; });
     return matching;
 }
 

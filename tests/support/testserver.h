@@ -65,7 +65,6 @@ public:
     TestServer(const TestServer &) = delete;
     TestServer &operator=(const TestServer &) = delete;
 
-    [[nodiscard]] quint16 port() const;
     // "127.0.0.1:<port>", no scheme.
     [[nodiscard]] QString baseUrl() const;
     // The server's certificate (PEM), made for this server.
