@@ -6,16 +6,11 @@
 #include "tasks/dashboardheaderview.h"
 #include "tasks/dashboardtexts.h"
 #include "tasks/dashboardvm.h"
-#include "tasks/piechartview.h"
 #include "tasks/taskcard.h"
-#include "tasks/taskcollectionmodel.h"
-#include "views/roundedview.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QScrollBar>
 #include <QScroller>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
