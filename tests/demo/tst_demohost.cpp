@@ -62,7 +62,6 @@ private slots:
     void uploadImageRefusedOutsideTheFolder();
     void emergencyButtonToggles();
     void taskEventCarriesItsType();
-    void sessionExpiryReturnsToSignIn_data();
     void sessionExpiryReturnsToSignIn();
     void tourWritesPicturesAndSummary();
     void tourStopsWhenTheSessionEnds();
@@ -141,7 +140,7 @@ void TestDemoHost::signInStoresTheSession()
 {
     // How the library stores the session it is handed: tst_ravelinnavvc storesSessionDataOnLoad. That the
     // session handed over opens the server: every signIn(id, true) below waits for the worker's tasks; the worker's
-    // id: sessionExpiryReturnsToSignIn; the window as the host's delegate: its row "the library finds no session".
+    // id and the window as the host's delegate: sessionExpiryReturnsToSignIn.
     RavelinNavVC *navVC = signIn(3);
     QVERIFY(navVC);
     QVERIFY(navVC->isVisible());
@@ -248,28 +247,17 @@ void TestDemoHost::taskEventCarriesItsType()
     QCOMPARE(events.first()->assetId, std::optional<qint64>(2));
 }
 
-void TestDemoHost::sessionExpiryReturnsToSignIn_data()
-{
-    QTest::addColumn<bool>("fromLibrary");
-    QTest::newRow("the host ends it") << false;
-    QTest::newRow("the library finds no session") << true;
-}
-
 void TestDemoHost::sessionExpiryReturnsToSignIn()
 {
-    QFETCH(bool, fromLibrary);
+    // The library tells the host through the same call the host may make itself, as it does below.
     QPointer<RavelinNavVC> first = signIn(1, true);
     QVERIFY(first);
     m_window->hostBar()->emergencyButton()->click();
     QSignalSpy returned(m_window.get(), &DemoHostWindow::returnedToSignIn);
-    if (fromLibrary) {
-        // Without stored session data the library's next request tells the host.
-        m_rig->settings.remove(QStringLiteral("quorApiData"));
-        first->dashboard()->pullToRefresh();
-        QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
-    } else {
-        m_window->sessionExpired();
-    }
+    // Without stored session data the library's next request tells the host.
+    m_rig->settings.remove(QStringLiteral("quorApiData"));
+    first->dashboard()->pullToRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
     QCOMPARE(returned.size(), 1);
     QVERIFY(m_window->signInScreen()->isVisible());
     QVERIFY(!m_window->signInScreen()->message().isEmpty());
