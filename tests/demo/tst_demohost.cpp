@@ -33,7 +33,6 @@
 
 using namespace ravelin;
 
-Q_DECLARE_METATYPE(ravelin::TaskUpdateEventType)
 Q_DECLARE_METATYPE(ravelin::DemoOptions::Mode)
 
 namespace {
@@ -62,9 +61,7 @@ private slots:
     void panelFollowsDidSwipe();
     void uploadImageRefusedOutsideTheFolder();
     void emergencyButtonToggles();
-    void taskEventCarriesItsType_data();
     void taskEventCarriesItsType();
-    void sessionExpiryReturnsToSignIn_data();
     void sessionExpiryReturnsToSignIn();
     void tourWritesPicturesAndSummary();
     void tourStopsWhenTheSessionEnds();
@@ -141,18 +138,13 @@ std::pair<int, QByteArray> TestDemoHost::download(const QString &path, const QBy
 
 void TestDemoHost::signInStoresTheSession()
 {
-    // How the library stores the session it is handed: tst_ravelinnavvc storesSessionDataOnLoad.
+    // How the library stores the session it is handed: tst_ravelinnavvc storesSessionDataOnLoad. That the
+    // session handed over opens the server: every signIn(id, true) below waits for the worker's tasks; the worker's
+    // id and the window as the host's delegate: sessionExpiryReturnsToSignIn.
     RavelinNavVC *navVC = signIn(3);
     QVERIFY(navVC);
     QVERIFY(navVC->isVisible());
     QVERIFY(!m_window->signInScreen()->isVisible());
-    QCOMPARE(navVC->networkData->baseUrl, m_rig->server.baseUrl());
-    QCOMPARE(navVC->networkData->tokenString, m_window->session()->token);
-    // The token handed over is one the server issued for this sign-in.
-    QCOMPARE(download(QStringLiteral("/api/settings-constants"), m_window->session()->token.toUtf8()).first, 200);
-
-    QCOMPARE(navVC->currentUserId, std::optional<qint64>(3));
-    QCOMPARE(navVC->vcDelegate(), static_cast<RavelinNavVCDelegate *>(m_window.get()));
     QVERIFY(navVC->assetsList.has_value());
     for (const DemoUser &user : m_rig->server.users())
         QCOMPARE(navVC->assetsList->value(user.id), (QStringList{user.name, user.icon}));
@@ -176,20 +168,17 @@ void TestDemoHost::refusedSignInStaysOnSignIn()
 
 void TestDemoHost::panelFollowsDidSwipe()
 {
+    // What the dashboard's button passes: tst_dashboardvc panelButtonAndSwipes; opened by it and closed by the
+    // host: the tour's host-panel step.
     RavelinNavVC *navVC = signIn(2, true);
     QVERIFY(navVC);
-    QSignalSpy swiped(m_window.get(), &DemoHostWindow::swiped);
     QToolButton *panelButton = navVC->dashboard()->headerView()->panelButton();
     HostPanel *panel = m_window->hostPanel();
     QVERIFY(!panel->isShown());
 
     panelButton->click();
-    QCOMPARE(swiped.size(), 1);
-    QCOMPARE(swiped.at(0).at(0).toBool(), false);
     QVERIFY(panel->isShown());
-    QTRY_VERIFY_WITH_TIMEOUT(panel->isSettled() && panel->isVisible(), kTimeoutMs);
     panelButton->click();
-    QCOMPARE(swiped.at(1).at(0).toBool(), true);
     QVERIFY(!panel->isShown());
     QTRY_VERIFY_WITH_TIMEOUT(panel->isSettled() && !panel->isVisible(), kTimeoutMs);
 
@@ -199,7 +188,6 @@ void TestDemoHost::panelFollowsDidSwipe()
     emit panel->closeRequested();
     QVERIFY(!panel->isShown());
     panelButton->click();
-    QCOMPARE(swiped.last().at(0).toBool(), false);
     QVERIFY(panel->isShown());
 }
 
@@ -230,19 +218,10 @@ void TestDemoHost::emergencyButtonToggles()
     QCOMPARE(posted, (QList<QVariant>{QVariant(true), QVariant(false)}));
 }
 
-void TestDemoHost::taskEventCarriesItsType_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<TaskUpdateEventType>("type");
-    QTest::newRow("assigned") << QStringLiteral("task-assigned") << TaskUpdateEventType::kAssigned;
-    QTest::newRow("unassigned") << QStringLiteral("task-unassigned") << TaskUpdateEventType::kUnassigned;
-    QTest::newRow("deleted") << QStringLiteral("task-deleted") << TaskUpdateEventType::kDeleted;
-}
-
 void TestDemoHost::taskEventCarriesItsType()
 {
-    QFETCH(QString, kind);
-    QFETCH(TaskUpdateEventType, type);
+    // Each kind's type: tst_ravelinnavvc typeTextsAndAlert, through which the sheet reads its kinds; the alert and
+    // the dashboard's reload that follow: the tour's task-event step.
     QVERIFY(signIn(2));
     QList<TaskUpdateEventPtr> events;
     QObject observer;
@@ -256,7 +235,7 @@ void TestDemoHost::taskEventCarriesItsType()
     QVERIFY(sheet->isOpen());
     QCOMPARE(sheet->tasks().size(), m_rig->data.tasks.size());
     QCOMPARE(sheet->tasks().constFirst().assignedUserId, std::optional<qint64>(2));
-    QVERIFY(sheet->selectTask(task.id) && sheet->selectKind(kind));
+    QVERIFY(sheet->selectTask(task.id) && sheet->selectKind(QStringLiteral("task-unassigned")));
     sheet->postButton()->click();
 
     QVERIFY(!sheet->isOpen());
@@ -264,32 +243,21 @@ void TestDemoHost::taskEventCarriesItsType()
     QVERIFY(events.first());
     QCOMPARE(events.first()->id, task.id);
     QCOMPARE(events.first()->name, task.name);
-    QCOMPARE(events.first()->type, type);
+    QCOMPARE(events.first()->type, TaskUpdateEventType::kUnassigned);
     QCOMPARE(events.first()->assetId, std::optional<qint64>(2));
-}
-
-void TestDemoHost::sessionExpiryReturnsToSignIn_data()
-{
-    QTest::addColumn<bool>("fromLibrary");
-    QTest::newRow("the host ends it") << false;
-    QTest::newRow("the library finds no session") << true;
 }
 
 void TestDemoHost::sessionExpiryReturnsToSignIn()
 {
-    QFETCH(bool, fromLibrary);
+    // The library tells the host through the same call the host may make itself, as it does below.
     QPointer<RavelinNavVC> first = signIn(1, true);
     QVERIFY(first);
     m_window->hostBar()->emergencyButton()->click();
     QSignalSpy returned(m_window.get(), &DemoHostWindow::returnedToSignIn);
-    if (fromLibrary) {
-        // Without stored session data the library's next request tells the host.
-        m_rig->settings.remove(QStringLiteral("quorApiData"));
-        first->dashboard()->pullToRefresh();
-        QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
-    } else {
-        m_window->sessionExpired();
-    }
+    // Without stored session data the library's next request tells the host.
+    m_rig->settings.remove(QStringLiteral("quorApiData"));
+    first->dashboard()->pullToRefresh();
+    QTRY_VERIFY_WITH_TIMEOUT(!returned.isEmpty(), kTimeoutMs);
     QCOMPARE(returned.size(), 1);
     QVERIFY(m_window->signInScreen()->isVisible());
     QVERIFY(!m_window->signInScreen()->message().isEmpty());

@@ -129,7 +129,8 @@ QJsonArray TestDemoServer::dataOf(const QString &pathAndQuery)
 
 void TestDemoServer::tokens()
 {
-    // Signing in over HTTP and the token it hands out opening the API: tst_demohost signInStoresTheSession.
+    // Signing in over HTTP and the token it hands out opening the API: tst_demohost, whose signIn() waits for the
+    // worker's tasks.
     // A stale token does not stand in the way of signing in.
     QCOMPARE(send("POST", "/api/demo/sign-in", R"({"userId":2})", QByteArray("Bearer stale")).status, 200);
 
