@@ -6,6 +6,7 @@
 #include "demo/app/demohostwindow.h"
 #include "demo/app/demooptions.h"
 #include "demo/app/demotour.h"
+#include "demo/app/embeddedsetup.h"
 #include "demo/app/hostbrand.h"
 #include "demo/app/switchablenetworkaccess.h"
 #include "demo/server/demodata.h"
@@ -43,20 +44,6 @@ std::unique_ptr<QSettings> openUserDefaults()
         return std::make_unique<QSettings>(QDir(folder).filePath(QStringLiteral("user-defaults.ini")),
                                            QSettings::IniFormat);
     return std::make_unique<QSettings>(QStringLiteral("Ravelin"), QStringLiteral("Ravelin Demo"));
-}
-
-HostSetup embeddedSetup(const DemoServer &server, const DemoData &data)
-{
-    HostSetup setup;
-    setup.baseUrl = server.baseUrl();
-    setup.certificatePem = server.certificatePem();
-    for (const DemoUser &user : server.users()) {
-        if (user.canSignIn)
-            setup.workers.append({user.id, user.name, user.icon, QStringLiteral("Field worker")});
-    }
-    for (const DemoTask &task : data.tasks)
-        setup.tasks.append({task.id, task.name, task.assignedUserId});
-    return setup;
 }
 
 HostSetup presetSetup(const DemoOptions &options)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/app/demohostwindow.h"
+#include "demo/app/embeddedsetup.h"
 #include "demo/app/switchablenetworkaccess.h"
 #include "demo/server/demodata.h"
 #include "demo/server/demoserver.h"
@@ -24,20 +25,8 @@ struct DemoRig
     SwitchableNetworkAccess network;
     NotificationCenter center;
 
-    // As the demo sets its host up: the server, the workers who may sign in and every task.
-    [[nodiscard]] HostSetup setup() const
-    {
-        HostSetup setup;
-        setup.baseUrl = server.baseUrl();
-        setup.certificatePem = server.certificatePem();
-        for (const DemoUser &user : server.users()) {
-            if (user.canSignIn)
-                setup.workers.append({user.id, user.name, user.icon, QStringLiteral("Field worker")});
-        }
-        for (const DemoTask &task : data.tasks)
-            setup.tasks.append({task.id, task.name, task.assignedUserId});
-        return setup;
-    }
+    // As the demo sets its host up.
+    [[nodiscard]] HostSetup setup() const { return embeddedSetup(server, data); }
 
     [[nodiscard]] DemoHostWindow::Environment environment()
     {
