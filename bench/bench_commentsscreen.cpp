@@ -16,7 +16,6 @@
 
 #include "screenbench.h"
 
-#include <QScrollBar>
 
 #include <memory>
 

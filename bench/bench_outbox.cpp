@@ -10,7 +10,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QTemporaryDir>

@@ -2,9 +2,7 @@
 #include "comments/imagevc.h"
 #include "support/screentest.h"
 
-#include <QLabel>
 #include <QPlainTextEdit>
-#include <QToolButton>
 
 using namespace ravelin;
 using namespace ravelin::test;

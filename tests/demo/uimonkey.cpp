@@ -4,7 +4,6 @@
 #include "host/navigationbar.h"
 
 #include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QApplication>
 #include <QComboBox>
@@ -12,7 +11,6 @@
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextEdit>
-#include <QToolButton>
 #include <QWindow>
 
 #include <algorithm>

@@ -9,7 +9,6 @@
 #include "tasks/dashboardvm.h"
 #include "views/segmentedcontrol.h"
 
-#include <QToolButton>
 #include <QWheelEvent>
 
 #include <QSignalSpy>

@@ -12,7 +12,6 @@
 #include "support/shots.h"
 
 #include <QAbstractItemModelTester>
-#include <QListView>
 #include <QNetworkProxy>
 #include <QPlainTextEdit>
 #include <QSignalSpy>

@@ -9,7 +9,6 @@
 #include "views/textviewwithplaceholder.h"
 
 #include <QAbstractItemModelTester>
-#include <QLabel>
 
 using namespace ravelin;
 using namespace ravelin::test;

@@ -10,7 +10,6 @@
 #include "support/screentest.h"
 
 #include <QFrame>
-#include <QLabel>
 #include <QPointer>
 #include <QSignalSpy>
 

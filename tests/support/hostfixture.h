@@ -20,12 +20,7 @@
 #include "views/alertview.h"
 #include "views/refreshablescrollarea.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QNetworkReply>
-#include <QPushButton>
 #include <QTest>
 
 #include <memory>

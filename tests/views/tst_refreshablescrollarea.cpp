@@ -4,7 +4,6 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
-#include <QScrollBar>
 #include <QScroller>
 #include <QSignalSpy>
 #include <QTest>

@@ -1,7 +1,6 @@
 #include "views/virtuallistview.h"
 
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTest>
 #include <QVBoxLayout>
