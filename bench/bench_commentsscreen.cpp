@@ -16,6 +16,7 @@
 
 #include "screenbench.h"
 
+#include <QScrollBar>
 
 #include <memory>
 

@@ -1,16 +1,24 @@
 // Decoding the task list answer: what our JSON layer costs next to a bare
 // simdjson parse, a hand-written parse-and-fill over simdjson, and Qt's own JSON
-// reader; and what one server date costs with the general Qt parsers and with
-// the hand-written one.
+// reader; what one server date costs with the general Qt parsers and with the
+// hand-written one; and, measured in the same run as that reference, the
+// dashboard's whole path (bytes -> decoded tasks -> status sections) and a large
+// comment thread decoded and grouped by local day.
 //
 // The answer is generated in memory: 10,000 tasks in the server's shape with
 // realistic names and descriptions (up to about 400 characters), about 6 MB.
 
+#include "api/clock.h"
 #include "api/datecoding.h"
 #include "api/json.h"
 #include "api/settings.h"
 #include "bench/taskanswer.h"
+#include "comments/commentsvm.h"
+#include "comments/taskscommentsresponse.h"
+#include "filter/taskfilterdata.h"
+#include "tasks/dashboardvm.h"
 #include "tasks/task.h"
+#include "tasks/tasklist.h"
 #include "tasks/tasksresponse.h"
 
 #include <QByteArray>
@@ -242,6 +250,86 @@ void BM_DateParseServerDateMSecs(benchmark::State &state)
     datesProcessed(state);
 }
 
+// --- The dashboard's path and a large comment thread --------------------------
+
+TaskList makeTaskList()
+{
+    Settings settings = Settings::defaults();
+    settings.taskCategory = categories();
+    return TaskList(
+        TaskFilterData::makeDefault(fixedClock(TimePoint(std::chrono::milliseconds(1795169730123))), settings));
+}
+
+void BM_TaskSections(benchmark::State &state)
+{
+    const TaskList list = makeTaskList();
+    const QList<TaskPtr> tasks = json::decode<TasksResponse>(answer(), networkOptions()).data;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(DashboardVM::arrange(tasks, list.filterData->sortingConfig));
+    state.SetItemsProcessed(state.iterations() * tasks.size());
+}
+
+// What one fetch costs on the api queue: decoding, sorting, grouping, counting.
+void BM_TaskPathBytesToSections(benchmark::State &state)
+{
+    const TaskList list = makeTaskList();
+    const json::Options options = networkOptions();
+    parseAnswer(state, [&](const QByteArray &bytes) {
+        return DashboardVM::arrange(json::decode<TasksResponse>(bytes, options).data, list.filterData->sortingConfig);
+    });
+}
+
+constexpr int commentCount = 10000;
+
+QByteArray makeCommentAnswer()
+{
+    std::mt19937 rng(7);
+    std::uniform_int_distribution<qint64> offset(0, 60LL * 86400 * 1000);
+    std::uniform_int_distribution<int> coin(0, 3);
+    const qint64 start = 1790000000000;
+    std::string out = R"({"success":true,"data":[)";
+    for (int i = 0; i < commentCount; ++i) {
+        const QByteArray date = QDateTime::fromMSecsSinceEpoch(start + offset(rng), Qt::UTC)
+                                    .toString(QStringLiteral("yyyy-MM-dd'T'HH:mm:ss.zzz'Z'"))
+                                    .toLatin1();
+        if (i)
+            out += ',';
+        out += R"({"text":"Checked the pump housing, seal replaced and pressure logged.","userId":)"
+            + std::to_string(i % 9);
+        out += R"(,"dateCreated":")" + date.toStdString() + '"';
+        out += R"(,"itemId":)" + (coin(rng) ? std::to_string(100 + i % 40) : std::string("null"));
+        out += R"(,"isIncident":")" + std::string(coin(rng) == 0 ? "1" : "0") + '"';
+        out += R"(,"assetName":"Crew )" + std::to_string(i % 9) + R"(","assetIcon":"people_01"})";
+    }
+    out += "]}";
+    return QByteArray(out.data(), qsizetype(out.size()));
+}
+
+const QByteArray &commentAnswer()
+{
+    static const QByteArray bytes = makeCommentAnswer();
+    return bytes;
+}
+
+void BM_CommentDecoding(benchmark::State &state)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(json::decode<TasksCommentsResponse>(commentAnswer(), networkOptions()));
+    state.SetItemsProcessed(state.iterations() * commentCount);
+}
+
+// Newest-first ordering and grouping by local day, as a fetch does with its answer.
+void BM_CommentGrouping(benchmark::State &state)
+{
+    const QList<CommentPtr> comments = json::decode<TasksCommentsResponse>(commentAnswer(), networkOptions()).data;
+    CommentsVM vm(std::make_shared<Task>(), nullptr, UsersData{});
+    for (auto _ : state) {
+        vm.setComments(comments);
+        benchmark::DoNotOptimize(vm.groupedComments().size());
+    }
+    state.SetItemsProcessed(state.iterations() * commentCount);
+}
+
 // Checks once that the three task decoders agree, so that the figures compare
 // the same work.
 void checkAgreement()
@@ -278,6 +366,10 @@ BENCHMARK(BM_QtJsonDecode)->ComputeStatistics("min", minimum)->Unit(benchmark::k
 BENCHMARK(BM_DateQtFormat)->ComputeStatistics("min", minimum)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DateQtIsoWithMs)->ComputeStatistics("min", minimum)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DateParseServerDateMSecs)->ComputeStatistics("min", minimum)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TaskSections)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_TaskPathBytesToSections)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CommentDecoding)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CommentGrouping)->ComputeStatistics("min", minimum)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char **argv)
 {
