@@ -17,6 +17,7 @@
 #include <QTest>
 
 using namespace ravelin;
+using ravelin::test::checkRoundTrips;
 using ravelin::test::FatalErrorRaised;
 using ravelin::test::FatalErrorTrap;
 using ravelin::test::mapped;
@@ -93,7 +94,6 @@ class TestItem : public QObject
 private slots:
     void decodesEveryField();
     void statuses();
-    void outOfRangeStopsTheProcess();
     void auditFlagFromText_data();
     void auditFlagFromText();
     void optionalValues_data();
@@ -127,27 +127,18 @@ void TestItem::decodesEveryField()
     QVERIFY(!item->isQRMapped);
 }
 
-// Ids, segments and texts round-trip; which server id is which status is checked
-// where items are filtered (tst_itemsvm).
+// Ids, segments and texts round-trip, and ids and segments out of range stop the
+// process; which server id is which status is checked where items are filtered (tst_itemsvm).
 void TestItem::statuses()
 {
-    QCOMPARE(ItemStatuses::allCases().size(), 4);
-    for (const ItemStatus status : ItemStatuses::allCases()) {
-        QCOMPARE(decodeItem(QJsonObject{{"itemStatusId", ItemStatuses::serverId(status)}})->status, status);
+    const auto decodedStatus = [](int serverId) { return decodeItem(QJsonObject{{"itemStatusId", serverId}})->status; };
+    checkRoundTrips(ItemStatuses::allCases(), 4, &ItemStatuses::serverId, decodedStatus, &ItemStatuses::rawValue,
+                    &ItemStatuses::fromRawValue);
+    for (const ItemStatus status : ItemStatuses::allCases())
         QCOMPARE(ItemStatuses::fromSegmentIndex(ItemStatuses::segmentIndex(status)), status);
-        const QString text = ItemStatuses::rawValue(status);
-        QCOMPARE(ItemStatuses::fromRawValue(text), std::optional(status));
-        // Texts match exactly.
-        QVERIFY(!ItemStatuses::fromRawValue(text.toLower()));
-        QVERIFY(!ItemStatuses::fromRawValue(text.chopped(1)));
-    }
-}
-
-void TestItem::outOfRangeStopsTheProcess()
-{
     FatalErrorTrap trap;
     for (int serverId : {0, 5})
-        QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)decodeItem(QJsonObject{{"itemStatusId", serverId}}));
+        QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)decodedStatus(serverId));
     // -1: no segment selected.
     for (qint64 segment : {-1, 4})
         QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)ItemStatuses::fromSegmentIndex(segment));

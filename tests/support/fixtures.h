@@ -12,6 +12,7 @@
 #include <QSignalSpy>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 #include <iterator>
 #include <memory>
@@ -107,6 +108,23 @@ inline QStringList rowRanges(const QSignalSpy &spy)
     return mapped(spy, [](const QList<QVariant> &signal) {
         return QStringLiteral("%1-%2").arg(signal.at(1).toInt()).arg(signal.at(2).toInt());
     });
+}
+
+// For each of `cases`, of which there are `count`: its number (`toNumber`) reads back
+// (`fromNumber`), its text (`toText`) reads back (`fromText`), and texts match
+// exactly, so that lower case, one letter short, a trailing blank or no text give none.
+template<class E, class ToNumber, class FromNumber>
+void checkRoundTrips(const QList<E> &cases, qsizetype count, ToNumber toNumber, FromNumber fromNumber,
+                     QString (*toText)(E), std::optional<E> (*fromText)(const QString &))
+{
+    QCOMPARE(cases.size(), count);
+    for (const E value : cases) {
+        QCOMPARE(fromNumber(toNumber(value)), value);
+        const QString text = toText(value);
+        QCOMPARE(fromText(text), std::optional(value));
+        for (const QString &near : {text.toLower(), text.chopped(1), text + QLatin1Char(' '), QString()})
+            QVERIFY2(!fromText(near), qPrintable(near));
+    }
 }
 
 // What the tests of a view model keep from init() to cleanup(): a harness

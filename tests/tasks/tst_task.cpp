@@ -17,6 +17,7 @@
 #include <limits>
 
 using namespace ravelin;
+using ravelin::test::checkRoundTrips;
 using ravelin::test::FatalErrorRaised;
 using ravelin::test::FatalErrorTrap;
 using ravelin::test::mapped;
@@ -279,14 +280,8 @@ void TestTask::encodesUnderFieldNames()
 // server's tasks are shown (tst_dashboardvc, tst_dashboardvm).
 void TestTask::statusServerIds()
 {
-    QCOMPARE(TaskStatuses::allCases().size(), 6);
-    for (const TaskStatus status : TaskStatuses::allCases()) {
-        QCOMPARE(TaskStatuses::fromServerId(TaskStatuses::serverId(status)), status);
-        const QString text = TaskStatuses::rawValue(status);
-        QCOMPARE(TaskStatuses::fromRawValue(text), std::optional(status));
-        for (const QString &near : {text.toLower(), text.chopped(1), text + QLatin1Char(' '), QString()})
-            QVERIFY2(!TaskStatuses::fromRawValue(near), qPrintable(near));
-    }
+    checkRoundTrips(TaskStatuses::allCases(), 6, &TaskStatuses::serverId, &TaskStatuses::fromServerId,
+                    &TaskStatuses::rawValue, &TaskStatuses::fromRawValue);
     FatalErrorTrap trap;
     // The last one would be id 1 if cut down to 32 bits.
     for (qint64 outOfRange : {qint64(0), qint64(7), (qint64(1) << 32) + 1})
@@ -297,14 +292,8 @@ void TestTask::statusServerIds()
 // sortedTasks).
 void TestTask::priorityWireValuesAndRanks()
 {
-    QCOMPARE(TaskPriorities::allCases().size(), 5);
-    for (const TaskPriority priority : TaskPriorities::allCases()) {
-        QCOMPARE(TaskPriorities::fromWireValue(TaskPriorities::wireValue(priority)), priority);
-        const QString text = TaskPriorities::rawValue(priority);
-        QCOMPARE(TaskPriorities::fromRawValue(text), std::optional(priority));
-        for (const QString &near : {text.toLower(), text.chopped(1), text + QLatin1Char(' '), QString()})
-            QVERIFY2(!TaskPriorities::fromRawValue(near), qPrintable(near));
-    }
+    checkRoundTrips(TaskPriorities::allCases(), 5, &TaskPriorities::wireValue, &TaskPriorities::fromWireValue,
+                    &TaskPriorities::rawValue, &TaskPriorities::fromRawValue);
     FatalErrorTrap trap;
     for (qint64 outOfRange : {qint64(-1), qint64(5)})
         QVERIFY_THROWS_EXCEPTION(FatalErrorRaised, (void)TaskPriorities::fromWireValue(outOfRange));

@@ -137,11 +137,10 @@ class tst_AlertPresenter : public QObject
     Q_OBJECT
 
 private slots:
-    void alertWithActionsIsFoundWithItsTexts();
+    void alertsAreFoundWithTheirTextsNewestOnTop();
     void answeringDismissesThenRunsTheHandler_data();
     void answeringDismissesThenRunsTheHandler();
     void focusReturnsToTheScreenAfterwards();
-    void alertsCoverTheWindowNewestOnTop();
     void transientAlertDismissesItselfThenCompletes_data();
     void transientAlertDismissesItselfThenCompletes();
     void transientCompletionDoesNotOutliveItsHost();
@@ -157,13 +156,12 @@ private slots:
     void difference_data();
     void difference();
     void placeholderShowsWhileEmptyAndUnfocused();
-    void setTextLeavesThePlaceholderStateAlone();
     void editsKeepToTheLimit();
     void removedOrDestroyedScreensHearNothing();
     void notifierPostsOnlyChangesToTheScreenOnce();
 };
 
-void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
+void tst_AlertPresenter::alertsAreFoundWithTheirTextsNewestOnTop()
 {
     Window window;
     QVERIFY(window.show());
@@ -191,6 +189,19 @@ void tst_AlertPresenter::alertWithActionsIsFoundWithItsTexts()
     // An action it does not have changes nothing.
     QVERIFY(!found->triggerAction(QStringLiteral("Maybe")));
     QVERIFY(!found->isDismissed());
+
+    // Alerts cover the window, the newest on top.
+    QCOMPARE(found->geometry(), window.window.rect());
+    window.window.resize(430, 900);
+    QTRY_COMPARE_WITH_TIMEOUT(found->geometry(), window.window.rect(), 2000);
+    auto *card = found->findChild<QWidget *>(QStringLiteral("alertCard"));
+    QVERIFY(card != nullptr);
+    QCOMPARE(card->geometry().center().x(), found->rect().center().x());
+    QVERIFY(card->width() <= AlertView::cardWidth);
+    AlertView *second = AlertPresenter::present(window.screen, Alert{QStringLiteral("Second"), {}, {}, {}});
+    QCOMPARE(AlertPresenter::visibleAlerts(window.screen), (QList<AlertView *>{found, second}));
+    QCOMPARE(AlertPresenter::visibleAlert(window.screen), second);
+    second->dismiss();
     QCOMPARE(AlertPresenter::visibleAlert(window.screen), found);
 }
 
@@ -260,27 +271,6 @@ void tst_AlertPresenter::focusReturnsToTheScreenAfterwards()
 
     view->triggerAction(QStringLiteral("OK"));
     QTRY_VERIFY_WITH_TIMEOUT(field->hasFocus(), 2000);
-}
-
-void tst_AlertPresenter::alertsCoverTheWindowNewestOnTop()
-{
-    Window window;
-    QVERIFY(window.show());
-    AlertView *first
-        = AlertPresenter::present(window.screen, Alert{QStringLiteral("First"), QStringLiteral("Message"), {}, {}});
-    QCOMPARE(first->geometry(), window.window.rect());
-    window.window.resize(430, 900);
-    QTRY_COMPARE_WITH_TIMEOUT(first->geometry(), window.window.rect(), 2000);
-    auto *card = first->findChild<QWidget *>(QStringLiteral("alertCard"));
-    QVERIFY(card != nullptr);
-    QCOMPARE(card->geometry().center().x(), first->rect().center().x());
-    QVERIFY(card->width() <= AlertView::cardWidth);
-
-    AlertView *second = AlertPresenter::present(window.screen, Alert{QStringLiteral("Second"), {}, {}, {}});
-    QCOMPARE(AlertPresenter::visibleAlerts(window.screen), (QList<AlertView *>{first, second}));
-    QCOMPARE(AlertPresenter::visibleAlert(window.screen), second);
-    second->dismiss();
-    QCOMPARE(AlertPresenter::visibleAlert(window.screen), first);
 }
 
 void tst_AlertPresenter::transientAlertDismissesItselfThenCompletes_data()
@@ -548,6 +538,14 @@ void tst_AlertPresenter::placeholderShowsWhileEmptyAndUnfocused()
     QCOMPARE(form.textView->maxNoOfCharacters(), qint64(512));
     QVERIFY(form.showsPlaceholder());
     grabShot(form.window, QStringLiteral("textview-placeholder"));
+    // Text set by code is written as it is, without the limit, while the
+    // placeholder state stays; the focus clears it below.
+    form.textView->setMaxNoOfCharacters(4);
+    form.textView->setText(QStringLiteral("written by code"));
+    QVERIFY(form.textView->showingPlaceholder());
+    QCOMPARE(form.textView->toPlainText(), QStringLiteral("written by code"));
+    QCOMPARE(form.textView->text(), QString());
+    form.textView->setMaxNoOfCharacters(512);
 
     const QColor normalText = form.other->palette().color(QPalette::Text);
     QSignalSpy showing(form.textView, &TextViewWithPlaceholder::showingPlaceholderChanged);
@@ -567,21 +565,6 @@ void tst_AlertPresenter::placeholderShowsWhileEmptyAndUnfocused()
     QVERIFY(!form.textView->showingPlaceholder());
     QCOMPARE(form.textView->text(), QStringLiteral("Valve replaced"));
     grabShot(form.window, QStringLiteral("textview-typed"));
-}
-
-void tst_AlertPresenter::setTextLeavesThePlaceholderStateAlone()
-{
-    Form form;
-    QVERIFY(QTest::qWaitForWindowActive(&form.window));
-    // Written as it is, without the limit, while the placeholder state stays.
-    form.textView->setMaxNoOfCharacters(4);
-    form.textView->setText(QStringLiteral("written by code"));
-    QVERIFY(form.textView->showingPlaceholder());
-    QCOMPARE(form.textView->toPlainText(), QStringLiteral("written by code"));
-    QCOMPARE(form.textView->text(), QString());
-
-    QVERIFY(form.focus(form.textView));
-    QCOMPARE(form.textView->toPlainText(), QString());
 }
 
 void tst_AlertPresenter::editsKeepToTheLimit()

@@ -39,17 +39,14 @@ private slots:
     void shadowLayersFollowTheCard();
     void imageShadowIsReplacedNotStacked();
     void settersSignalOnlyOnChange();
-    void backgroundColourPaintsTheCardNotTheWidget();
-    void roundedViewSettersSignalOnlyOnChange();
+    void roundedViewPaintsTheCardAndSignalsChanges();
     void roundedBorder_data();
     void roundedBorder();
     void positionsFollowMeasurements_data();
     void positionsFollowMeasurements();
     void rowsComeAndGo();
     void cleanup() { NamedColors::setAppearance(Appearance::light); }
-    void everyAssetHasBothVariants();
-    void unknownNameGivesNothingOrTheFallback();
-    void appearanceSelectsTheVariant();
+    void namedColours();
 };
 
 void tst_ReusableShadowTableViewCell::cellFollowsItsGeometryAndContent()
@@ -156,7 +153,7 @@ void tst_ReusableShadowTableViewCell::settersSignalOnlyOnChange()
     QCOMPARE(spy.count(), 2);
 }
 
-void tst_ReusableShadowTableViewCell::backgroundColourPaintsTheCardNotTheWidget()
+void tst_ReusableShadowTableViewCell::roundedViewPaintsTheCardAndSignalsChanges()
 {
     RoundedView view;
     view.resize(100, 60);
@@ -179,18 +176,15 @@ void tst_ReusableShadowTableViewCell::backgroundColourPaintsTheCardNotTheWidget(
     QCOMPARE(view.palette().color(QPalette::Window).alpha(), 0);
     QCOMPARE(view.backgroundColor().alpha(), 0);
     QCOMPARE(view.grab().toImage().pixelColor(50, 30), QColor(Qt::blue));
-}
 
-void tst_ReusableShadowTableViewCell::roundedViewSettersSignalOnlyOnChange()
-{
-    RoundedView view;
+    // Setters signal only when they change something (black and blue are the current colours).
     QSignalSpy spy(&view, &RoundedView::appearanceChanged);
     view.setCornerRadius(8);
     view.setCornerRadius(8);
     view.setBorderWidth(1);
     view.setBorderWidth(1);
     view.setBorderColor(Qt::black);
-    view.setCustomBackgroundColor(Qt::white);
+    view.setCustomBackgroundColor(Qt::blue);
     view.setBackgroundColor(Qt::green);
     view.setBackgroundColor(Qt::green);
     QCOMPARE(spy.count(), 3);
@@ -278,7 +272,7 @@ void tst_ReusableShadowTableViewCell::rowsComeAndGo()
     QCOMPARE(heights.total(), 70);
 }
 
-void tst_ReusableShadowTableViewCell::everyAssetHasBothVariants()
+void tst_ReusableShadowTableViewCell::namedColours()
 {
     for (const QString &name : NamedColors::names()) {
         const std::optional<QColor> light = NamedColors::color(name, Appearance::light);
@@ -287,10 +281,8 @@ void tst_ReusableShadowTableViewCell::everyAssetHasBothVariants()
         QVERIFY2(dark && dark->isValid(), qPrintable(name));
         QVERIFY(NamedColors::contains(name));
     }
-}
 
-void tst_ReusableShadowTableViewCell::unknownNameGivesNothingOrTheFallback()
-{
+    // An unknown name gives nothing, or the fallback.
     QVERIFY(!NamedColors::color(QStringLiteral("CustomPurple")).has_value());
     QVERIFY(!NamedColors::color(QStringLiteral("label_text")).has_value()); // names are case-sensitive
     QVERIFY(!NamedColors::contains(QStringLiteral("CustomPurple")));
@@ -299,10 +291,8 @@ void tst_ReusableShadowTableViewCell::unknownNameGivesNothingOrTheFallback()
     QCOMPARE(NamedColors::color(QStringLiteral("CustomPurple"), fallback), fallback);
     QCOMPARE(NamedColors::color(ColorNames::customRed, fallback), *NamedColors::color(ColorNames::customRed));
     QVERIFY(NamedColors::color(ColorNames::customRed, fallback) != fallback);
-}
 
-void tst_ReusableShadowTableViewCell::appearanceSelectsTheVariant()
-{
+    // The appearance selects the variant.
     const QColor lightBackground = *NamedColors::color(ColorNames::viewBackground, Appearance::light);
     const QColor darkBackground = *NamedColors::color(ColorNames::viewBackground, Appearance::dark);
     QVERIFY(lightBackground != darkBackground);
