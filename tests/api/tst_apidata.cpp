@@ -30,8 +30,7 @@ class TestApiData : public QObject
 private slots:
     void tokenFreshness_data();
     void tokenFreshness();
-    void encodesKeysAndReadsBackIdentically();
-    void sessionStoreRoundTrip();
+    void storedUnderItsKeysAndReadBackIdentically();
     void sessionStoreMissingOrUnreadable_data();
     void sessionStoreMissingOrUnreadable();
 
@@ -79,7 +78,7 @@ void TestApiData::tokenFreshness()
     QTEST(data.isTokenFresh(now), "fresh");
 }
 
-void TestApiData::encodesKeysAndReadsBackIdentically()
+void TestApiData::storedUnderItsKeysAndReadBackIdentically()
 {
     const APIData data{QStringLiteral("api.example.org/v2"), QStringLiteral("tok"),
                        QDateTime::fromMSecsSinceEpoch(1795169730123, QTimeZone::utc())};
@@ -89,20 +88,13 @@ void TestApiData::encodesKeysAndReadsBackIdentically()
     // Seconds since 2001-01-01: 1795169730.123 - 978307200
     QVERIFY(bytes.contains("\"timestamp\":816862530.123"));
     QCOMPARE(APIData::fromStoredBytes(bytes), data);
-}
-
-void TestApiData::sessionStoreRoundTrip()
-{
-    QSettings settings(m_dir.filePath(QStringLiteral("roundtrip.ini")), QSettings::IniFormat);
-    SessionStore store(&settings);
-    const APIData data{QStringLiteral("127.0.0.1:8443"), QStringLiteral("abc"),
-                       QDateTime::fromMSecsSinceEpoch(1700000000500, QTimeZone::utc())};
-    store.store(data);
 
     // Another store over the same file sees the synchronised bytes.
+    QSettings settings(m_dir.filePath(QStringLiteral("roundtrip.ini")), QSettings::IniFormat);
+    SessionStore(&settings).store(data);
     QSettings other(m_dir.filePath(QStringLiteral("roundtrip.ini")), QSettings::IniFormat);
     QCOMPARE(SessionStore(&other).load(), data);
-    QCOMPARE(other.value(QStringLiteral("quorApiData")).toByteArray(), data.encode());
+    QCOMPARE(other.value(QStringLiteral("quorApiData")).toByteArray(), bytes);
 }
 
 void TestApiData::sessionStoreMissingOrUnreadable_data()

@@ -32,8 +32,7 @@ private slots:
     void everyKindSurvivesReopening();
     void progressAndRefusal();
     void sentRowLeavesWithItsPicture();
-    void unnamedPicturesRemovedAtOpen();
-    void lostRenameIsRecovered();
+    void whatAKillLeftIsTidiedAtOpen();
     void newerSchemaIsNotOpened();
     void cacheKeepsTheLatestPerUserAndRoute_data();
     void cacheKeepsTheLatestPerUserAndRoute();
@@ -152,41 +151,28 @@ void TestOfflineStore::sentRowLeavesWithItsPicture()
     QCOMPARE(store.counts(7), (OfflineStore::Counts{0, 0}));
 }
 
-void TestOfflineStore::unnamedPicturesRemovedAtOpen()
-{
-    QString named;
-    QString pictures;
-    {
-        SqliteOfflineStore store(m_folder);
-        const auto entry = store.add(test::sampleResult(OutboxEntry::Kind::comment, 7, 2, QStringLiteral("x"), 0, now),
-                                     QByteArray("jpeg"));
-        QVERIFY(entry);
-        named = entry->pictureFile;
-        pictures = store.pictureFolder();
-    }
-    // What a kill leaves: a half-written picture, and one whose row never committed.
-    for (const QString &stray : {QStringLiteral("a.jpg.part"), QStringLiteral("b.jpg")}) {
-        QFile file(QDir(pictures).filePath(stray));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    SqliteOfflineStore reopened(m_folder);
-    QCOMPARE(QDir(pictures).entryList(QDir::Files), QStringList{named});
-}
-
-void TestOfflineStore::lostRenameIsRecovered()
+void TestOfflineStore::whatAKillLeftIsTidiedAtOpen()
 {
     OutboxEntry saved;
+    QString pictures;
     {
         SqliteOfflineStore store(m_folder);
         saved = store
                     .add(test::sampleResult(OutboxEntry::Kind::comment, 7, 2, QStringLiteral("x"), 0, now),
                          QByteArray("jpeg"))
                     .value();
-        // The row committed, and the rename before it did not reach the disk.
-        const QDir pictures(store.pictureFolder());
-        QVERIFY(QFile::rename(pictures.filePath(saved.pictureFile), pictures.filePath(saved.pictureFile + ".part")));
+        pictures = store.pictureFolder();
+    }
+    // What a kill leaves: a row that committed while the rename of its picture
+    // did not reach the disk, a half-written picture, and one whose row never committed.
+    const QDir folder(pictures);
+    QVERIFY(QFile::rename(folder.filePath(saved.pictureFile), folder.filePath(saved.pictureFile + ".part")));
+    for (const QString &stray : {QStringLiteral("a.jpg.part"), QStringLiteral("b.jpg")}) {
+        QFile file(folder.filePath(stray));
+        QVERIFY(file.open(QIODevice::WriteOnly));
     }
     SqliteOfflineStore reopened(m_folder);
+    QCOMPARE(folder.entryList(QDir::Files), QStringList{saved.pictureFile});
     QCOMPARE(reopened.picture(saved), QByteArray("jpeg"));
 }
 

@@ -30,8 +30,7 @@ private slots:
     void thumbnailsFitTheThumbnailBox_data();
     void thumbnailsFitTheThumbnailBox();
     void namesTheLoopbackAddressForThirtyDays();
-    void everyKeyIsNewAndMatchesItsCertificate();
-    void moveTransfersOwnership();
+    void everyKeyIsNewMatchesItsCertificateAndMoves();
 };
 
 void TestDemoData::seededDataHangsTogether()
@@ -157,9 +156,9 @@ void TestDemoData::namesTheLoopbackAddressForThirtyDays()
     QCOMPARE(certificate.expiryDate(), kNow.addDays(30));
 }
 
-void TestDemoData::everyKeyIsNewAndMatchesItsCertificate()
+void TestDemoData::everyKeyIsNewMatchesItsCertificateAndMoves()
 {
-    const SelfSignedCertificate first = SelfSignedCertificate::create();
+    SelfSignedCertificate first = SelfSignedCertificate::create();
     const SelfSignedCertificate second = SelfSignedCertificate::create();
     QVERIFY(first.certificate() && first.privateKey());
     QCOMPARE(X509_check_private_key(first.certificate(), first.privateKey()), 1);
@@ -170,20 +169,15 @@ void TestDemoData::everyKeyIsNewAndMatchesItsCertificate()
     QVERIFY(first.privateKeyPem() != second.privateKeyPem());
     QVERIFY(QSslCertificate(first.certificatePem()).serialNumber()
             != QSslCertificate(second.certificatePem()).serialNumber());
-}
 
-void TestDemoData::moveTransfersOwnership()
-{
-    SelfSignedCertificate first = SelfSignedCertificate::create();
+    // A move hands the certificate and its key over and leaves nothing behind.
     X509 *const certificate = first.certificate();
     const QByteArray pem = first.certificatePem();
-
     SelfSignedCertificate moved(std::move(first));
     QCOMPARE(moved.certificate(), certificate);
     QCOMPARE(moved.certificatePem(), pem);
     QCOMPARE(first.certificate(), nullptr); // NOLINT(bugprone-use-after-move): a moved-from object is empty
     QVERIFY(first.certificatePem().isEmpty());
-
     SelfSignedCertificate other = SelfSignedCertificate::create();
     other = std::move(moved);
     QCOMPARE(other.certificate(), certificate);

@@ -369,8 +369,7 @@ void TestDemoHost::initials_data()
 void TestDemoHost::initials()
 {
     QFETCH(QString, name);
-    QFETCH(QString, initials);
-    QCOMPARE(hostbrand::initials(name), initials);
+    QTEST(hostbrand::initials(name), "initials");
 }
 
 void TestDemoHost::options_data()
