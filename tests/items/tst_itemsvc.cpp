@@ -243,16 +243,14 @@ void TestItemsVC::blockingReachesTheDashboard()
     QCOMPARE((QStringList{block->itemNamesLabel()->text(), block->detailLabel()->text()}),
              (QStringList{"Gauge", "Gauge details"}));
     grabShot(*m_host, QStringLiteral("block-task"));
-    // A single blank is no reason: nothing is posted, the task is blocked all the same.
-    block->noteField()->setFocus();
-    QTest::keyClick(block->noteField(), Qt::Key_Space);
+    // Without a reason the task is blocked all the same (no comment is posted for
+    // a blank or empty one: tst_itemsvm block).
     QTest::mouseClick(block->blockButton(), Qt::LeftButton);
     QCOMPARE(alerts.waitForTitle(), QStringLiteral("Task marked as blocked!"));
     QCOMPARE(alerts.last().value(1), QStringLiteral("\n  The task status Pump station was changed to `Blocked`\n "));
     QVERIFY(!presented());
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(QStringLiteral("/api/task/8")), 1, timeoutMs);
     QCOMPARE(m_api->server.lastBody(QStringLiteral("/api/task/8")).value("task_status_id").toInt(), 5);
-    QCOMPARE(m_api->server.requestCount(QStringLiteral("/api/comment")), 0);
 }
 
 void TestItemsVC::failedBlockKeepsTheSheet()
