@@ -265,7 +265,8 @@ void TestDashboardVC::fetchFailureAlert()
 
     QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("OK")));
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
-    // The table keeps what it had (the tasks themselves: tst_dashboardvm failedFetchKeepsTasks).
+    // The table keeps what it had (the tasks themselves: tst_dashboardvm
+    // sectionsFollowTheSortChoiceAndOutliveAFailedFetch).
     QCOMPARE(dashboard->rows().size(), 1);
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }
