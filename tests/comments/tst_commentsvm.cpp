@@ -39,9 +39,8 @@ class TestCommentsVM : public ViewModelTest<CommentsVM>
 private slots:
     void init();
     void cleanup() { closeViewModel(); }
-    void fetchGroupsByLocalDay();
+    void fetchGroupsByLocalDayUnlessItFails();
     void fetchIgnoresTheSuccessFlag();
-    void failedFetchKeepsComments();
     void details_data();
     void details();
     void cellViewModelShowsFirstPicture();
@@ -68,7 +67,7 @@ void TestCommentsVM::init()
     m_vm = std::make_unique<CommentsVM>(m_task, &m_api->manager, UsersData{});
 }
 
-void TestCommentsVM::fetchGroupsByLocalDay()
+void TestCommentsVM::fetchGroupsByLocalDayUnlessItFails()
 {
     // 23:59 and 00:01 in New York on consecutive days: the same UTC day.
     const QJsonArray comments{commentJson("late", "2026-11-20T04:59:00.000Z"),
@@ -89,6 +88,13 @@ void TestCommentsVM::fetchGroupsByLocalDay()
     QCOMPARE(texts(m_vm->section(1).comments), QStringList{"late"});
     QCOMPARE(texts(m_vm->section(2).comments), (QStringList{"next morning 1", "next morning 2"}));
     QCOMPARE(m_vm->numberOfRows(2), 2);
+
+    // A failed fetch keeps the earlier comments and their days.
+    m_api->server.on("GET", "/api/task/5/comments", CannedResponse{500, {}});
+    QVERIFY(!fetch());
+    QCOMPARE(m_vm->comments().size(), 4);
+    QCOMPARE(m_vm->numberOfSections(), 3);
+    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("comments"))), 1);
 }
 
 void TestCommentsVM::fetchIgnoresTheSuccessFlag()
@@ -96,19 +102,6 @@ void TestCommentsVM::fetchIgnoresTheSuccessFlag()
     m_api->server.on("GET", "/api/task/5/comments", CannedResponse{200, R"({"success":false,"data":[]})"});
     QVERIFY(fetch());
     QCOMPARE(m_vm->numberOfSections(), 0);
-}
-
-void TestCommentsVM::failedFetchKeepsComments()
-{
-    m_api->server.on("GET", "/api/task/5/comments",
-                     CannedResponse{200, answer(QJsonArray{commentJson("a", "2026-11-20T14:00:00.000Z")})});
-    QVERIFY(fetch());
-    m_api->server.on("GET", "/api/task/5/comments", CannedResponse{500, {}});
-    LogCapture log;
-    QVERIFY(!fetch());
-    QCOMPARE(m_vm->comments().size(), 1);
-    QCOMPARE(m_vm->numberOfSections(), 1);
-    QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("comments"))), 1);
 }
 
 void TestCommentsVM::details_data()

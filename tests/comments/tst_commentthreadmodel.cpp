@@ -65,8 +65,8 @@ private slots:
 private:
     // A comment `minutesAgo` before the harness's clock; with a picture when `path` is given.
     [[nodiscard]] CommentPtr comment(int minutesAgo, const QString &path = {}) const;
-    // Comments 1..count, a minute apart, each with the picture "p/<n>.jpg".
-    [[nodiscard]] QList<CommentPtr> pictureComments(int count) const;
+    // A thread model over these comments, watched by a model tester for as long as it lives.
+    [[nodiscard]] std::unique_ptr<CommentThreadModel> threadModel(const QList<CommentPtr> &comments);
 };
 
 void TestCommentThreadModel::init()
@@ -94,30 +94,28 @@ CommentPtr TestCommentThreadModel::comment(int minutesAgo, const QString &path) 
     return entry;
 }
 
-QList<CommentPtr> TestCommentThreadModel::pictureComments(int count) const
+std::unique_ptr<CommentThreadModel> TestCommentThreadModel::threadModel(const QList<CommentPtr> &comments)
 {
-    QList<CommentPtr> out;
-    for (int n = 1; n <= count; ++n)
-        out.append(comment(count - n, QStringLiteral("p/%1.jpg").arg(n)));
-    return out;
+    m_vm->setComments(comments);
+    auto model = std::make_unique<CommentThreadModel>(fixedClock(m_api->now));
+    model->setViewModel(m_vm.get());
+    new QAbstractItemModelTester(model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest, model.get());
+    return model;
 }
 
 void TestCommentThreadModel::daysAndTimes()
 {
     // Yesterday's day and its comment, then today's; only the newest comment shows its time.
-    m_vm->setComments({comment(1), comment(26 * 60)});
-    CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_vm.get());
-    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const auto model = threadModel({comment(1), comment(26 * 60)});
     using K = CommentThreadModel::RowKind;
     QList<K> kinds;
-    for (int row = 0; row < model.rowCount(); ++row)
-        kinds.append(model.index(row).data(CommentThreadModel::KindRole).value<K>());
+    for (int row = 0; row < model->rowCount(); ++row)
+        kinds.append(model->index(row).data(CommentThreadModel::KindRole).value<K>());
     QCOMPARE(kinds, (QList<K>{K::dayHeader, K::comment, K::dayHeader, K::comment}));
-    QCOMPARE(model.index(3).data().toString(), *comment(1)->text);
-    QCOMPARE(model.index(3).data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
-    QVERIFY(model.index(3).data(CommentThreadModel::ShowsTimeRole).toBool());
-    QVERIFY(!model.index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
+    QCOMPARE(model->index(3).data().toString(), *comment(1)->text);
+    QCOMPARE(model->index(3).data(CommentThreadModel::TimeTextRole).toString(), QStringLiteral("1 min ago"));
+    QVERIFY(model->index(3).data(CommentThreadModel::ShowsTimeRole).toBool());
+    QVERIFY(!model->index(1).data(CommentThreadModel::ShowsTimeRole).toBool());
 }
 
 void TestCommentThreadModel::answersTakenRowByRow_data()
@@ -143,68 +141,64 @@ void TestCommentThreadModel::answersTakenRowByRow()
     const auto comments
         = [this](const QList<int> &minutes) { return mapped(minutes, [this](int ago) { return comment(ago); }); };
 
-    m_vm->setComments(comments(before));
-    CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_vm.get());
-    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
-    QSignalSpy removes(&model, &QAbstractItemModel::rowsRemoved);
-    QSignalSpy inserts(&model, &QAbstractItemModel::rowsInserted);
+    const auto model = threadModel(comments(before));
+    QSignalSpy resets(model.get(), &QAbstractItemModel::modelReset);
+    QSignalSpy removes(model.get(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserts(model.get(), &QAbstractItemModel::rowsInserted);
 
     m_vm->setComments(comments(after));
-    model.reload();
+    model->reload();
 
     QCOMPARE(resets.size(), 0);
     QTEST(rowRanges(removes), "removed");
     QTEST(rowRanges(inserts), "inserted");
-    QCOMPARE(model.index(model.lastCommentRow()).data().toString(), *m_vm->comments().first()->text);
+    QCOMPARE(model->index(model->lastCommentRow()).data().toString(), *m_vm->comments().first()->text);
 }
 
 void TestCommentThreadModel::picturesOnlyForTheRowsInSight()
 {
-    // One day: a header, then twenty comments with a picture each.
-    m_vm->setComments(pictureComments(20));
-    CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_vm.get());
-    QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
-    QSignalSpy changes(&model, &QAbstractItemModel::dataChanged);
+    // One day: a header, then twenty comments a minute apart, each with the picture "p/<n>.jpg".
+    QList<CommentPtr> comments;
+    for (int n = 1; n <= 20; ++n)
+        comments.append(comment(20 - n, QStringLiteral("p/%1.jpg").arg(n)));
+    const auto model = threadModel(comments);
+    QSignalSpy changes(model.get(), &QAbstractItemModel::dataChanged);
 
     // Reading every row, pictures included, asks for nothing.
-    for (int row = 0; row < model.rowCount(); ++row)
-        QVERIFY(model.index(row).data(CommentThreadModel::ThumbnailRole).isNull());
-    model.setRowsInSight(1, 3);
+    for (int row = 0; row < model->rowCount(); ++row)
+        QVERIFY(model->index(row).data(CommentThreadModel::ThumbnailRole).isNull());
+    model->setRowsInSight(1, 3);
     QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 3, timeoutMs);
     for (const QList<QVariant> &signal : changes)
         QCOMPARE(signal.at(2).value<QList<int>>(),
                  (QList<int>{CommentThreadModel::ThumbnailRole, CommentThreadModel::PictureFailedRole}));
-    QVERIFY(!model.index(2).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
+    QVERIFY(!model->index(2).data(CommentThreadModel::ThumbnailRole).value<QImage>().isNull());
 
     // Scrolling on by one row asks for the one new picture only.
-    model.setRowsInSight(2, 4);
+    model->setRowsInSight(2, 4);
     QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 4, timeoutMs);
-    model.setRowsInSight(1, 4);
-    model.reload();
-    QCOMPARE(model.thumbnails()->requestCount(), 4);
+    model->setRowsInSight(1, 4);
+    model->reload();
+    QCOMPARE(model->thumbnails()->requestCount(), 4);
     QCOMPARE(m_api->server.requests().size(), 4);
     QCOMPARE(m_api->server.requests(thumbnails + QStringLiteral("p/1.jpg")).size(), 1);
 }
 
 void TestCommentThreadModel::failedPictureAskedForWhenItsRowComesBack()
 {
-    m_vm->setComments({comment(2, QStringLiteral("p/broken.jpg")), comment(1, QStringLiteral("p/fine.jpg"))});
-    CommentThreadModel model(fixedClock(m_api->now));
-    model.setViewModel(m_vm.get());
+    const auto model
+        = threadModel({comment(2, QStringLiteral("p/broken.jpg")), comment(1, QStringLiteral("p/fine.jpg"))});
     const QString broken = thumbnails + QStringLiteral("p/broken.jpg");
 
-    model.setRowsInSight(0, 1);
-    QTRY_VERIFY_WITH_TIMEOUT(model.index(1).data(CommentThreadModel::PictureFailedRole).toBool(), timeoutMs);
+    model->setRowsInSight(0, 1);
+    QTRY_VERIFY_WITH_TIMEOUT(model->index(1).data(CommentThreadModel::PictureFailedRole).toBool(), timeoutMs);
     // Still in sight: not asked for again.
-    model.setRowsInSight(0, 1);
-    model.setRowsInSight(1, 2);
-    QCOMPARE(model.thumbnails()->requestCount(), 2);
+    model->setRowsInSight(0, 1);
+    model->setRowsInSight(1, 2);
+    QCOMPARE(model->thumbnails()->requestCount(), 2);
     // Out of sight and back: asked for again.
-    model.setRowsInSight(2, 2);
-    model.setRowsInSight(1, 2);
+    model->setRowsInSight(2, 2);
+    model->setRowsInSight(1, 2);
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requests(broken).size(), 2, timeoutMs);
 }
 

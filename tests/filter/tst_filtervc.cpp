@@ -66,18 +66,15 @@ private slots:
     void turningTheWheels();
 
 private:
-    // The host with its dashboard loaded (both fetches of the first appearance
-    // answered); nullptr when that does not happen.
-    std::unique_ptr<RavelinNavVC> loadedHost();
+    // Shows the host (m_host) and waits for its dashboard to load (both fetches
+    // of the first appearance answered); false when that does not happen.
+    bool loadHost();
     // The filter screen, opened with the bar's filter button.
-    FilterVC *openFilter(RavelinNavVC &host);
+    FilterVC *openFilter();
     // Waits for the filter screen to close and the dashboard to ask for its
     // tasks again; the query of that request.
-    std::optional<Query> queryAfterClosing(RavelinNavVC &host, const QPointer<FilterVC> &filter);
-    [[nodiscard]] TaskFilterData &shared(RavelinNavVC &host) const
-    {
-        return *host.dashboard()->viewModel()->filterData();
-    }
+    std::optional<Query> queryAfterClosing(const QPointer<FilterVC> &filter);
+    [[nodiscard]] TaskFilterData &shared() const { return *m_host->dashboard()->viewModel()->filterData(); }
 
     std::unique_ptr<LogCapture> m_log;
 };
@@ -97,26 +94,26 @@ void TestFilterVC::init()
     m_log = std::make_unique<LogCapture>();
 }
 
-std::unique_ptr<RavelinNavVC> TestFilterVC::loadedHost()
+bool TestFilterVC::loadHost()
 {
-    auto host = makeHost(*m_api, m_center);
-    DashboardVC *dashboard = host->dashboard();
+    m_host = makeHost(*m_api, m_center);
+    DashboardVC *dashboard = m_host->dashboard();
     const auto ready
         = [&] { return m_log->count(QStringLiteral("Fetched ")) >= 2 && !dashboard->refreshControl()->isRefreshing(); };
-    return QTest::qWaitFor(ready, timeoutMs) ? std::move(host) : nullptr;
+    return QTest::qWaitFor(ready, timeoutMs);
 }
 
-FilterVC *TestFilterVC::openFilter(RavelinNavVC &host)
+FilterVC *TestFilterVC::openFilter()
 {
-    host.dashboard()->filterAction()->trigger();
-    return qobject_cast<FilterVC *>(host.topScreen());
+    m_host->dashboard()->filterAction()->trigger();
+    return qobject_cast<FilterVC *>(m_host->topScreen());
 }
 
-std::optional<Query> TestFilterVC::queryAfterClosing(RavelinNavVC &host, const QPointer<FilterVC> &filter)
+std::optional<Query> TestFilterVC::queryAfterClosing(const QPointer<FilterVC> &filter)
 {
     if (!QTest::qWaitFor([&] { return filter.isNull() && m_api->server.requests(tasksPath).size() >= 2; }, timeoutMs))
         return std::nullopt;
-    if (host.topScreen() != host.dashboard())
+    if (m_host->topScreen() != m_host->dashboard())
         return std::nullopt;
     // Both fetches (the delegate's and the dashboard's on appearing) ask the same.
     const QList<RecordedRequest> requests = m_api->server.requests(tasksPath);
@@ -127,17 +124,16 @@ std::optional<Query> TestFilterVC::queryAfterClosing(RavelinNavVC &host, const Q
 
 void TestFilterVC::loadsTheCurrentChoices()
 {
-    auto host = loadedHost();
-    QVERIFY(host);
-    TaskFilterData &choices = shared(*host);
+    QVERIFY(loadHost());
+    TaskFilterData &choices = shared();
     choices.sortingConfig = SortConfiguration{SortKey::priority, SortOrder::ascending};
     choices.filteringConfig.selectedPriority = TaskPriority::low;
     choices.filteringConfig.dateStart = local(2026, 10, 1, 8);
     choices.filteringConfig.dateEnd = local(2026, 11, 15, 23);
 
-    FilterVC *filter = openFilter(*host);
+    FilterVC *filter = openFilter();
     QVERIFY(filter);
-    QVERIFY(host->navigationBar()->isBackVisible());
+    QVERIFY(m_host->navigationBar()->isBackVisible());
 
     // The segments' order is the view model's (tst_taskfilterdata segmentPositionsAndTitles); the screen selects the
     // current choices.
@@ -153,12 +149,12 @@ void TestFilterVC::loadsTheCurrentChoices()
     QVERIFY(filter->categoryTextField()->text().isEmpty());
     QCOMPARE(filter->categoryTextField()->placeholderText(), QStringLiteral("All"));
     QVERIFY(!filter->inputSheet()->isVisible());
-    grabShot(*host, QStringLiteral("filter"));
+    grabShot(*m_host, QStringLiteral("filter"));
 
     filter->dateEnd()->becomeFirstResponder();
     QTRY_VERIFY_WITH_TIMEOUT(!filter->inputSheet()->isMoving(), timeoutMs);
     QCOMPARE(filter->inputSheet()->geometry().bottom(), filter->rect().bottom());
-    grabShot(*host, QStringLiteral("filter-date-picker"));
+    grabShot(*m_host, QStringLiteral("filter-date-picker"));
 }
 
 void TestFilterVC::applyOrLeave_data()
@@ -199,14 +195,13 @@ void TestFilterVC::applyOrLeave()
     QFETCH(QString, orderBy);
     QFETCH(QString, sortBy);
 
-    auto host = loadedHost();
-    QVERIFY(host);
+    QVERIFY(loadHost());
     const bool applies = leaveBy == QLatin1String("Apply");
     if (applies)
-        shared(*host).filteringConfig.selectedCategory = {3, "Pumps"};
-    const TaskFilterData before = shared(*host);
+        shared().filteringConfig.selectedCategory = {3, "Pumps"};
+    const TaskFilterData before = shared();
     const Query queryBefore = m_api->server.requests(tasksPath).last().query;
-    QPointer<FilterVC> filter = openFilter(*host);
+    QPointer<FilterVC> filter = openFilter();
     QVERIFY(filter);
 
     const QDateTime start = local(2026, 10, 5, 8);
@@ -220,10 +215,10 @@ void TestFilterVC::applyOrLeave()
     m_api->server.clearRequests();
     QWidget *button = applies ? filter->applyButton() : filter->clearButton();
     if (leaveBy == QLatin1String("Back"))
-        button = host->navigationBar()->backButton();
+        button = m_host->navigationBar()->backButton();
     QTest::mouseClick(button, Qt::LeftButton);
 
-    const TaskFilterData &choices = shared(*host);
+    const TaskFilterData &choices = shared();
     if (!applies) {
         QCOMPARE(choices.filteringConfig, before.filteringConfig);
         QCOMPARE(choices.sortingConfig, before.sortingConfig);
@@ -236,7 +231,7 @@ void TestFilterVC::applyOrLeave()
     QCOMPARE(choices.filteringConfig.selectedPriority, FilterVM::priorityAt(priorityIndex));
     QCOMPARE(choices.filteringConfig.dateStart, start);
     QCOMPARE(choices.filteringConfig.dateEnd, end);
-    const std::optional<Query> query = queryAfterClosing(*host, filter);
+    const std::optional<Query> query = queryAfterClosing(filter);
     QVERIFY(query);
     // The dashboard asks again with the applied choices (the whole query:
     // tst_dashboardvm queryFollowsTheFilter, tst_apidata queryItems).
@@ -269,9 +264,8 @@ void TestFilterVC::dateLimits()
     QFETCH(QDateTime, start);
     QFETCH(QDateTime, end);
 
-    auto host = loadedHost();
-    QVERIFY(host);
-    FilterVC *filter = openFilter(*host);
+    QVERIFY(loadHost());
+    FilterVC *filter = openFilter();
     QVERIFY(filter);
     DatePicker *startPicker = filter->dateStartPicker();
     DatePicker *endPicker = filter->dateEndPicker();
@@ -289,9 +283,8 @@ void TestFilterVC::dateLimits()
 
 void TestFilterVC::pickersAndDoneButtons()
 {
-    auto host = loadedHost();
-    QVERIFY(host);
-    FilterVC *filter = openFilter(*host);
+    QVERIFY(loadHost());
+    FilterVC *filter = openFilter();
     QVERIFY(filter);
     InputSheet *sheet = filter->inputSheet();
 

@@ -100,8 +100,9 @@ private slots:
 
 private:
     // The items screen of a task with four items (CP-1 and CP-2 open, CP-3
-    // completed, one without a code), then its scanner.
-    QRScannerVC *openScanner();
+    // completed, one without a code), then its scanner with its camera running
+    // unless `running` is false; nullptr when that does not happen in time.
+    QRScannerVC *openScanner(bool running = true);
     // Feeds a frame and waits until the scanner has read it.
     bool feed(QRScannerVC *scanner, const QImage &frame);
     [[nodiscard]] ItemsVC *itemsScreen() const { return qobject_cast<ItemsVC *>(m_host->screens().value(1)); }
@@ -130,7 +131,7 @@ void TestQRScannerVC::init()
     m_handOver = std::chrono::milliseconds(0);
 }
 
-QRScannerVC *TestQRScannerVC::openScanner()
+QRScannerVC *TestQRScannerVC::openScanner(bool running)
 {
     RavelinNavVC::Environment environment;
     environment.imagePicker = &m_picker;
@@ -149,7 +150,9 @@ QRScannerVC *TestQRScannerVC::openScanner()
     if (!items)
         return nullptr;
     items->checkpointBtnPressed()->trigger();
-    return qobject_cast<QRScannerVC *>(m_host->topScreen());
+    auto *scanner = qobject_cast<QRScannerVC *>(m_host->topScreen());
+    const auto started = [scanner] { return scanner->state() == QRScannerVC::State::running; };
+    return scanner && (!running || QTest::qWaitFor(started, timeoutMs)) ? scanner : nullptr;
 }
 
 bool TestQRScannerVC::feed(QRScannerVC *scanner, const QImage &frame)
@@ -190,16 +193,15 @@ void TestQRScannerVC::startingTheCamera()
     m_permission.answer = answer;
     m_cameraAvailable = camera;
     LogCapture log;
-    QRScannerVC *scanner = openScanner();
+    QRScannerVC *scanner = openScanner(false);
     QVERIFY(scanner);
     QTRY_VERIFY_WITH_TIMEOUT(scanner->state() == QRScannerVC::State::running || !topAlert(scanner).isEmpty()
                                  || !log.linesStartingWith(ItemsTexts::noCameraDevice).isEmpty(),
                              timeoutMs);
     QCOMPARE(m_permission.requests, requests);
     QCOMPARE(m_camera && m_camera->isRunning(), running);
+    // What the label says while the camera runs: outlineFollowsTheCode.
     QCOMPARE(scanner->messageLabel()->isVisible(), running);
-    if (running)
-        QCOMPARE(scanner->messageLabel()->text(), ItemsTexts::scannerInstructions());
     QCOMPARE(log.count(ItemsTexts::noCameraDevice), camera ? 0 : 1);
     // The photo stays a way to scan whatever the camera does.
     QVERIFY(scanner->scanFromPhotoButton()->isVisible());
@@ -219,7 +221,6 @@ void TestQRScannerVC::outlineFollowsTheCode()
 {
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
-    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     QFrame *outline = scanner->qrCodeFrameView();
 
     // Nothing in view: no outline, the instructions.
@@ -245,7 +246,6 @@ void TestQRScannerVC::firstCodeHandedOverOnce()
 {
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
-    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     const QImage twoCodes
         = QrSymbol::scene(hd, {{QStringLiteral("CP-1"), QPoint(470, 60)}, {QStringLiteral("CP-2"), QPoint(600, 400)}});
     const QString first = QrCodeReader::read(twoCodes).first().text;
@@ -287,7 +287,6 @@ void TestQRScannerVC::scannedCodeFindsItsItem()
         items->setMultipleSelection(true);
         items->viewModel()->select(items->viewModel()->task()->itemList.items.at(0), true);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     QVERIFY(feed(scanner, QrSymbol::scene(hd, {{code, middle}})));
     QTRY_COMPARE_WITH_TIMEOUT(m_host->topScreen(), items, timeoutMs);
     if (opens.isEmpty()) {
@@ -319,7 +318,6 @@ void TestQRScannerVC::closingStopsTheCamera()
     m_handOver = std::chrono::minutes(1);
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
-    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     if (codeFound)
         QVERIFY(feed(scanner, QrSymbol::scene(hd, {{QStringLiteral("CP-2"), middle}})));
     const QPointer<QRScannerVC> watched(scanner);
@@ -337,7 +335,6 @@ void TestQRScannerVC::cameraFailureIsLogged()
     LogCapture log;
     QRScannerVC *scanner = openScanner();
     QVERIFY(scanner);
-    QTRY_COMPARE_WITH_TIMEOUT(scanner->state(), QRScannerVC::State::running, timeoutMs);
     m_camera->fail(QStringLiteral("device lost"));
     QCOMPARE(log.count(QStringLiteral("The camera input failed: device lost")), 1);
     QCOMPARE(scanner->state(), QRScannerVC::State::idle);
@@ -364,7 +361,7 @@ void TestQRScannerVC::photoFallback()
     QFETCH(QString, opens);
     m_cameraAvailable = false;
     m_picker.next = photo;
-    QRScannerVC *scanner = openScanner();
+    QRScannerVC *scanner = openScanner(false);
     QVERIFY(scanner);
     auto *decoder = scanner->findChild<QrFrameDecoder *>(QStringLiteral("photoDecoder"));
     QSignalSpy read(decoder, &QrFrameDecoder::decoded);

@@ -90,12 +90,6 @@ inline std::unique_ptr<RavelinNavVC> makeHost(ApiHarness &api, NotificationCente
     return host;
 }
 
-inline std::unique_ptr<RavelinNavVC> showHost(ApiHarness &api, NotificationCenter &center,
-                                              RavelinNavVC::Environment environment = {})
-{
-    return makeHost(api, center, HostOptions{std::move(environment)});
-}
-
 // Waits until the dashboard shows `taskCount` tasks with its indicator stopped.
 inline bool waitForDashboard(RavelinNavVC &host, int taskCount, int timeoutMs = 10000)
 {

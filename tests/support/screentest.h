@@ -37,19 +37,15 @@ protected:
     {
         m_api = std::make_unique<ApiHarness>(std::move(categories));
     }
+    // Worker 7's tasks as the server answers them from now on.
+    void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
     // Worker 7's only task: "Pump station" (taskId), in progress, high priority, of the Pumps.
-    void servePumpStation() const
-    {
-        m_api->server.on(
-            "GET", tasksPath,
-            CannedResponse{200,
-                           answer(QJsonArray{taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)})});
-    }
+    void servePumpStation() { serveTasks({taskJson(taskId, "Pump station", 4, 1, "2026-11-01T08:00:00.000Z", 3)}); }
     // Shows a new host (m_host) with the test's picker and the given other inputs.
     RavelinNavVC &openHost(RavelinNavVC::Environment environment = {})
     {
         environment.imagePicker = &m_picker;
-        m_host = showHost(*m_api, m_center, std::move(environment));
+        m_host = makeHost(*m_api, m_center, HostOptions{std::move(environment)});
         return *m_host;
     }
     // The host first, then the harness it works on.

@@ -82,8 +82,6 @@ private slots:
     void alertAnsweredAfterTheDashboardIsGone();
 
 private:
-    void serveTasks(const QJsonArray &tasks) { m_api->server.on("GET", tasksPath, CannedResponse{200, answer(tasks)}); }
-    std::unique_ptr<RavelinNavVC> makeHost();
     // Serves the tasks, shows a host (m_host) and waits for the two fetches of
     // the first appearance to be shown; its dashboard, nullptr when that does not happen.
     RecordingDashboard *loaded(const QJsonArray &tasks);
@@ -98,15 +96,10 @@ void TestDashboardVC::init()
     m_log = std::make_unique<LogCapture>();
 }
 
-std::unique_ptr<RavelinNavVC> TestDashboardVC::makeHost()
-{
-    return ravelin::test::makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard});
-}
-
 RecordingDashboard *TestDashboardVC::loaded(const QJsonArray &tasks)
 {
     serveTasks(tasks);
-    m_host = makeHost();
+    m_host = makeHost(*m_api, m_center, HostOptions{.root = new RecordingDashboard});
     auto *dashboard = static_cast<RecordingDashboard *>(m_host->dashboard());
     // Both fetches answered, the rows laid out and the indicator band closed.
     const auto ready = [&] {
@@ -143,7 +136,7 @@ void TestDashboardVC::emptyMessageOnceRefreshStops()
     // The answer waits until the test lets it go.
     auto release = std::make_shared<std::atomic<bool>>(false);
     m_api->server.on("GET", tasksPath, heldAnswer(release, CannedResponse{200, answer(QJsonArray{})}));
-    auto host = makeHost();
+    auto host = makeHost(*m_api, m_center);
     DashboardVC *dashboard = host->dashboard();
     QTRY_COMPARE_WITH_TIMEOUT(m_api->server.requestCount(tasksPath), 2, timeoutMs);
     QVERIFY(dashboard->refreshControl()->isRefreshing());
@@ -272,7 +265,8 @@ void TestDashboardVC::fetchFailureAlert()
 
     QVERIFY(AlertPresenter::visibleAlert(dashboard)->triggerAction(QStringLiteral("OK")));
     QVERIFY(!dashboard->refreshControl()->isRefreshing());
-    // The table keeps what it had (the tasks themselves: tst_dashboardvm failedFetchKeepsTasks).
+    // The table keeps what it had (the tasks themselves: tst_dashboardvm
+    // sectionsFollowTheSortChoiceAndOutliveAFailedFetch).
     QCOMPARE(dashboard->rows().size(), 1);
     QVERIFY(dashboard->emptyMessageLabel()->isHidden());
 }
@@ -442,7 +436,7 @@ void TestDashboardVC::closingWhileFetching()
         ++*answered;
         return CannedResponse{200, answer(QJsonArray{taskJson(1, "Valve A", 4)})};
     });
-    auto host = makeHost();
+    auto host = makeHost(*m_api, m_center);
     QTRY_VERIFY_WITH_TIMEOUT(m_api->server.requestCount(tasksPath) >= 1, timeoutMs);
     QPointer<DashboardVC> dashboard = host->dashboard();
     host.reset();

@@ -80,8 +80,7 @@ private slots:
     void queryFollowsTheFilter();
     void sectionsForMixedStatuses_data();
     void sectionsForMixedStatuses();
-    void sectionsFollowTheSortChoice();
-    void failedFetchKeepsTasks();
+    void sectionsFollowTheSortChoiceAndOutliveAFailedFetch();
     void statusChangeMergesIntoList();
     void nextStatusIds_data();
     void nextStatusIds();
@@ -158,7 +157,7 @@ void TestDashboardVM::sectionsForMixedStatuses()
         QCOMPARE(m_vm->taskList().tasks.first()->id, tasks.first().toObject().value("id").toInteger());
 }
 
-void TestDashboardVM::sectionsFollowTheSortChoice()
+void TestDashboardVM::sectionsFollowTheSortChoiceAndOutliveAFailedFetch()
 {
     m_api->server.on("GET", "/api/tasks/assigned-user/7",
                      CannedResponse{200,
@@ -175,16 +174,13 @@ void TestDashboardVM::sectionsFollowTheSortChoice()
     };
     QCOMPARE(sortedBy(SortKey::name, SortOrder::ascending), QStringList{"Assigned:Alpha,alpha,beta"});
     QCOMPARE(sortedBy(SortKey::priority, SortOrder::ascending), QStringList{"Assigned:beta,alpha,Alpha"});
-}
 
-void TestDashboardVM::failedFetchKeepsTasks()
-{
-    m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{200, answer(QJsonArray{taskJson(1, "A", 2)})});
-    QVERIFY(fetch());
+    // A failed fetch keeps the tasks and their sections.
     m_api->server.on("GET", "/api/tasks/assigned-user/7", CannedResponse{500, {}});
     LogCapture log;
     QVERIFY(!fetch());
-    QCOMPARE(m_vm->taskList().tasks.size(), 1);
+    QCOMPARE(m_vm->taskList().tasks.size(), 3);
+    QCOMPARE(sectionHeaders(m_vm->sections()), QStringList{"Assigned:beta,alpha,Alpha"});
     QCOMPARE(log.count(LogCapture::failedFetch(QStringLiteral("tasks"))), 1);
 }
 
