@@ -70,7 +70,7 @@ private slots:
     void init();
     void cleanup() { m_server.reset(); }
 
-    void tokens();
+    void tokensAndStateSurviveRestart();
     void rejectedRequestsChangeNothing_data();
     void rejectedRequestsChangeNothing();
     void tasksOfTheAskingUser();
@@ -78,7 +78,6 @@ private slots:
     void taskQueries();
     void itemUpdateSticksAndRecountsItems();
     void pictures();
-    void stateSurvivesRestart();
 
 private:
     // Over HTTPS, trusting exactly the server's certificate; with the signed-in user's token unless told otherwise.
@@ -127,7 +126,7 @@ QJsonArray TestDemoServer::dataOf(const QString &pathAndQuery)
     return reply.status == 200 && reply.json().value("success").toBool() ? reply.data().toArray() : QJsonArray();
 }
 
-void TestDemoServer::tokens()
+void TestDemoServer::tokensAndStateSurviveRestart()
 {
     // Signing in over HTTP and the token it hands out opening the API: tst_demohost, whose signIn() waits for the
     // worker's tasks.
@@ -142,6 +141,17 @@ void TestDemoServer::tokens()
     QVERIFY(!regenerated.isEmpty() && regenerated != m_token);
     QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + regenerated).status, 200);
     QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + regenerated + "x").status, 401);
+
+    // A restart keeps the tokens issued and what changed.
+    QCOMPARE(send("PUT", "/api/task/101", R"({"task_status_id":6,"updater_user_id":1})").status, 200);
+    m_server->stop();
+    QVERIFY(!m_server->isRunning());
+    QCOMPARE(m_server->port(), quint16(0));
+    QVERIFY(m_server->start());
+    QVERIFY(m_server->isRunning());
+    QCOMPARE(m_server->baseUrl(), QStringLiteral("127.0.0.1:%1").arg(m_server->port()));
+    QCOMPARE(send("GET", "/api/settings-constants", {}, "Bearer " + regenerated).status, 200);
+    QCOMPARE(findById(tasksOf(1), 101).value("taskStatusId").toInteger(), 6);
 }
 
 void TestDemoServer::rejectedRequestsChangeNothing_data()
@@ -349,22 +359,6 @@ void TestDemoServer::pictures()
     const QByteArray jpeg = encoded(picture.scaled(64, 48), "JPG");
     QCOMPARE(send("POST", "/api/demo/upload?fileName=small.jpg", jpeg).status, 200);
     QCOMPARE(get("/files/uploads/small.jpg").body, jpeg);
-}
-
-void TestDemoServer::stateSurvivesRestart()
-{
-    QCOMPARE(send("PUT", "/api/task/101", R"({"task_status_id":6,"updater_user_id":1})").status, 200);
-    m_server->stop();
-    QVERIFY(!m_server->isRunning());
-    QCOMPARE(m_server->port(), quint16(0));
-    QVERIFY(m_server->start());
-    QVERIFY(m_server->isRunning());
-    QVERIFY(m_server->port() != 0);
-    QCOMPARE(m_server->baseUrl(), QStringLiteral("127.0.0.1:%1").arg(m_server->port()));
-
-    // The token issued before the restart still opens the API, and the change stuck.
-    QCOMPARE(send("GET", "/api/settings-constants", {}, QByteArray()).status, 401);
-    QCOMPARE(findById(tasksOf(1), 101).value("taskStatusId").toInteger(), 6);
 }
 
 QTEST_GUILESS_MAIN(TestDemoServer)
